@@ -1,42 +1,46 @@
 // The seam between the portable part and the operating system. Bodies: win32/ and posix/.
 //
-// Paths are 8-bit texts with backslashes everywhere. On Windows they go to the system as they are; elsewhere drive "Z:" is
-// the root of the file system, so that a script sees the same paths natively and under Wine.
+// Paths are 8-bit texts with backslashes everywhere. On Windows they go to the system as they are; elsewhere drive "Z:"
+// is the root of the file system, so that a script sees the same paths natively and under Wine.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace platform {
 
 // Longest full path, in bytes, that the script side resolves.
 inline constexpr std::size_t kMaxPath = 261;
 
-// A manual-reset event. Any thread may use any operation.
+// A manual-reset event. Any thread may use any operation, but `Reset` belongs to a moment when nobody waits.
 class StopEvent {
 public:
   static constexpr std::uint32_t kForever = 0xFFFFFFFF;
 
-  StopEvent(); // not signalled
+  StopEvent(); // not signalled; std::bad_alloc when the system has no event left
   ~StopEvent();
   StopEvent(const StopEvent&) = delete;
   StopEvent& operator=(const StopEvent&) = delete;
 
+  // Natively also from a signal handler.
   void Set();
   void Reset();
-  bool IsSet() const { return Wait(0); }
+  // Asked in every round of a script's loops: a plain read, no system call.
+  bool IsSet() const { return m_set.load(std::memory_order_acquire); }
   // Waits until the event is signalled (true) or the time is over (false).
   bool Wait(std::uint32_t milliseconds) const;
 
 private:
   struct Body;
   std::unique_ptr<Body> m_body;
+  std::atomic<bool> m_set{false};
 };
+static_assert(std::atomic<bool>::is_always_lock_free); // a signal handler must not take a lock
 
 void Sleep(std::uint32_t milliseconds);
 
@@ -46,18 +50,23 @@ std::optional<std::string> FullPath(const std::string& path);
 // Without a trailing backslash unless it is a drive's root; empty when it is longer than kMaxPath.
 std::string CurrentFolder();
 
-// A file of raw bytes, closed by its destructor. Failed operations answer false or a short count.
+// A file of raw bytes, closed by its destructor. Failed operations answer false, nothing or a short count. One thread
+// at a time.
 class File {
 public:
   enum class Mode {
-    kRead,    // must exist
-    kUpdate,  // must exist; reading and writing
-    kCreate,  // created, or cut to nothing
+    kRead,      // must exist
+    kUpdate,    // must exist; reading and writing
+    kCreate,    // created, or cut to nothing; writing only
+    kCreateNew, // must not exist; writing only
   };
 
+  // Natively only regular files can be opened: a pipe or a terminal would block a script where no stop reaches it.
   static std::optional<File> Open(const std::string& path, Mode mode);
 
   std::optional<std::uint64_t> Size();
+  // Seeking past the end is fine: the file grows with the next write. Between reading and writing there must be a
+  // `Seek`.
   bool Seek(std::uint64_t offset);
   std::size_t Read(char* buffer, std::size_t size);
   std::size_t Write(const char* data, std::size_t size);
@@ -66,14 +75,15 @@ public:
 
 private:
   struct Closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
   };
   explicit File(std::FILE* file) : m_file(file) {}
   std::unique_ptr<std::FILE, Closer> m_file;
 };
 
-// Puts `from` in the place of `to` in one step. On failure `to` is unharmed.
-bool ReplaceFile(const std::string& from, const std::string& to);
+// Puts `from`, its bytes safely on the disk, in the place of `to` in one step. On failure both are unharmed. A `to`
+// that is write-protected or no regular file is not replaced.
+bool MoveFileOver(const std::string& from, const std::string& to);
 void RemoveFile(const std::string& path);
 
 struct LocalTime {
@@ -81,8 +91,8 @@ struct LocalTime {
 };
 LocalTime Now();
 
-// The part of the calling thread's stack that is still free, from its real limits, less a reserve in which errors can be
-// reported and host callbacks run. 0 when the reserve is reached.
+// The part of the calling thread's stack that is still free, from its real limits, less a reserve in which errors can
+// be reported and host callbacks run. 0 when the reserve is reached.
 std::size_t FreeStack();
 
 } // namespace platform
