@@ -1,0 +1,234 @@
+// Job files: one line for each file to copy, "path TAB id TAB type TAB mode LF", the path relative to the job file's
+// folder.
+#include "frame/CONXDeviceClient.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+constexpr const char* kBitReverse = "bit reverse";
+constexpr const char* kProgram = "program";
+
+const char* ModeWord(std::uint32_t mode) {
+  switch (mode) {
+  case OND_FILE_BIT_REVERSE:
+    return kBitReverse;
+  case OND_FILE_PROGRAM:
+    return kProgram;
+  default:
+    return "normal";
+  }
+}
+
+bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+std::uint32_t ModeOf(const std::string& word) {
+  if (EqualsIgnoringCase(word, kBitReverse)) {
+    return OND_FILE_BIT_REVERSE;
+  }
+  return EqualsIgnoringCase(word, kProgram) ? OND_FILE_PROGRAM : OND_FILE_NORMAL;
+}
+
+// 0 for text that is no number; only the low 8 bits count.
+std::uint8_t ByteOf(const std::string& text) {
+  return static_cast<std::uint8_t>(std::strtoull(text.c_str(), nullptr, 10));
+}
+
+// Where the path cannot be joined to the folder it stays as written.
+std::string PathOf(const std::string& text, const std::string& baseFolder) {
+  if (CONXDeviceClient::IsAbsolutePath(text)) {
+    return text;
+  }
+  std::string path;
+  try {
+    CONXDeviceClient::ConcatenatePathAndFile(baseFolder, text, &path);
+  } catch (const std::out_of_range&) {
+    return text;
+  }
+  return path;
+}
+
+void StoreField(std::size_t column, const std::string& text, const std::string& baseFolder, TFILEENTRY* entry) {
+  switch (column) {
+  case 0:
+    entry->path = PathOf(text, baseFolder);
+    break;
+  case 1:
+    entry->fileId = ByteOf(text);
+    break;
+  case 2:
+    entry->fileType = ByteOf(text);
+    break;
+  case 3:
+    entry->fileMode = ModeOf(text);
+    break;
+  default:
+    break;
+  }
+}
+
+// Takes a job file's bytes in pieces of any size and collects its entries.
+class JobFileReader {
+public:
+  explicit JobFileReader(std::string folder) : m_folder(std::move(folder)) { m_entry.fileType = 1; }
+
+  void Read(std::string_view piece) {
+    while (!piece.empty()) {
+      const std::size_t end = std::min(piece.find_first_of("\t\n\r"), piece.size());
+      m_field.append(piece.substr(0, end));
+      if (end < piece.size()) {
+        EndField(piece[end]);
+      }
+      piece.remove_prefix(std::min(end + 1, piece.size()));
+    }
+  }
+
+  // A last line without its end still counts, but not the field that it was in the middle of.
+  std::vector<TFILEENTRY> Finish() {
+    if (m_column != 0) {
+      m_entries.push_back(std::move(m_entry));
+    }
+    return std::move(m_entries);
+  }
+
+private:
+  void EndField(char delimiter) {
+    StoreField(m_column, m_field, m_folder, &m_entry);
+    m_field.clear();
+    if (delimiter == '\t') {
+      ++m_column;
+    } else {
+      EndLine();
+    }
+  }
+
+  // A line without a tab is no entry. Only the first entry's type is 1 when the line does not give one; later ones are
+  // 0.
+  void EndLine() {
+    if (m_column != 0) {
+      m_entries.push_back(std::move(m_entry));
+      m_entry = TFILEENTRY();
+    }
+    m_column = 0;
+  }
+
+  std::string m_folder;
+  std::vector<TFILEENTRY> m_entries;
+  TFILEENTRY m_entry; // of the line that is being read
+  std::string m_field;
+  std::size_t m_column = 0;
+};
+
+std::string FolderOf(const std::string& path) {
+  std::string folder;
+  CONXDeviceClient::SplitFileName(path, &folder, nullptr);
+  return folder;
+}
+
+// Nothing when the file cannot be opened or read to its end.
+std::optional<std::vector<TFILEENTRY>> ReadEntries(const std::string& jobPath) {
+  std::optional<platform::File> file = platform::File::Open(jobPath, platform::File::Mode::kRead);
+  if (!file) {
+    return std::nullopt;
+  }
+  JobFileReader reader(FolderOf(jobPath));
+  std::vector<char> buffer(65536); // not on the stack: scripts load job files where little of it may be left
+  while (const std::size_t count = file->Read(buffer.data(), buffer.size())) {
+    reader.Read({buffer.data(), count});
+  }
+  return file->Close() ? std::optional(reader.Finish()) : std::nullopt;
+}
+
+// A new file beside another one, that takes its place when complete and otherwise vanishes.
+class Replacement {
+public:
+  explicit Replacement(std::string target) : m_target(std::move(target)) {
+    constexpr int kMostLeftovers = 100;
+    for (int number = 0; !m_file && number < kMostLeftovers; ++number) {
+      m_path = m_target + ".tmp" + std::to_string(number);
+      m_file = platform::File::Open(m_path, platform::File::Mode::kCreateNew);
+    }
+    m_exists = m_file.has_value();
+  }
+  ~Replacement() {
+    m_file.reset();
+    if (m_exists) {
+      platform::RemoveFile(m_path);
+    }
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  bool Write(std::string_view data) { return m_file && m_file->Write(data.data(), data.size()) == data.size(); }
+
+  bool TakePlace() {
+    if (!m_file || !m_file->Close()) {
+      return false;
+    }
+    m_exists = !platform::MoveFileOver(m_path, m_target);
+    return !m_exists;
+  }
+
+private:
+  std::string m_target;
+  std::string m_path;
+  std::optional<platform::File> m_file;
+  bool m_exists = false;
+};
+
+std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
+  std::string line;
+  CONXDeviceClient::MakeRelativePath(folder, entry.path, &line);
+  line.append("\t").append(std::to_string(entry.fileId));
+  line.append("\t").append(std::to_string(entry.fileType));
+  line.append("\t").append(ModeWord(entry.fileMode)).append("\n");
+  return line;
+}
+
+bool WriteEntries(const std::string& jobPath, const std::vector<TFILEENTRY>& entries) {
+  const std::string folder = FolderOf(jobPath);
+  Replacement file(jobPath);
+  return std::all_of(entries.begin(), entries.end(),
+                     [&](const TFILEENTRY& entry) { return file.Write(LineOf(entry, folder)); }) &&
+         file.TakePlace();
+}
+
+} // namespace
+
+void CONXDeviceClient::FillEntry(std::size_t column, std::string* text, TFILEENTRY* entry, std::string& baseFolder) {
+  try {
+    StoreField(column, *text, baseFolder, entry);
+  } catch (const std::bad_alloc&) {
+    // No memory for a longer path: the entry keeps the one it had.
+  }
+}
+
+int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
+  try {
+    std::optional<std::vector<TFILEENTRY>> entries = ReadEntries(jobPath);
+    if (entries) {
+      list->swap(*entries);
+    }
+    return entries ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}
+
+int CONXDeviceClient::SaveJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
+  try {
+    return WriteEntries(jobPath, *list) ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}
