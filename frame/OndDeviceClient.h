@@ -1,7 +1,8 @@
 // The contract between OndDeviceClient.dll and the program that hosts it. This is the one header a host needs.
 //
 // A host
-//   1. loads the module on its user-interface thread (the module hooks that thread's keyboard messages for its windows),
+//   1. loads the module on its user-interface thread (the module hooks that thread's keyboard messages for its
+//   windows),
 //   2. asks `OndDeviceClientGetNumObj`, `OndDeviceClientGetObjType` and `OndDeviceClientGetObjInfo` what there is,
 //   3. makes instances with `OndDeviceClientCreateInstance`,
 //   4. hands each one its device channel with `Connect`; the channel is the host's own `COndDeviceComm_0`,
@@ -75,9 +76,9 @@ struct TDEVDIRINFO {
 };
 static_assert(sizeof(TDEVDIRINFO) == 20);
 
-// Called by the channel while a transfer runs, on the thread that asked for the transfer, with `stepsDone` counting from 0
-// up to the number of steps that the transfer was asked to report. A non-zero answer asks the channel to abort: the
-// transfer then ends with a non-zero code of the channel's choice.
+// Called by the channel while a transfer runs, on the thread that asked for the transfer, with `stepsDone` counting
+// from 0 up to the number of steps that the transfer was asked to report. A non-zero answer asks the channel to abort:
+// the transfer then ends with a non-zero code of the channel's choice.
 using TransferProgressCallback = std::int32_t (*)(void* context, std::uint32_t stepsDone);
 
 // How a transferred file is stored.
@@ -112,13 +113,13 @@ struct COndDeviceComm_0 {
   virtual void Reserved08() {}
   virtual void Reserved09() {}
 
-  // The text asked for by `what` (OND_INFO_…), never null. It stays the channel's and is valid at least until the next call.
-  // [any thread]
+  // The text asked for by `what` (OND_INFO_…), never null. It stays the channel's and is valid at least until the next
+  // call. [any thread]
   virtual const char* GetInfoString(std::uint32_t what, std::int64_t code) = 0;
 
-  // Reserves the channel for `owner`, waiting up to `timeoutMs` (0: no wait) while another owner holds it. 0 is success.
-  // The owner that holds the channel gets it again at once, on any thread; every success is paired with one `Unlock`.
-  // [any thread]
+  // Reserves the channel for `owner`, waiting up to `timeoutMs` (0: no wait) while another owner holds it. 0 is
+  // success. The owner that holds the channel gets it again at once, on any thread; every success is paired with one
+  // `Unlock`. [any thread]
   virtual std::int32_t Lock(void* owner, std::uint32_t timeoutMs) = 0;
   virtual void Reserved12() {}
   // Gives back one `Lock` of the same owner. The module does not look at the answer. [any thread]
@@ -131,16 +132,16 @@ struct COndDeviceComm_0 {
   virtual void Reserved17() {}
   virtual void Reserved18() {}
 
-  // Puts up to `bufferSize` waiting bytes into `buffer` and their number into `received` (0: nothing waits). Does not wait
-  // for bytes to arrive. [user-interface thread and workers, locked]
+  // Puts up to `bufferSize` waiting bytes into `buffer` and their number into `received` (0: nothing waits). Does not
+  // wait for bytes to arrive. [user-interface thread and workers, locked]
   virtual std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) = 0;
   // Sends `length` bytes of any value. `written` is provided by the module and never read by it. [as Receive]
   virtual std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) = 0;
   virtual void Reserved21() {}
   virtual void Reserved22() {}
 
-  // Sends bytes from memory as a device file. `flag` is always 1. `callback` (may be null) is told the progress in `steps`
-  // steps. Returns when the transfer has ended. [workers, locked]
+  // Sends bytes from memory as a device file. `flag` is always 1. `callback` (may be null) is told the progress in
+  // `steps` steps. Returns when the transfer has ended. [workers, locked]
   virtual std::int32_t TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                               std::uint8_t fileType, std::uint32_t fileMode,
                                               TransferProgressCallback callback, void* context, std::uint32_t flag,
@@ -152,7 +153,8 @@ struct COndDeviceComm_0 {
                                     std::uint32_t flag, std::uint32_t steps) = 0;
   virtual void Reserved26() {}
 
-  // Reads the device's directory; the channel holds it for the three operations that follow. [user-interface thread, locked]
+  // Reads the device's directory; the channel holds it for the three operations that follow. [user-interface thread,
+  // locked]
   virtual std::int32_t ReadDirectory() = 0;
   virtual std::uint64_t GetDirectoryEntryCount() = 0;
   virtual std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) = 0; // answer not looked at
@@ -181,7 +183,8 @@ using OndDialogEventCallback = std::uint32_t (*)(CONXDeviceClient_0* client, voi
 
 // How the host wants to hear of those events. Every route that is set fires: the thread message is posted, the window
 // message is sent, the callback is called, in this order. The window hides itself only when the last route that can
-// answer (window, callback) answered 1, or when no route is set; a thread message alone leaves it open, and the host decides.
+// answer (window, callback) answered 1, or when no route is set; a thread message alone leaves it open, and the host
+// decides.
 struct _TONX_DLGEVENTDATA {
   OndDialogEventCallback callback; // null: not used
   void* userData;                  // handed back to the callback
@@ -218,7 +221,8 @@ struct CONXDeviceClient_0 : CONXObject_0 {
   virtual EONX_ERR_ERRCODE_ Call(std::uint32_t function, std::uint64_t a, std::uint64_t b, std::uint64_t c,
                                  std::uint64_t d) = 0;
 
-  // Shows the object's window, creating it on the first call as a child of `parent`'s window group. 0 or EONX_ERR_DIALOG.
+  // Shows the object's window, creating it on the first call as a child of `parent`'s window group. 0 or
+  // EONX_ERR_DIALOG.
   virtual EONX_ERR_ERRCODE_ ShowDialogNonModal(OndWindow parent) = 0;
   // Hides it; EONX_ERR_DIALOG when there is none.
   virtual EONX_ERR_ERRCODE_ CloseDialogNonModal() = 0;
@@ -242,7 +246,8 @@ enum : std::uint32_t {
   ONX_CALL_EXECUTE_SCRIPT = 0x1000,
   // Runs the script file a (const char*), b and c as above.
   ONX_CALL_EXECUTE_SCRIPT_FILE = 0x1001,
-  // Takes b records at a (TONXSCRIPTVARIABLE*) as variables that every later run sees; c = 0 forgets the earlier ones first.
+  // Takes b records at a (TONXSCRIPTVARIABLE*) as variables that every later run sees; c = 0 forgets the earlier ones
+  // first.
   ONX_CALL_SET_VARIABLES = 0x1002,
   // Reads the variables named in b records at a; c (uint64_t* or null) receives how many were found.
   ONX_CALL_GET_VARIABLES = 0x1003,

@@ -1,5 +1,5 @@
-// The person at the bench, as scripts see them: whoever answers message boxes and questions. One body shows windows, one asks
-// on the terminal.
+// The person at the bench, as scripts see them: whoever answers message boxes and questions. One body shows windows,
+// one asks on the terminal.
 #pragma once
 
 #include <cstdint>

@@ -13,6 +13,6 @@ struct ScriptProblem {
   std::uint64_t column; // in bytes, from 1
 };
 
-// Reads a whole script with the parser that runs use. `externalNames` are variables that a host would set. Reading ends at the
-// first problem, so there is none or one.
+// Reads a whole script with the parser that runs use. `externalNames` are variables that a host would set. Reading ends
+// at the first problem, so there is none or one.
 std::vector<ScriptProblem> CheckScript(std::string_view text, const std::vector<std::string>& externalNames);

@@ -1,4 +1,5 @@
-// Runs scripts on a channel: what the Script Processor object does, without its window. Portable; `ondscript` uses it directly.
+// Runs scripts on a channel: what the Script Processor object does, without its window. Portable; `ondscript` uses it
+// directly.
 #pragma once
 
 #include "frame/OndDeviceClient.h"
@@ -19,14 +20,15 @@ public:
   CScriptRunner(const CScriptRunner&) = delete;
   CScriptRunner& operator=(const CScriptRunner&) = delete;
 
-  // The channel stays the caller's; null disconnects. A run that is under way keeps the channel it began with. [any thread]
+  // The channel stays the caller's; null disconnects. A run that is under way keeps the channel it began with. [any
+  // thread]
   void SetChannel(COndDeviceComm_0* channel);
   // Who answers a script's questions (null: nobody, they count as cancelled). Stays the caller's.
   void SetOperator(CONXOperator* op);
 
-  // Runs a script text with the channel locked. The text needs no terminating zero. `baseDirectory` null or empty: the process's
-  // current directory. `output` may be null. Returns EONX_ERR_NONE, _NO_CHANNEL, _LOCKED, _OUT_OF_MEMORY or _SCRIPT.
-  // A failed script's diagnostic line is its last output.
+  // Runs a script text with the channel locked. A zero byte must follow the text. `baseDirectory` null or empty: the
+  // process's current directory. `output` may be null. Returns EONX_ERR_NONE, _NO_CHANNEL, _LOCKED, _OUT_OF_MEMORY or
+  // _SCRIPT. A failed script's diagnostic line is its last output.
   EONX_ERR_ERRCODE_ ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,
                                   void* outputContext);
   // The same for a file; its folder is the base directory. Also EONX_ERR_EMPTY_PATH, _FILE_OPEN, _FILE_READ.

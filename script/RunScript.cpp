@@ -1,0 +1,67 @@
+#include "script/RunScript.h"
+
+#include "script/ScriptProgram.h"
+
+#include <new>
+#include <stdexcept>
+
+namespace {
+
+void AddNames(ScriptProgram& program, CONXScriptVariable& version, const ScriptRun& run) {
+  program.AddPredefined("version", version);
+  for (const auto& [name, function] : run.builtIns)
+    program.AddPredefined(name, *function);
+  for (const auto& [name, variable] : run.externalVariables)
+    program.AddPredefined(name, *variable);
+}
+
+ScriptError Execute(ScriptProgram& program, const ScriptRun& run) {
+  if (run.function)
+    return program.Main().ExecuteFunction(run.function->name, run.function->arguments, run.result);
+  ScriptArguments none;
+  return program.Main().Execute(run.context, nullptr, none, run.result);
+}
+
+// Want of memory surfaces as an exception from wherever a text or list grows; below this function everything is owned
+// by objects.
+template <typename Operation>
+ScriptError WithoutExceptions(Operation operation) {
+  try {
+    return operation();
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  } catch (const std::length_error&) {
+    return kOutOfMemory;
+  } catch (const std::out_of_range&) {
+    return kSystemFunctionFailed;
+  }
+}
+
+ScriptError RunProgram(const ScriptRun& run) {
+  run.context.SetBaseDirectory(run.baseDirectory.empty() ? platform::CurrentFolder() : run.baseDirectory);
+  CONXScriptVariable version;
+  if (const ScriptError error = version.SetText(kLanguageVersion))
+    return error;
+  ScriptProgram program(run.text, run.context);
+  AddNames(program, version, run);
+
+  RunPhase phase = RunPhase::kParsing;
+  const ScriptError error = WithoutExceptions([&] {
+    const ScriptError parseError = program.Parse();
+    if (parseError != kScriptOk)
+      return parseError;
+    phase = RunPhase::kExecuting;
+    return Execute(program, run);
+  });
+  if (CodeWithinClass(error) != 0)
+    run.output.Write(DiagnosticLine(error, run.text, program.Cursor().TokenStart(), phase).c_str());
+  return error;
+}
+
+} // namespace
+
+ScriptError RunScript(const ScriptRun& run) noexcept {
+  if (platform::FreeStack() == 0)
+    return kOutOfMemory;
+  return WithoutExceptions([&] { return RunProgram(run); });
+}

@@ -1,0 +1,49 @@
+// The one way a script text is run.
+#pragma once
+
+#include "script/Activation.h"
+#include "script/RunContext.h"
+#include "script/ScriptError.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+// Where a script's output goes; without a function, nowhere.
+struct ScriptOutput {
+  void (*function)(void* context, const char* text) = nullptr;
+  void* context = nullptr;
+
+  void Write(const char* text) const {
+    if (function)
+      function(context, text);
+  }
+  explicit operator bool() const { return function != nullptr; }
+};
+
+// A function of the running program to start instead of its main program.
+struct FunctionStart {
+  std::string name;
+  ScriptArguments arguments;
+};
+
+struct ScriptRun {
+  CONXRunContext& context;   // receives the base directory
+  std::string_view text;     // followed by a zero byte
+  std::string baseDirectory; // empty: the process's current folder
+  ScriptOutput output;
+  // Every built-in by name, later ones hiding earlier ones.
+  std::vector<std::pair<std::string_view, CONXScriptFunc*>> builtIns;
+  // The host's variables, which hide built-ins of their name and keep what the script leaves in them.
+  std::vector<std::pair<std::string_view, CONXScriptVariable*>> externalVariables;
+  FunctionStart* function = nullptr;    // null: the main program
+  CONXScriptVariable* result = nullptr; // receives the value of the function that is run
+};
+
+// Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line. The stop event
+// is watched, not reset. Never throws; want of memory or stack is kOutOfMemory.
+ScriptError RunScript(const ScriptRun& run) noexcept;
+
+// The version of the language, which scripts see as `version`.
+inline constexpr const char* kLanguageVersion = "0.4";
