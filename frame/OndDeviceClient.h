@@ -268,8 +268,9 @@ enum : std::uint32_t {
 //   name     the variable's name                         the name asked for (ASCII case does not matter)
 //   type     ONX_TYPE_…; records of other types are      written by the module
 //            passed over
-//   value    pointer to a uint64_t (numbers) or to       the number itself (32 bits are written for 32-bit types), or a
-//            the bytes (strings)                         pointer to the bytes, valid until the variables change
+//   value    pointer to a uint64_t (numbers) or to       the number itself, widened to 64 bits by its type, or a
+//   pointer
+//            the bytes (strings)                         to the bytes, valid until the variables change
 //   length   bytes of the string; the low 32 bits count  bytes of the string
 struct TONXSCRIPTVARIABLE {
   const char* name;

@@ -2,9 +2,9 @@
 // folder.
 #include "frame/CONXDeviceClient.h"
 #include "platform/Platform.h"
+#include "util/ScanNumber.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -41,7 +41,7 @@ std::uint32_t ModeOf(const std::string& word) {
 
 // 0 for text that is no number; only the low 8 bits count.
 std::uint8_t ByteOf(const std::string& text) {
-  return static_cast<std::uint8_t>(std::strtoull(text.c_str(), nullptr, 10));
+  return static_cast<std::uint8_t>(ScanNumber(text, NumberFormat::kUnsigned).value_or(0));
 }
 
 // Where the path cannot be joined to the folder it stays as written.

@@ -1,0 +1,70 @@
+#include "scriptrt/BuiltIns.h"
+
+#include "scriptrt/DeviceStringFunctions.h"
+#include "scriptrt/NumberFunctions.h"
+#include "scriptrt/StringFunctions.h"
+
+namespace {
+
+using Made = std::unique_ptr<CONXScriptSysFunc>;
+
+struct BuiltIn {
+  std::string_view name;
+  ArgumentRule rule;
+  Made (*make)(const RunServices& services);
+};
+
+template <typename Function, auto... kArguments>
+Made Make(const RunServices& services) {
+  return std::make_unique<Function>(services, kArguments...);
+}
+
+template <typename T, NumberFormat kFormat, DataType kType>
+Made MakeScan(const RunServices& services) {
+  return std::make_unique<CONXStrToNumFunc<T>>(services, kFormat, kType);
+}
+
+constexpr auto kDecimal = CONXNumToStrFunc::Base::kDecimal;
+constexpr auto kHexadecimal = CONXNumToStrFunc::Base::kHexadecimal;
+
+// The only list of built-ins: name, argument counts, argument types ('s' string, 'n' number, 'v' any variable, '*'
+// anything).
+constexpr BuiltIn kBuiltIns[] = {
+    {"print", {0, "*"}, Make<CONXPrintFunc>},
+    {"strlen", {ArgumentCounts(1), "s"}, Make<CONXStrlenFunc>},
+    {"substr", {ArgumentCounts(2, 3), "snn"}, Make<CONXSubStrFunc>},
+    {"instr", {ArgumentCounts(2, 3), "ssn"}, Make<CONXInstrFunc>},
+    {"strtodword", {ArgumentCounts(1), "s"}, MakeScan<std::uint32_t, NumberFormat::kUnsigned, DataType::kUint32>},
+    {"strtouint32", {ArgumentCounts(1), "s"}, MakeScan<std::uint32_t, NumberFormat::kUnsigned, DataType::kUint32>},
+    {"strtoint32", {ArgumentCounts(1), "s"}, MakeScan<std::int32_t, NumberFormat::kSigned, DataType::kInt32>},
+    {"strtouint64", {ArgumentCounts(1), "s"}, MakeScan<std::uint64_t, NumberFormat::kUnsigned, DataType::kUint64>},
+    {"strtoint64", {ArgumentCounts(1), "s"}, MakeScan<std::int64_t, NumberFormat::kSigned, DataType::kInt64>},
+    {"dwordtostr", {ArgumentCounts(1), "n"}, Make<CONXNumToStrFunc, kDecimal>},
+    {"numtostr", {ArgumentCounts(1), "n"}, Make<CONXNumToStrFunc, kDecimal>},
+    {"hexstrtodword", {ArgumentCounts(1), "s"}, MakeScan<std::uint32_t, NumberFormat::kHexadecimal, DataType::kUint32>},
+    {"hexstrtouint32",
+     {ArgumentCounts(1), "s"},
+     MakeScan<std::uint32_t, NumberFormat::kHexadecimal, DataType::kUint32>},
+    {"hexstrtoint32", {ArgumentCounts(1), "s"}, MakeScan<std::int32_t, NumberFormat::kHexadecimal, DataType::kInt32>},
+    {"hexstrtouint64",
+     {ArgumentCounts(1), "s"},
+     MakeScan<std::uint64_t, NumberFormat::kHexadecimal, DataType::kUint64>},
+    {"hexstrtoint64", {ArgumentCounts(1), "s"}, MakeScan<std::int64_t, NumberFormat::kHexadecimal, DataType::kInt64>},
+    {"dwordtohexstr", {ArgumentCounts(1), "n"}, Make<CONXNumToStrFunc, kHexadecimal>},
+    {"numtohexstr", {ArgumentCounts(1), "n"}, Make<CONXNumToStrFunc, kHexadecimal>},
+    {"ascii", {ArgumentCounts(1), "s"}, Make<CONXASCIIFunc>},
+    {"chr", {ArgumentCounts(1), "n"}, Make<CONXChrFunc>},
+    {"transmitstring", {ArgumentCounts(1), "s"}, Make<CONXTransmitString>},
+    {"receivestring", {ArgumentCounts(0), ""}, Make<CONXReceiveString>},
+};
+
+} // namespace
+
+BuiltIns::BuiltIns(const RunServices& services) : m_services(services) {
+  for (const BuiltIn& builtIn : kBuiltIns) {
+    Made function = builtIn.make(m_services);
+    function->SetRule(builtIn.rule);
+    m_byName.emplace_back(builtIn.name, function.get());
+    m_functions.push_back(std::move(function));
+  }
+}
