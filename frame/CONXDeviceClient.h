@@ -15,8 +15,8 @@ class CONXDialog;
 
 // One local file to copy to the device. Lists of them are what job files hold.
 struct TFILEENTRY {
-  std::string path;              // full path once loaded
-  std::uintptr_t reserved = 0;   // neither written nor read by job files
+  std::string path;            // full path once loaded
+  std::uintptr_t reserved = 0; // neither written nor read by job files
   std::uint8_t fileId = 0;
   std::uint8_t fileType = 0;
   std::uint32_t fileMode = OND_FILE_NORMAL; // OND_FILE_…
@@ -61,7 +61,8 @@ public:
 
   // Decodes text with escapes (\n \t \r \" \\, one hexadecimal digit, \(65) \(x41) \(b1000001)) up to `terminator`, or
   // all of it when that is 0. `length` bytes may be read and must be followed by a zero byte; zero bytes among them are
-  // ordinary unless 0 is the terminator. `endPos`, `errorText`, `ok` may be null: bytes consumed, message (empty on success), 1 or 0.
+  // ordinary unless 0 is the terminator. `endPos`, `errorText`, `ok` may be null: bytes consumed, message (empty on
+  // success), 1 or 0.
   static std::string ParseString(const char* input, std::size_t length, char terminator, std::size_t* endPos,
                                  std::string* errorText, int* ok);
 
