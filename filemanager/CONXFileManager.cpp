@@ -1,0 +1,7 @@
+#include "filemanager/CONXFileManager.h"
+
+#include "frame/CONXDialog.h"
+
+void CONXFileManager::DeleteDialog(CONXDialog* dialog) {
+  CONXDialog::Delete(dialog);
+}

@@ -1,0 +1,35 @@
+// The Script Processor: runs scripts for the host (through `Call`) and for its own window.
+#pragma once
+
+#include "frame/CONXDeviceClient.h"
+#include "scriptrt/ScriptRunner.h"
+
+// The operations that run scripts may be called on any one thread at a time; the rest belongs to the host's thread.
+class CONXScriptProcessor : public CONXDeviceClient {
+public:
+  CONXScriptProcessor();
+
+  std::uint32_t GetObjType() override { return ONX_OBJ_SCRIPT_PROCESSOR; }
+  EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0* channel) override;
+  EONX_ERR_ERRCODE_ Call(std::uint32_t function, std::uint64_t a, std::uint64_t b, std::uint64_t c,
+                         std::uint64_t d) override;
+
+  // Results and meaning as ONX_CALL_… of the contract. Texts that are null count as empty.
+  virtual EONX_ERR_ERRCODE_ ExecuteScript(const char* text, const char* baseDirectory, OndScriptOutput output,
+                                          void* outputContext);
+  virtual EONX_ERR_ERRCODE_ ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext);
+  virtual EONX_ERR_ERRCODE_ SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
+                                         std::int32_t keepExisting);
+  virtual EONX_ERR_ERRCODE_ GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count, std::uint64_t* foundCount);
+  // Asks the running script to end. [any thread]
+  virtual void StopScript();
+
+  // Forgets earlier stop requests. For whoever asks for a run, before handing it to the thread that executes it.
+  void PrepareRun();
+
+protected:
+  void DeleteDialog(CONXDialog* dialog) override;
+
+private:
+  CScriptRunner m_runner;
+};

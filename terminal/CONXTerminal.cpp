@@ -1,0 +1,7 @@
+#include "terminal/CONXTerminal.h"
+
+#include "frame/CONXDialog.h"
+
+void CONXTerminal::DeleteDialog(CONXDialog* dialog) {
+  CONXDialog::Delete(dialog);
+}
