@@ -251,7 +251,8 @@ enum : std::uint32_t {
   ONX_CALL_SET_VARIABLES = 0x1002,
   // Reads the variables named in b records at a; c (uint64_t* or null) receives how many were found.
   ONX_CALL_GET_VARIABLES = 0x1003,
-  // Asks the running script to end. [any thread]
+  // Asks the running script to end with "Processing aborted"; without one, nothing happens. Always 0. The one command that other
+  // threads may send, and that may come while a script runs. [any thread]
   ONX_CALL_STOP_SCRIPT = 0x1004,
 };
 

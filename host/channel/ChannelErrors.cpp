@@ -1,0 +1,33 @@
+#include "host/channel/ChannelErrors.h"
+
+namespace host {
+
+const char* ChannelErrorText(std::int64_t code) {
+  switch (code) {
+  case kChannelOk:
+    return "No error";
+  case kChannelLocked:
+    return "Channel is locked by another client";
+  case kNotLocked:
+    return "Channel is not locked by this client";
+  case kInvalidArgument:
+    return "Invalid argument";
+  case kOutOfMemory:
+    return "Out of memory";
+  case kNoSuchFile:
+    return "No such file";
+  case kDeviceFull:
+    return "Device full";
+  case kTransferAborted:
+    return "Transfer aborted";
+  case kLocalFileUnreadable:
+    return "Local file cannot be read";
+  case kUnknownFileMode:
+    return "Unknown file mode";
+  case kStorageFailed:
+    return "Device storage cannot be written";
+  }
+  return nullptr;
+}
+
+} // namespace host

@@ -1,0 +1,26 @@
+// The error codes that the host's channels answer with.
+#pragma once
+
+#include <cstdint>
+
+namespace host {
+
+// Scripts see these numbers as the results of their transfers, so a number never changes its meaning.
+enum ChannelError : std::int32_t {
+  kChannelOk = 0,
+  kChannelLocked = 1,
+  kNotLocked = 2,
+  kInvalidArgument = 3,
+  kOutOfMemory = 4,
+  kNoSuchFile = 5,
+  kDeviceFull = 6,
+  kTransferAborted = 7,
+  kLocalFileUnreadable = 8,
+  kUnknownFileMode = 9,
+  kStorageFailed = 10,
+};
+
+// The constant text of a code; null for a code that is none of the above.
+const char* ChannelErrorText(std::int64_t code);
+
+} // namespace host

@@ -1,0 +1,20 @@
+// What the exit codes of both command lines mean. docs/exit-codes.md is the same for users.
+#pragma once
+
+#include "frame/OndDeviceClient.h"
+
+namespace host {
+
+// A run exits with its result (EONX_ERR_…); these lie beside those.
+enum ExitCode : int {
+  kExitProblemsFound = 1, // `check` found something
+  kExitUsage = 2,         // the call itself is wrong
+  kExitNoModule = 3,      // OndDeviceClient.dll cannot be used
+  kExitNoChannel = 4,     // the channel cannot be set up
+  kExitStream = 5,        // a file to check, standard input or standard output fails
+};
+
+// Why a run ended with this result, for users; null for success.
+const char* ResultText(EONX_ERR_ERRCODE_ result);
+
+} // namespace host

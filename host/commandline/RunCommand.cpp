@@ -1,0 +1,97 @@
+#include "host/commandline/RunCommand.h"
+
+#include "host/commandline/ExitCodes.h"
+#include "host/commandline/InterruptWatcher.h"
+#include "host/commandline/StandardStreams.h"
+#include "host/support/Files.h"
+
+namespace host {
+namespace {
+
+// Connected as long as it exists.
+class Connection {
+public:
+  Connection(ScriptMachine& machine, Channel& channel) : m_machine(machine) { m_machine.Connect(&channel); }
+  ~Connection() { m_machine.Connect(nullptr); }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+private:
+  ScriptMachine& m_machine;
+};
+
+struct OutputContext {
+  StandardOutput& output;
+  ScriptMachine& machine;
+};
+
+void PrintOutput(void* context, const char* text) {
+  const auto& target = *static_cast<OutputContext*>(context);
+  if (!target.output.Write(text))
+    target.machine.Stop(); // nobody could see what the script does
+}
+
+struct RunEnd {
+  EONX_ERR_ERRCODE_ result;
+  bool interrupted;
+};
+
+// `text` is the script when it came from standard input.
+RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptMachine& machine,
+           StandardOutput& output) {
+  OutputContext context{output, machine};
+  const InterruptWatcher watcher([&machine] { machine.Stop(); });
+  const EONX_ERR_ERRCODE_ result = text ? machine.Execute(*text, PrintOutput, &context)
+                                        : machine.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
+  return {result, watcher.Interrupted()};
+}
+
+void PrintValues(const std::vector<std::string>& names, ScriptMachine& machine, StandardOutput& output) {
+  if (!names.empty() && !output.AtLineStart())
+    output.Write("\n"); // so that every value has a line of its own
+  for (const std::string& name : names) {
+    std::vector<TONXSCRIPTVARIABLE> records{RecordToGet(name)};
+    if (machine.GetVariables(records) != 0)
+      output.Write(name + "=" + FormatValue(records.front()) + "\n");
+  }
+}
+
+void PrintRunEnd(std::string_view program, const std::string& script, const RunEnd& end) {
+  const bool stopped = end.interrupted && end.result == EONX_ERR_SCRIPT;
+  const char* const text = stopped ? "stopped by Ctrl+C" : ResultText(end.result);
+  if (text != nullptr)
+    PrintMessage(program, script + ": " + text);
+}
+
+} // namespace
+
+int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
+  std::optional<std::string> text;
+  if (arguments.script == "-" && !ReadStandardInput(text.emplace())) {
+    PrintMessage(program, "standard input cannot be read");
+    return kExitStream;
+  }
+  const ChannelResult made = MakeChannel(arguments.channel);
+  if (!made.channel) {
+    PrintMessage(program, made.badText ? "--channel: " + made.error : made.error);
+    return made.badText ? kExitUsage : kExitNoChannel;
+  }
+  const Connection connection(machine, *made.channel);
+  auto records = RecordsToSet(arguments.variables);
+  if (const EONX_ERR_ERRCODE_ result = machine.SetVariables(records); result != EONX_ERR_NONE) {
+    PrintMessage(program, ResultText(result));
+    return result;
+  }
+
+  StandardOutput output;
+  const RunEnd end = Run(arguments, text, machine, output);
+  PrintValues(arguments.gets, machine, output);
+  PrintRunEnd(program, arguments.script, end);
+  if (output.Failed()) {
+    PrintMessage(program, "standard output cannot be written");
+    return kExitStream;
+  }
+  return end.result;
+}
+
+} // namespace host

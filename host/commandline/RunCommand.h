@@ -1,0 +1,32 @@
+// `run`, whichever way the script engine is reached.
+#pragma once
+
+#include "host/commandline/RunArguments.h"
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Something that runs scripts: an object of the module, or the engine linked into the program.
+class ScriptMachine {
+public:
+  virtual ~ScriptMachine() = default;
+
+  // The channel stays the caller's; null disconnects.
+  virtual void Connect(COndDeviceComm_0* channel) = 0;
+  virtual EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) = 0;
+  // `path` as scripts see paths.
+  virtual EONX_ERR_ERRCODE_ ExecuteFile(const std::string& path, OndScriptOutput output, void* context) = 0;
+  virtual EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
+  // Returns how many records were found.
+  virtual std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
+  // Asks the running script to end. [any thread]
+  virtual void Stop() = 0;
+};
+
+// Sets up the channel, runs the script, prints its output and the values asked for. Returns the process's exit code.
+// `program` begins the messages on standard error.
+int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine);
+
+} // namespace host

@@ -1,0 +1,29 @@
+// Results on standard output, messages on standard error.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Standard output as a script's sink: every piece goes out at once, byte for byte. [one thread]
+class StandardOutput {
+public:
+  // False once anything could not be written.
+  bool Write(std::string_view bytes);
+  bool Failed() const { return m_failed; }
+  // Whether the next byte begins a line.
+  bool AtLineStart() const { return m_atLineStart; }
+
+private:
+  bool m_failed = false;
+  bool m_atLineStart = true;
+};
+
+// False when reading fails; what was read before is in `bytes`.
+bool ReadStandardInput(std::string& bytes);
+
+// "PROGRAM: TEXT" on a line of standard error.
+void PrintMessage(std::string_view program, std::string_view text);
+
+} // namespace host

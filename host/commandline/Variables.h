@@ -1,0 +1,31 @@
+// The variables that a command line hands to a script and prints afterwards.
+#pragma once
+
+#include "frame/OndDeviceClient.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+struct Variable {
+  std::string name;
+  std::uint32_t type = ONX_TYPE_UINT32; // ONX_TYPE_…
+  std::uint64_t number = 0;             // of numeric types; negative values in two's complement
+  std::string text;                     // of strings
+};
+
+// Reads "NAME:TYPE=VALUE". Types are those of the language, in any case; numbers are decimal, hexadecimal (0x1F) or
+// binary (0b101), with a sign where the type has one. On failure nothing is returned and `error` says what is wrong.
+std::optional<Variable> ParseVariable(const std::string& text, std::string& error);
+
+// Records that set these variables; they point into `variables`.
+std::vector<TONXSCRIPTVARIABLE> RecordsToSet(const std::vector<Variable>& variables);
+// A record that asks for a variable; it points into `name`.
+TONXSCRIPTVARIABLE RecordToGet(const std::string& name);
+// The value of a record that was read back, as one line of text: control characters and the backslash of a string are
+// written as the language's escapes.
+std::string FormatValue(const TONXSCRIPTVARIABLE& record);
+
+} // namespace host

@@ -1,0 +1,95 @@
+// The sample host's command line.
+#include "host/commandline/ExitCodes.h"
+#include "host/commandline/RunArguments.h"
+#include "host/commandline/StandardStreams.h"
+#include "host/console/Module.h"
+#include "host/console/ModuleScript.h"
+#include "host/support/BinaryStreams.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+constexpr const char* kProgram = "ondhost";
+
+constexpr const char* kFooter = R"(Examples:
+  ondhost list
+  ondhost run sweep.dcs
+  ondhost run flash.dcs --device-dir C:\bench\device --set unit:string=A17
+  ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total
+  ondhost run flash.dcs --fault TransmitFile:2=6
+
+A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call.)";
+
+std::optional<host::Module> LoadModule() {
+  std::string error;
+  auto module = host::Module::Load(error);
+  if (!module)
+    host::PrintMessage(kProgram, error);
+  return module;
+}
+
+int List() {
+  const auto module = LoadModule();
+  if (!module)
+    return host::kExitNoModule;
+  host::StandardOutput output;
+  for (const host::Module::Kind& kind : module->Kinds()) {
+    char type[16];
+    std::snprintf(type, sizeof type, "0x%04X ", static_cast<unsigned>(kind.type));
+    output.Write(type + kind.name + "\n");
+  }
+  return output.Failed() ? host::kExitStream : 0;
+}
+
+int Run(const host::RunOptions& options) {
+  std::string error;
+  const auto arguments = options.Resolve(error);
+  if (!arguments) {
+    host::PrintMessage(kProgram, error);
+    return host::kExitUsage;
+  }
+  const auto module = LoadModule();
+  if (!module)
+    return host::kExitNoModule;
+  auto processor = module->Create(ONX_OBJ_SCRIPT_PROCESSOR);
+  if (!processor) {
+    host::PrintMessage(kProgram, "the module makes no Script Processor");
+    return host::kExitNoModule;
+  }
+  host::ModuleScript machine(std::move(processor));
+  return host::RunScript(kProgram, *arguments, machine);
+}
+
+int Main(int argc, char** argv) {
+  host::UseBinaryStreams();
+  CLI::App app("Runs device scripts through OndDeviceClient.dll.", kProgram);
+  app.set_version_flag("--version", std::string(kProgram) + " " OND_VERSION);
+  app.footer(kFooter);
+  CLI::App* const run = app.add_subcommand("run", "Runs a script and prints its output");
+  run->footer(kFooter);
+  const host::RunOptions options(*run);
+  const CLI::App* const list = app.add_subcommand("list", "Prints the kinds of object that the module makes");
+  if (const auto code = host::ParseCommandLine(app, argc, argv))
+    return *code;
+  if (list->parsed())
+    return List();
+  if (run->parsed())
+    return Run(options);
+  std::fputs(app.help().c_str(), stderr);
+  return host::kExitUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Main(argc, argv);
+  } catch (const std::exception& error) { // memory ran out, say
+    host::PrintMessage(kProgram, error.what());
+    return EONX_ERR_OUT_OF_MEMORY;
+  }
+}

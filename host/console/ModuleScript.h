@@ -1,0 +1,25 @@
+// Runs scripts through the module's Script Processor.
+#pragma once
+
+#include "host/commandline/RunCommand.h"
+#include "host/console/Module.h"
+
+namespace host {
+
+class ModuleScript : public ScriptMachine {
+public:
+  // `processor` must be a Script Processor.
+  explicit ModuleScript(Module::Object processor) : m_processor(std::move(processor)) {}
+
+  void Connect(COndDeviceComm_0* channel) override;
+  EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
+  EONX_ERR_ERRCODE_ ExecuteFile(const std::string& path, OndScriptOutput output, void* context) override;
+  EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
+  std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
+  void Stop() override;
+
+private:
+  Module::Object m_processor;
+};
+
+} // namespace host

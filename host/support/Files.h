@@ -1,0 +1,35 @@
+// Local files and folders as the host needs them. Bodies of the system part: win32/ and posix/.
+//
+// A path is 8-bit text as the system takes it. Outside Windows a path may also look as scripts see it: backslashes
+// between the names, and drive "Z:" for the root of the file system.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace host {
+
+enum class ReadOutcome { kComplete, kTooLarge, kFailed };
+
+// Reads a whole file, but no more than `limit` bytes. `bytes` is only meaningful with kComplete.
+ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes);
+// Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure.
+bool WriteWholeFile(const std::string& path, const std::string& bytes);
+
+// --- the system part
+
+// The path as the C library takes it.
+std::string SystemPath(const std::string& path);
+// A path that a user typed as scripts see paths.
+std::string ScriptPath(const std::string& typed);
+// `folder` and a name within it.
+std::string PathInFolder(const std::string& folder, const std::string& name);
+bool ReplaceLocalFile(const std::string& from, const std::string& to);
+bool RemoveLocalFile(const std::string& path);
+// True when the folder is there afterwards. Folders above it must exist.
+bool MakeFolder(const std::string& path);
+// The names of everything in a folder, sorted; false when it cannot be listed.
+bool ListFolder(const std::string& path, std::vector<std::string>& names);
+
+} // namespace host

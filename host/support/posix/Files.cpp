@@ -1,0 +1,59 @@
+#include "host/support/Files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <memory>
+#include <sys/stat.h>
+
+namespace host {
+
+std::string SystemPath(const std::string& path) {
+  const bool hasRootDrive = path.size() >= 2 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':';
+  std::string result = hasRootDrive ? path.substr(2) : path;
+  std::replace(result.begin(), result.end(), '\\', '/');
+  return result;
+}
+
+std::string ScriptPath(const std::string& typed) {
+  std::string result = typed.starts_with('/') ? "Z:" + typed : typed;
+  std::replace(result.begin(), result.end(), '/', '\\');
+  return result;
+}
+
+std::string PathInFolder(const std::string& folder, const std::string& name) {
+  return folder + '/' + name;
+}
+
+bool ReplaceLocalFile(const std::string& from, const std::string& to) {
+  return std::rename(SystemPath(from).c_str(), SystemPath(to).c_str()) == 0;
+}
+
+bool RemoveLocalFile(const std::string& path) {
+  return std::remove(SystemPath(path).c_str()) == 0;
+}
+
+bool MakeFolder(const std::string& path) {
+  const std::string folder = SystemPath(path);
+  struct stat status = {};
+  return mkdir(folder.c_str(), 0777) == 0 || (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+}
+
+bool ListFolder(const std::string& path, std::vector<std::string>& names) {
+  struct Closer {
+    void operator()(DIR* folder) const { closedir(folder); }
+  };
+  const std::unique_ptr<DIR, Closer> folder(opendir(SystemPath(path).c_str()));
+  if (!folder)
+    return false;
+  names.clear();
+  errno = 0; // the only way to tell the end from an error
+  while (const dirent* entry = readdir(folder.get()))
+    names.emplace_back(entry->d_name);
+  const bool complete = errno == 0;
+  std::sort(names.begin(), names.end());
+  return complete;
+}
+
+} // namespace host

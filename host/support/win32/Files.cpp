@@ -1,0 +1,55 @@
+#include "host/support/Files.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <windows.h>
+
+namespace host {
+
+std::string SystemPath(const std::string& path) {
+  return path;
+}
+
+std::string ScriptPath(const std::string& typed) {
+  return typed;
+}
+
+std::string PathInFolder(const std::string& folder, const std::string& name) {
+  return folder + '\\' + name;
+}
+
+bool ReplaceLocalFile(const std::string& from, const std::string& to) {
+  return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE;
+}
+
+bool RemoveLocalFile(const std::string& path) {
+  return DeleteFileA(path.c_str()) != FALSE;
+}
+
+bool MakeFolder(const std::string& path) {
+  if (CreateDirectoryA(path.c_str(), nullptr) != FALSE)
+    return true;
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool ListFolder(const std::string& path, std::vector<std::string>& names) {
+  struct Closer {
+    void operator()(HANDLE search) const { FindClose(search); }
+  };
+  WIN32_FIND_DATAA found = {};
+  const HANDLE first = FindFirstFileA(PathInFolder(path, "*").c_str(), &found);
+  if (first == INVALID_HANDLE_VALUE)
+    return false;
+  const std::unique_ptr<void, Closer> search(first);
+  names.clear();
+  do
+    names.emplace_back(found.cFileName);
+  while (FindNextFileA(search.get(), &found) != FALSE);
+  const bool complete = GetLastError() == ERROR_NO_MORE_FILES;
+  std::sort(names.begin(), names.end());
+  return complete;
+}
+
+} // namespace host

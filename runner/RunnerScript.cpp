@@ -1,0 +1,29 @@
+#include "runner/RunnerScript.h"
+
+void RunnerScript::Connect(COndDeviceComm_0* channel) {
+  m_runner.SetChannel(channel);
+}
+
+EONX_ERR_ERRCODE_ RunnerScript::Execute(const std::string& text, OndScriptOutput output, void* context) {
+  m_runner.PrepareRun();
+  return m_runner.ExecuteScript(text, nullptr, output, context);
+}
+
+EONX_ERR_ERRCODE_ RunnerScript::ExecuteFile(const std::string& path, OndScriptOutput output, void* context) {
+  m_runner.PrepareRun();
+  return m_runner.ExecuteScriptFile(path.c_str(), output, context);
+}
+
+EONX_ERR_ERRCODE_ RunnerScript::SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {
+  return m_runner.SetVariables(records.data(), records.size(), false);
+}
+
+std::uint64_t RunnerScript::GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {
+  std::uint64_t found = 0;
+  m_runner.GetVariables(records.data(), records.size(), &found);
+  return found;
+}
+
+void RunnerScript::Stop() {
+  m_runner.StopScript();
+}

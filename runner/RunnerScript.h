@@ -1,0 +1,20 @@
+// Runs scripts on the engine that is linked into the program.
+#pragma once
+
+#include "host/commandline/RunCommand.h"
+#include "scriptrt/ScriptRunner.h"
+
+class RunnerScript : public host::ScriptMachine {
+public:
+  RunnerScript() : m_runner(this) {}
+
+  void Connect(COndDeviceComm_0* channel) override;
+  EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
+  EONX_ERR_ERRCODE_ ExecuteFile(const std::string& path, OndScriptOutput output, void* context) override;
+  EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
+  std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
+  void Stop() override;
+
+private:
+  CScriptRunner m_runner;
+};
