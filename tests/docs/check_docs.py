@@ -1,0 +1,55 @@
+#!/usr/bin/env python3
+"""What the documentation shows is what there is:  check_docs.py PROJECT_FOLDER
+
+The picture of a run in README.md is the output of examples/hello.dcs, the code of docs/host-guide.md stands in the host that
+the tests build, and links to files of the project lead somewhere.
+"""
+
+import pathlib
+import re
+import sys
+
+
+def blocks(text, language):
+    return re.findall(rf"^```{language}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+
+
+def check_run(root):
+    output = (root / "tests/examples/hello.out").read_text()
+    if f"$ ./run\n{output}" not in blocks((root / "README.md").read_text(), "text"):
+        yield "README.md: the run shown is not what examples/hello.dcs prints (tests/examples/hello.out)"
+
+
+def check_code(root):
+    def plain(code):
+        return " ".join(code.split())
+
+    sources = [plain(path.read_text()) for path in (root / "examples/host").iterdir()]
+    code = blocks((root / "docs/host-guide.md").read_text(), "cpp")
+    if not code:
+        yield "docs/host-guide.md: there is no code"
+    for block in code:
+        # An ellipsis stands for what the text leaves out.
+        for part in block.split("…"):
+            if not any(plain(part) in source for source in sources):
+                yield f"docs/host-guide.md: this is not in examples/host:\n{part}"
+
+
+def check_links(root):
+    for page in [root / "README.md", *root.glob("*/**/*.md")]:
+        if "build" in page.relative_to(root).parts:
+            continue
+        for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", page.read_text()):
+            if not (page.parent / target).exists():
+                yield f"{page.relative_to(root)}: link to {target}, which is not there"
+
+
+def main():
+    root = pathlib.Path(sys.argv[1])
+    problems = [*check_run(root), *check_code(root), *check_links(root)]
+    print("\n".join(problems) or "the documentation agrees with the project")
+    sys.exit(1 if problems else 0)
+
+
+if __name__ == "__main__":
+    main()

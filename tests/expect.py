@@ -1,0 +1,61 @@
+#!/usr/bin/env python3
+"""Runs a program and compares what it prints, byte for byte:  expect.py EXPECTED_FILE COMMAND...
+
+Fails when standard output or the exit code (0) differ, or when the program does not end in time. run_scripts.py uses
+the same for many scripts.
+"""
+
+import difflib
+import pathlib
+import subprocess
+import sys
+
+TIMEOUT = 120  # seconds
+
+
+def run(command, folder=None):
+    """Standard output, standard error and exit code of a command; what hangs is killed and has a text for a code."""
+    with subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                          stderr=subprocess.PIPE) as process:
+        try:
+            output, messages = process.communicate(timeout=TIMEOUT)
+            return output, messages, process.returncode
+        except subprocess.TimeoutExpired:
+            process.kill()
+            output, messages = process.communicate()
+            return output, messages, f"killed after {TIMEOUT} s"
+
+
+def lines(data):
+    """Lines for a reader: bytes that are not plain text as escapes, a missing last line end told."""
+    text = [line.decode("latin-1").encode("unicode_escape").decode() for line in data.split(b"\n")]
+    if text[-1]:
+        text[-1] += "  <no line end>"
+    else:
+        text.pop()
+    return text
+
+
+def differences(expected, output, messages, expected_code, code):
+    """A report as text, empty when everything is as expected."""
+    report = []
+    if output != expected:
+        report += difflib.unified_diff(lines(expected), lines(output), "expected output", "output", lineterm="")
+    if code != expected_code:
+        report.append(f"exit code: expected {expected_code}, got {code}")
+    if report and messages:
+        report += ["standard error:"] + ["  " + line for line in lines(messages)]
+    return "\n".join(report)
+
+
+def main():
+    expected_file, *command = sys.argv[1:]
+    output, messages, code = run(command)
+    report = differences(pathlib.Path(expected_file).read_bytes(), output, messages, 0, code)
+    if report:
+        print(report)
+        sys.exit(1)
+
+
+if __name__ == "__main__":
+    main()
