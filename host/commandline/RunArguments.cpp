@@ -21,7 +21,7 @@ const Variable* FindVariable(const std::vector<Variable>& variables, const std::
 } // namespace
 
 void AddRepeatedOption(CLI::App& command, const std::string& name, std::vector<std::string>& values,
-                       const std::string& description) {
+                       const std::string& form, const std::string& description) {
   // The library's own lists of texts would take several values at once and give "[...]" and "{}" a meaning.
   command
       .add_option(
@@ -31,15 +31,15 @@ void AddRepeatedOption(CLI::App& command, const std::string& name, std::vector<s
             return true;
           },
           description)
-      ->type_name("TEXT")
+      ->type_name(form)
       ->expected(1)
       ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void AddSetOption(CLI::App& command, std::vector<std::string>& values) {
-  AddRepeatedOption(command, "--set", values,
-                    "NAME:TYPE=VALUE: a variable for the script (dword, uint32, string, long, int32, uint64, int64)");
+  AddRepeatedOption(command, "--set", values, "NAME:TYPE=VALUE",
+                    "a variable for the script (dword, uint32, string, long, int32, uint64, int64)");
 }
 
 std::optional<std::vector<Variable>> ParseVariables(const std::vector<std::string>& sets, std::string& error) {
@@ -64,11 +64,11 @@ RunOptions::RunOptions(CLI::App& command) {
   command.add_option("--channel", m_arguments.channel.text, std::string("the device: ") + kChannelForms)
       ->capture_default_str();
   AddSetOption(command, m_sets);
-  AddRepeatedOption(command, "--get", m_arguments.gets, "NAME: print this variable of --set after the run");
+  AddRepeatedOption(command, "--get", m_arguments.gets, "NAME", "print this variable of --set after the run");
   command.add_option("--device-dir", m_arguments.channel.sim.folder,
                      "folder in which the simulated device keeps its files");
-  AddRepeatedOption(command, "--fault", m_faults,
-                    "OPERATION[:N]=CODE: the N-th call (without N: every call) of a channel operation answers CODE");
+  AddRepeatedOption(command, "--fault", m_faults, "OPERATION[:N]=CODE",
+                    "the N-th call (without N: every call) of a channel operation answers CODE");
   command
       .add_option("--block-time", m_blockTime, "milliseconds that the simulated device takes for a block of 512 bytes")
       ->check(CLI::Range(0U, kLongestBlockTime));
@@ -103,6 +103,9 @@ std::optional<int> ParseCommandLine(CLI::App& app, int argc, char** argv) {
   app.allow_windows_style_options(false);
   for (CLI::App* command : app.get_subcommands({}))
     command->allow_windows_style_options(false);
+  app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
+    return failed->get_name() + ": " + error.what() + "; --help tells more\n";
+  });
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

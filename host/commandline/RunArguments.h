@@ -22,9 +22,10 @@ struct RunArguments {
   std::vector<std::string> gets;   // each the name of one of the variables
 };
 
-// An option that takes one value and may be given again; the values go to `values` as they are typed.
+// An option that takes one value and may be given again; the values go to `values` as they are typed. `form` shows how
+// one looks.
 void AddRepeatedOption(CLI::App& command, const std::string& name, std::vector<std::string>& values,
-                       const std::string& description);
+                       const std::string& form, const std::string& description);
 // `--set`.
 void AddSetOption(CLI::App& command, std::vector<std::string>& values);
 

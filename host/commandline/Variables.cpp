@@ -44,10 +44,6 @@ bool IsIdentifier(std::string_view name) {
   return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isInside);
 }
 
-std::string Quoted(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
-}
-
 std::optional<std::uint32_t> FindType(std::string_view name) {
   for (const TypeName& known : kTypes) {
     if (EqualIgnoringCase(name, known.name))
@@ -98,6 +94,35 @@ bool ParseValue(std::string_view text, std::uint32_t type, std::uint64_t& value,
   }
   value = negative ? 0 - magnitude : magnitude;
   return true;
+}
+
+std::string Escaped(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    char code[8];
+    switch (c) {
+    case '\n':
+      result += "\\n";
+      break;
+    case '\r':
+      result += "\\r";
+      break;
+    case '\t':
+      result += "\\t";
+      break;
+    case '\\':
+      result += "\\\\";
+      break;
+    default:
+      if (static_cast<unsigned char>(c) >= ' ' && c != 0x7F) {
+        result += c;
+        break;
+      }
+      std::snprintf(code, sizeof code, "\\(x%02X)", static_cast<unsigned>(c));
+      result += code;
+    }
+  }
+  return result;
 }
 
 } // namespace
@@ -154,39 +179,6 @@ TONXSCRIPTVARIABLE RecordToGet(const std::string& name) {
   record.name = name.c_str();
   return record;
 }
-
-namespace {
-
-std::string Escaped(std::string_view text) {
-  std::string result;
-  for (const char c : text) {
-    char code[8];
-    switch (c) {
-    case '\n':
-      result += "\\n";
-      break;
-    case '\r':
-      result += "\\r";
-      break;
-    case '\t':
-      result += "\\t";
-      break;
-    case '\\':
-      result += "\\\\";
-      break;
-    default:
-      if (static_cast<unsigned char>(c) >= ' ' && c != 0x7F) {
-        result += c;
-        break;
-      }
-      std::snprintf(code, sizeof code, "\\(x%02X)", static_cast<unsigned>(c));
-      result += code;
-    }
-  }
-  return result;
-}
-
-} // namespace
 
 std::string FormatValue(const TONXSCRIPTVARIABLE& record) {
   switch (record.type) {
