@@ -58,7 +58,8 @@ private:
   }
 
   // A "." step, whose backslash is about to be added. It takes away the two bytes in front of its dot, not the dot and
-  // the backslash: "C:\a\.\b" becomes "C:\.\b", and that "C.\b". Paths in existing job files rely on it.
+  // the backslash: "C:\a\.\b" becomes "C:\.\b", that "C.\b", and there the text has no two bytes left. Callers have
+  // always been told so by this exception, and keep the path as it was written.
   void StepInPlace() {
     if (m_text.size() < 3) {
       throw std::out_of_range("invalid string position");

@@ -1,0 +1,152 @@
+#include "frame/CONXDeviceClient.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <doctest/doctest.h>
+
+#include <sstream>
+
+using Entries = std::vector<TFILEENTRY>;
+
+namespace {
+
+TFILEENTRY Entry(std::string path, unsigned fileId, unsigned fileType, std::uint32_t mode) {
+  return {std::move(path), 0, static_cast<std::uint8_t>(fileId), static_cast<std::uint8_t>(fileType), mode};
+}
+
+// All entries in one line, the folder written as "@".
+std::string Listed(const Entries& entries, const std::string& folder) {
+  std::ostringstream out;
+  for (const TFILEENTRY& entry : entries) {
+    const bool inFolder = entry.path.starts_with(folder);
+    out << (inFolder ? "@" : "") << entry.path.substr(inFolder ? folder.size() : 0);
+    out << ' ' << +entry.fileId << ' ' << +entry.fileType << ' ' << entry.fileMode << '|';
+  }
+  return out.str();
+}
+
+int Save(const std::string& path, Entries entries) {
+  return CONXDeviceClient::SaveJobFile(path.c_str(), &entries);
+}
+
+} // namespace
+
+TEST_CASE("a job file is read byte by byte as its format says") {
+  const TemporaryFolder folder;
+  struct Row {
+    std::string text;
+    std::string entries;
+  };
+  const Row rows[] = {
+      {"", ""},
+      {"a.bin\t3\t4\tprogram\n", "@\\a.bin 3 4 2|"},
+      {"a\t1\t2\tnormal\r\nb\t3\t4\tbit reverse\r\n", "@\\a 1 2 0|@\\b 3 4 1|"},
+      {"a\t1\t2\tnormal\nb\t3\t4\tbit reverse\n", "@\\a 1 2 0|@\\b 3 4 1|"},
+      // Lines without a tab
+      {"a.bin\nb.bin\t3\t4\tprogram\n", "@\\b.bin 3 4 2|"},
+      {"\n\r\n\na\t1\t2\tprogram\n\n", "@\\a 1 2 2|"},
+      {"d.bin", ""},
+      // The last line's end is missing
+      {"c.bin\t5\t6\tprogram", "@\\c.bin 5 6 0|"},
+      {"c.bin\t5\t6", "@\\c.bin 5 1 0|"},
+      {"c.bin\t", "@\\c.bin 0 1 0|"},
+      {"a\t1\t2\tprogram\nc.bin\t5\t6\tbit reverse", "@\\a 1 2 2|@\\c.bin 5 6 0|"},
+      // Columns left out: the first entry's type is 1, later ones have 0
+      {"e.bin\t7\nf.bin\t8\n", "@\\e.bin 7 1 0|@\\f.bin 8 0 0|"},
+      {"x\ne.bin\t7\n", "@\\e.bin 7 1 0|"},
+      {"\t7\t8\n", "@\\ 7 8 0|"},
+      // Numbers
+      {"a\t300\t256\t\n", "@\\a 44 0 0|"},
+      {"a\t 12x\tx12\t\n", "@\\a 12 0 0|"},
+      {"a\t-1\t+5\t\n", "@\\a 255 5 0|"},
+      {"a\t99999999999999999999999\t0x10\t\n", "@\\a 255 0 0|"},
+      // Mode words
+      {"a\t1\t1\tbit REVERSE\nb\t1\t1\tPROGRAM\nc\t1\t1\tProgram \nd\t1\t1\t2\n",
+       "@\\a 1 1 1|@\\b 1 1 2|@\\c 1 1 0|@\\d 1 1 0|"},
+      {"a\t1\t1\tprogram\textra\t9\n", "@\\a 1 1 2|"},
+      // Paths
+      {"C:\\x\\a\t1\t1\t\n\\\\srv\\b\t1\t1\t\n", "C:\\x\\a 1 1 0|\\\\srv\\b 1 1 0|"},
+      {"sub\\..\\a\t1\t1\t\n", "@\\a 1 1 0|"},
+      {"..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\a\t1\t1\t\n", "..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\a 1 1 0|"},
+      {"bad.\\x\t1\t1\t\nb\t2\t2\t\n", "bad.\\x 1 1 0|@\\b 2 2 0|"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.text);
+    folder.Write("list.dcj", row.text);
+    Entries entries{Entry("old", 9, 9, 9)};
+    CHECK(CONXDeviceClient::LoadJobFile(folder.PathOf("list.dcj").c_str(), &entries) == 1);
+    CHECK(Listed(entries, folder.Path()) == row.entries);
+  }
+}
+
+TEST_CASE("a list comes back as it was saved") {
+  const TemporaryFolder folder;
+  const Entries entries{
+      Entry(folder.PathOf("a.bin"), 0, 0, OND_FILE_NORMAL),
+      Entry(folder.PathOf("sub\\b.bin"), 255, 255, OND_FILE_BIT_REVERSE),
+      Entry("Q:\\c.bin", 7, 8, OND_FILE_PROGRAM),
+      Entry(folder.PathOf("d.bin"), 1, 1, 77),
+  };
+  REQUIRE(Save(folder.PathOf("list.dcj"), entries) == 1);
+  CHECK(folder.Read("list.dcj") == "a.bin\t0\t0\tnormal\n"
+                                   "sub\\b.bin\t255\t255\tbit reverse\n"
+                                   "Q:\\c.bin\t7\t8\tprogram\n"
+                                   "d.bin\t1\t1\tnormal\n");
+  CHECK(folder.Names() == std::vector<std::string>{"list.dcj"});
+
+  Entries loaded;
+  REQUIRE(CONXDeviceClient::LoadJobFile(folder.PathOf("list.dcj").c_str(), &loaded) == 1);
+  CHECK(Listed(loaded, folder.Path()) == "@\\a.bin 0 0 0|@\\sub\\b.bin 255 255 1|Q:\\c.bin 7 8 2|@\\d.bin 1 1 0|");
+
+  REQUIRE(Save(folder.PathOf("list.dcj"), {}) == 1);
+  CHECK(folder.Read("list.dcj").empty());
+}
+
+TEST_CASE("entries in other folders are found again") {
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder.SystemPath() / "jobs" / "deep");
+  REQUIRE(Save(folder.PathOf("jobs\\deep\\list.dcj"), {Entry(folder.PathOf("bin\\a.bin"), 1, 2, 0)}) == 1);
+  CHECK(folder.Read("jobs/deep/list.dcj") == "..\\..\\bin\\a.bin\t1\t2\tnormal\n");
+  Entries loaded;
+  REQUIRE(CONXDeviceClient::LoadJobFile(folder.PathOf("jobs\\deep\\list.dcj").c_str(), &loaded) == 1);
+  CHECK(Listed(loaded, folder.Path()) == "@\\bin\\a.bin 1 2 0|");
+}
+
+TEST_CASE("a failed load leaves the list alone") {
+  const TemporaryFolder folder;
+  for (const std::string& path : {folder.PathOf("missing.dcj"), folder.Path(), std::string()}) {
+    CAPTURE(path);
+    Entries entries{Entry("old", 9, 8, 7)};
+    CHECK(CONXDeviceClient::LoadJobFile(path.c_str(), &entries) == 0);
+    CHECK(Listed(entries, folder.Path()) == "old 9 8 7|");
+  }
+}
+
+TEST_CASE("saving touches no file but its own") {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.SystemPath() / "sub");
+  folder.Write("list.dcj", "before");
+  folder.Write("list.dcj.tmp0", "somebody's");
+  CHECK(Save(folder.PathOf("list.dcj"), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 1);
+  CHECK(folder.Read("list.dcj") == "a\t1\t2\tnormal\n");
+  CHECK(folder.Read("list.dcj.tmp0") == "somebody's");
+
+  CHECK(Save(folder.PathOf("sub"), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 0);
+  CHECK(Save(folder.PathOf("missing\\list.dcj"), {}) == 0);
+  CHECK(folder.Names() == std::vector<std::string>{"list.dcj", "list.dcj.tmp0", "sub"});
+}
+
+TEST_CASE("FillEntry stores one column and never throws") {
+  TFILEENTRY entry = Entry("before", 9, 9, 9);
+  std::string folder = "C:\\jobs";
+  const auto fill = [&](std::size_t column, std::string text) {
+    CONXDeviceClient::FillEntry(column, &text, &entry, folder);
+    return Listed({entry}, "none");
+  };
+  CHECK(fill(0, "a.bin") == "C:\\jobs\\a.bin 9 9 9|");
+  CHECK(fill(1, "300") == "C:\\jobs\\a.bin 44 9 9|");
+  CHECK(fill(2, "17") == "C:\\jobs\\a.bin 44 17 9|");
+  CHECK(fill(3, "program") == "C:\\jobs\\a.bin 44 17 2|");
+  CHECK(fill(4, "5") == "C:\\jobs\\a.bin 44 17 2|");
+  CHECK(fill(0, "long.\\b") == "long.\\b 44 17 2|");
+  CHECK(fill(0, "..\\..\\b") == "..\\..\\b 44 17 2|");
+}

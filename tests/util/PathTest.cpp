@@ -1,0 +1,252 @@
+#include "frame/CONXDeviceClient.h"
+
+#include <doctest/doctest.h>
+
+#include <chrono>
+#include <stdexcept>
+
+namespace {
+
+constexpr const char* kOutOfRange = "(out of range)";
+
+struct Joined {
+  int ok;
+  std::string path;
+
+  bool operator==(const Joined&) const = default;
+};
+
+Joined Join(const std::string& folder, const std::string& file) {
+  Joined joined{-1, ""};
+  try {
+    joined.ok = CONXDeviceClient::ConcatenatePathAndFile(folder, file, &joined.path);
+  } catch (const std::out_of_range& error) {
+    CHECK(std::string(error.what()) == "invalid string position");
+    joined.path = kOutOfRange;
+  }
+  return joined;
+}
+
+std::string Relative(const std::string& base, const std::string& path) {
+  std::string result = "untouched";
+  CONXDeviceClient::MakeRelativePath(base, path, &result);
+  return result;
+}
+
+// The rule of the clean-up word by word: scan from the start, remove, scan from the start again.
+Joined JoinByTheBook(const std::string& folder, const std::string& file) {
+  std::string text = folder + (folder.ends_with('\\') ? "" : "\\") + file;
+  for (bool changed = true; changed;) {
+    changed = false;
+    int state = 0;
+    for (std::size_t k = 0; k < text.size() && !changed; ++k) {
+      if (text[k] == '.') {
+        state = (state + 1) % 3;
+        continue;
+      }
+      const int step = text[k] == '\\' ? state : 0;
+      state = 0;
+      if (step == 1) {
+        if (k < 3) {
+          return {-1, kOutOfRange};
+        }
+        text.erase(k - 3, 2);
+        changed = true;
+      } else if (step == 2) {
+        std::size_t parent = k < 4 ? 0 : k - 4;
+        while (parent > 0 && text[parent] != '\\') {
+          --parent;
+        }
+        if (k < 4 || text.substr(0, k) == text.substr(0, 1) + ":\\..") {
+          return {0, file};
+        }
+        text.erase(parent, k - parent);
+        changed = true;
+      }
+    }
+  }
+  return {1, text};
+}
+
+} // namespace
+
+TEST_CASE("toUpperGer knows the alphabet and three umlauts") {
+  for (int value = 0; value < 256; ++value) {
+    CAPTURE(value);
+    int upper = value >= 'a' && value <= 'z' ? value - 32 : value;
+    upper = value == 0xE4 ? 0xC4 : value == 0xF6 ? 0xD6 : value == 0xFC ? 0xDC : upper;
+    CHECK(CONXDeviceClient::toUpperGer(static_cast<char>(value)) == static_cast<char>(upper));
+  }
+}
+
+TEST_CASE("IsAbsolutePath") {
+  for (const char* path : {"C:", "C:\\a", "c:a", "\\\\srv\\x", "\\\\", "::"}) {
+    CAPTURE(path);
+    CHECK(CONXDeviceClient::IsAbsolutePath(path) == 1);
+  }
+  for (const char* path : {"", "C", "\\", "\\a", "a\\b:", "/a", "//srv"}) {
+    CAPTURE(path);
+    CHECK(CONXDeviceClient::IsAbsolutePath(path) == 0);
+  }
+}
+
+TEST_CASE("SplitFileName") {
+  struct Row {
+    std::string path;
+    std::string folder;
+    std::string file;
+  };
+  const Row rows[] = {
+      {"", "", ""},
+      {"a.bin", "", "a.bin"},
+      {"C:\\x\\a.bin", "C:\\x", "a.bin"},
+      {"C:\\a.bin", "C:", "a.bin"},
+      {"C:\\x\\", "C:\\x", "before"}, // names no file: what was there stays
+      {"x\\", "x", "before"},
+      {"\\", "", "\\"}, // the first character is never a separator
+      {"\\a", "", "\\a"},
+      {"a", "", "a"},
+      {"\\\\", "\\", "before"},
+      {"\\\\srv", "\\", "srv"},
+      {"C:/x/a.bin", "", "C:/x/a.bin"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.path);
+    std::string folder = "before";
+    std::string file = "before";
+    CONXDeviceClient::SplitFileName(row.path, &folder, &file);
+    CHECK(folder == row.folder);
+    CHECK(file == row.file);
+
+    CONXDeviceClient::SplitFileName(row.path, nullptr, nullptr);
+    std::string inPlace = row.path;
+    CONXDeviceClient::SplitFileName(inPlace, &inPlace, nullptr);
+    CHECK(inPlace == row.folder);
+  }
+}
+
+TEST_CASE("ConcatenatePathAndFile") {
+  struct Row {
+    std::string folder;
+    std::string file;
+    int ok;
+    std::string path;
+  };
+  const Row rows[] = {
+      {"", "a\\..\\b", 1, "a\\..\\b"},
+      {"C:\\jobs", "x.bin", 1, "C:\\jobs\\x.bin"},
+      {"C:\\jobs\\", "x.bin", 1, "C:\\jobs\\x.bin"},
+      {"C:\\jobs", "", 1, "C:\\jobs\\"},
+      {"C:\\a", "..\\b", 1, "C:\\b"},
+      {"C:\\a\\b\\c", "..\\..\\x\\..\\y", 1, "C:\\a\\y"},
+      {"C:\\a", "..", 1, "C:\\a\\.."}, // a step has its backslash
+      {"\\\\srv\\share\\a", "..\\b", 1, "\\\\srv\\share\\b"},
+      // Climbing above the start
+      {"C:\\a", "..\\..\\b", 0, "..\\..\\b"},
+      {"C:", "..\\b", 0, "..\\b"},
+      {"a", "..\\b", 1, "\\b"},
+      {"", "..\\b", 1, "..\\b"},
+      {"\\", "..\\b", 0, "..\\b"},
+      // One dot takes the two bytes in front of it, again and again
+      {"C:\\a", ".\\b", -1, kOutOfRange},
+      {"C:\\abcd", ".\\b", -1, kOutOfRange},
+      {"C:\\jobs", "...a.\\b", 1, "C:\\jobs\\...\\b"},
+      {"a", ".\\b", -1, kOutOfRange},
+      {"\\", ".\\b", -1, kOutOfRange},
+      // Dots behind a name count too, the third starts again
+      {"C:\\x", "name..\\b", 1, "C:\\x\\b"},
+      {"C:\\x", "...\\b", 1, "C:\\x\\...\\b"},
+      {"C:\\x", ".a\\..b\\c.d", 1, "C:\\x\\.a\\..b\\c.d"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.folder);
+    CAPTURE(row.file);
+    const Joined joined = Join(row.folder, row.file);
+    CHECK(joined.ok == row.ok);
+    CHECK(joined.path == row.path);
+  }
+}
+
+TEST_CASE("cleaning up in one pass gives what starting over gives") {
+  constexpr char kAlphabet[] = {'a', '.', '\\', ':'};
+  constexpr unsigned kLongest = 7;
+  for (const std::string folder : {"C:", "C:\\aa", "\\\\a\\a", "a.a."}) {
+    for (unsigned length = 1; length <= kLongest; ++length) {
+      for (unsigned number = 0; number < 1u << (2 * length); ++number) {
+        std::string file;
+        for (unsigned place = 0; place < length; ++place) {
+          file.push_back(kAlphabet[(number >> (2 * place)) % 4]);
+        }
+        const Joined joined = Join(folder, file);
+        if (joined != JoinByTheBook(folder, file)) {
+          FAIL_CHECK(folder << " and " << file << " give " << joined.path);
+        }
+      }
+    }
+  }
+}
+
+TEST_CASE("cleaning up takes time in proportion to the length") {
+  const auto start = std::chrono::steady_clock::now();
+  std::string deep;
+  for (int i = 0; i < 300000; ++i) {
+    deep += "a\\..\\";
+  }
+  CHECK(Join("C:\\jobs", deep + "x").path == "C:\\jobs\\x");
+  CHECK(Join("C:\\jobs", std::string(1000000, 'a') + ".\\b").ok == -1);
+  CHECK(Join("C:\\jobs", std::string(1000000, '.') + "\\b").path == "C:\\jobs\\b");
+  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(20));
+}
+
+TEST_CASE("MakeRelativePath") {
+  struct Row {
+    std::string base;
+    std::string path;
+    std::string relative;
+  };
+  const Row rows[] = {
+      {"C:\\jobs", "C:\\jobs\\a.bin", "a.bin"},
+      {"C:\\jobs\\sub", "C:\\jobs\\a.bin", "..\\a.bin"},
+      {"C:\\jobs\\sub\\deep", "C:\\bin\\a.bin", "..\\..\\..\\bin\\a.bin"},
+      {"C:\\a", "D:\\b", "D:\\b"},
+      {"c:\\JOBS", "C:\\jobs\\x.bin", "x.bin"},
+      {"C:\\\xE4\xF6\xFC", "C:\\\xC4\xD6\xDC\\x.bin", "x.bin"},
+      {"C:", "C:\\x.bin", "x.bin"},
+      {"", "C:\\x.bin", "C:\\x.bin"},
+      {"C:\\jobs", "", ""},
+      {"C:\\jobs", "C:\\jobs", ""},
+      {"C:\\jobs\\sub", "C:\\jobs", ""},
+      {"\\\\srv\\one", "\\\\srv\\two\\x", "..\\two\\x"},
+      {"jobs", "java", "java"}, // they share letters but no folder
+      // A base that is only the beginning of a name counts as the folder
+      {"C:\\jobs", "C:\\jobsX\\a.bin", "\\a.bin"},
+      {"C:\\jobs\\", "C:\\jobs\\a.bin", ".bin"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.base);
+    CAPTURE(row.path);
+    CHECK(Relative(row.base, row.path) == row.relative);
+    std::string inPlace = row.path;
+    CONXDeviceClient::MakeRelativePath(row.base, inPlace, &inPlace);
+    CHECK(inPlace == row.relative);
+  }
+}
+
+TEST_CASE("joining restores what was made relative") {
+  const char* folders[] = {"C:\\jobs", "C:\\jobs\\sub\\deep", "C:\\job.s\\a b", "C:", "\\\\srv\\share\\jobs", "D:\\x"};
+  const char* files[] = {"C:\\jobs\\a.bin",        "C:\\jobs\\sub\\b.bin",  "C:\\c.bin",
+                         "C:\\job.s\\x\\y\\d.bin", "\\\\srv\\share\\e.bin", "D:\\x\\y.z\\f.bin"};
+  for (const std::string folder : folders) {
+    for (const std::string file : files) {
+      CAPTURE(folder);
+      CAPTURE(file);
+      const std::string relative = Relative(folder, file);
+      if (CONXDeviceClient::IsAbsolutePath(relative)) {
+        CHECK(relative == file);
+        CHECK(folder[0] != file[0]);
+      } else {
+        CHECK(Join(folder, relative) == Joined{1, file});
+      }
+    }
+  }
+}
