@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Runs a program and compares what it prints, byte for byte:  expect.py EXPECTED_FILE COMMAND...
+"""Runs a program and compares what it prints:  expect.py EXPECTED_FILE COMMAND...
 
-Fails when standard output or the exit code (0) differ, or when the program does not end in time. run_scripts.py uses
-the same for many scripts.
+Fails when standard output or the exit code (0) differ, or when the program does not end in time. Windows programs may end
+their lines in CR LF. run_scripts.py uses the same for many scripts, byte for byte.
 """
 
 import difflib
@@ -51,7 +51,8 @@ def differences(expected, output, messages, expected_code, code):
 def main():
     expected_file, *command = sys.argv[1:]
     output, messages, code = run(command)
-    report = differences(pathlib.Path(expected_file).read_bytes(), output, messages, 0, code)
+    expected = pathlib.Path(expected_file).read_bytes()
+    report = differences(expected, output.replace(b"\r\n", b"\n"), messages, 0, code)
     if report:
         print(report)
         sys.exit(1)

@@ -166,6 +166,8 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
   Print(failed.text);
 
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("exit();"), 0, 0, 0) == EONX_ERR_NONE, "exit, without output");
+  Check(processor.Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0) == EONX_ERR_NONE, "a stop request without a run");
+  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("while (0) { }"), 0, 0, 0) == EONX_ERR_NONE, "a run after it");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address(""), 0, 0, 0) == EONX_ERR_EMPTY_PATH, "an empty path");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address("no such file.dcs"), 0, 0, 0) == EONX_ERR_FILE_OPEN,
         "a file that is not there");

@@ -93,9 +93,13 @@ void Check(bool holds, const char* what) {
 
 extern "C" [[noreturn]] void Start() {
   Run();
-  Print(checks);
-  Print(" checks, ");
+  if (failures == 0) {
+    Print("all checks hold\n");
+    ExitProcess(0);
+  }
   Print(failures);
-  Print(" failed\n");
-  ExitProcess(failures == 0 ? 0 : 1);
+  Print(" of ");
+  Print(checks);
+  Print(" checks failed\n");
+  ExitProcess(1);
 }
