@@ -77,6 +77,10 @@ void StoreField(std::size_t column, const std::string& text, const std::string& 
   }
 }
 
+bool EndsField(char c) {
+  return c == '\t' || c == '\n' || c == '\r';
+}
+
 // Takes a job file's bytes in pieces of any size and collects its entries.
 class JobFileReader {
 public:
@@ -84,7 +88,7 @@ public:
 
   void Read(std::string_view piece) {
     while (!piece.empty()) {
-      const std::size_t end = std::min(piece.find_first_of("\t\n\r"), piece.size());
+      const auto end = static_cast<std::size_t>(std::find_if(piece.begin(), piece.end(), EndsField) - piece.begin());
       m_field.append(piece.substr(0, end));
       if (end < piece.size()) {
         EndField(piece[end]);

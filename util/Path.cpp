@@ -142,7 +142,9 @@ int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const st
     *result = file;
     return 1;
   }
-  std::string joined = folder;
+  std::string joined;
+  joined.reserve(folder.size() + 1 + file.size());
+  joined = folder;
   if (!joined.ends_with(kSeparator)) {
     joined.push_back(kSeparator);
   }

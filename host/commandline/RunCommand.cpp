@@ -60,7 +60,7 @@ void PrintRunEnd(std::string_view program, const std::string& script, const RunE
   const bool stopped = end.interrupted && end.result == EONX_ERR_SCRIPT;
   const char* const text = stopped ? "stopped by Ctrl+C" : ResultText(end.result);
   if (text != nullptr)
-    PrintMessage(program, script + ": " + text);
+    PrintMessage(program, script.empty() ? text : script + ": " + text);
 }
 
 } // namespace

@@ -1,0 +1,124 @@
+// Runs as a whole: locks, stops, limits, hostile scripts.
+
+#include "tests/script/ScriptHarness.h"
+#include "tests/support/RunOnStack.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <doctest/doctest.h>
+
+#include <atomic>
+#include <thread>
+
+using namespace std::string_literals;
+
+TEST_CASE("the channel is locked for the run and only for it") {
+  ScriptHarness harness;
+  harness.Run("transmitstring(\"ver\\r\"); print(receivestring());");
+  CHECK(harness.Result() == EONX_ERR_NONE);
+  CHECK(harness.Channel().LockDepth() == 0);
+  harness.Run("transmitstring(1);");
+  CHECK(harness.Result() == EONX_ERR_SCRIPT);
+  CHECK(harness.Channel().LockDepth() == 0);
+
+  int other = 0;
+  REQUIRE(harness.Channel().Lock(&other, 0) == 0);
+  CHECK(harness.Run("print(1);").empty());
+  CHECK(harness.Result() == EONX_ERR_LOCKED);
+  harness.Channel().Unlock(&other);
+
+  harness.Runner().SetChannel(nullptr);
+  harness.Run("print(1);");
+  CHECK(harness.Result() == EONX_ERR_NO_CHANNEL);
+}
+
+TEST_CASE("files that cannot be run") {
+  TemporaryFolder folder;
+  ScriptHarness harness;
+  CHECK(harness.Runner().ExecuteScriptFile("", nullptr, nullptr) == EONX_ERR_EMPTY_PATH);
+  CHECK(harness.Runner().ExecuteScriptFile(nullptr, nullptr, nullptr) == EONX_ERR_EMPTY_PATH);
+  CHECK(harness.Channel().Calls().empty());
+  const std::string missing = folder.Path() + "\\missing.dcs";
+  CHECK(harness.Runner().ExecuteScriptFile(missing.c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
+  CHECK(harness.Runner().ExecuteScriptFile(folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
+  CHECK(harness.Runner().ExecuteScriptFile(std::string(5000, 'x').c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
+  CHECK(harness.Channel().LockDepth() == 0);
+}
+
+TEST_CASE("a stop request ends a loop, also when it comes before the run begins") {
+  ScriptHarness harness;
+  std::atomic<bool> begun{false};
+  std::thread stopper([&] {
+    while (!begun)
+      std::this_thread::yield();
+    harness.Runner().StopScript();
+  });
+  const auto output = [](void* context, const char*) { *static_cast<std::atomic<bool>*>(context) = true; };
+  harness.Runner().PrepareRun();
+  CHECK(harness.Runner().ExecuteScript("print(1); while (1) { }", nullptr, output, &begun) == EONX_ERR_SCRIPT);
+  stopper.join();
+
+  harness.Runner().PrepareRun();
+  harness.Runner().StopScript();
+  CHECK(harness.Runner().ExecuteScript("while (1) { }", nullptr, nullptr, nullptr) == EONX_ERR_SCRIPT);
+  CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
+}
+
+TEST_CASE("a run from within a run is refused and changes nothing") {
+  ScriptHarness harness;
+  const auto output = [](void* context, const char*) {
+    auto& runner = static_cast<ScriptHarness*>(context)->Runner();
+    CHECK(runner.ExecuteScript("print(2);", nullptr, nullptr, nullptr) == EONX_ERR_LOCKED);
+    CHECK(runner.SetVariables(nullptr, 0, false) == EONX_ERR_LOCKED);
+    runner.StopScript();
+    runner.PrepareRun(); // must not forget the stop request of the run that goes on
+  };
+  CHECK(harness.Runner().ExecuteScript("print(1); while (1) { }", nullptr, output, &harness) == EONX_ERR_SCRIPT);
+}
+
+TEST_CASE("nesting and recursion without end are out of memory, on small stacks too") {
+  const std::string open(1000000, '(');
+  std::string blocks;
+  for (int i = 0; i < 100000; ++i)
+    blocks += "if (1) { ";
+  const std::vector<std::string> scripts = {
+      "print(" + open + "1);",
+      "print(" + std::string(1000000, '-') + "1);",
+      blocks,
+      "func f() { f(); } f();",
+      "func f(var int32 n) { f = 1 + f(n + 1); } print(f(0));",
+      "func f(func g) { if (1) { while (1) { g(&g); } } } f(&f);",
+  };
+  for (const std::size_t stack : {std::size_t{64} * 1024, std::size_t{1024} * 1024}) {
+    CAPTURE(stack);
+    for (const std::string& script : scripts) {
+      CAPTURE(script.substr(0, 40));
+      ScriptHarness harness;
+      std::string output;
+      RunOnStack(stack, [&] { output = harness.Run(script); });
+      CHECK(output.find("out of memory error near line 1/") == 0);
+      CHECK(harness.Result() == EONX_ERR_SCRIPT);
+    }
+  }
+}
+
+TEST_CASE("large and binary scripts") {
+  ScriptHarness harness;
+  std::string many;
+  for (int i = 0; i < 100000; ++i)
+    many += "func f" + std::to_string(i) + "() { f" + std::to_string(i / 2) + "(); } ";
+  CHECK(harness.Run(many + "print(\"done\");") == "done");
+
+  std::string all;
+  for (int i = 255; i > 0; --i)
+    all += static_cast<char>(i);
+  CHECK(harness.Run(all) == "Unexpected token near line 1/column 1 (offset 0) during parsing\n");
+}
+
+TEST_CASE("texts are shared until written") {
+  ScriptHarness harness;
+  CHECK(harness.Run("var string a; var string b; a = \"x\"; b = a; b += \"y\"; a += a; print(a, b);") == "xxxy");
+  // Quadratic work would take minutes here.
+  CHECK(harness.Run("var string s; var uint32 i; var uint32 sum;"
+                    "s = \"abcdefgh\"; while (strlen(s) < 262144) { s += s; }"
+                    "while (i < strlen(s)) { sum += ascii(substr(s, i, 1)); i += 1; } print(sum);") == "26345472");
+}

@@ -1,0 +1,28 @@
+// Runs script texts as a host would and keeps what comes of it.
+#pragma once
+
+#include "scriptrt/ScriptRunner.h"
+#include "tests/support/GuardedChannel.h"
+
+#include <string>
+#include <string_view>
+
+class ScriptHarness {
+public:
+  ScriptHarness() { m_runner.SetChannel(&m_channel); }
+
+  // The output of a run from the start, its diagnostic line included.
+  std::string Run(std::string_view text);
+  // The result of the last run.
+  EONX_ERR_ERRCODE_ Result() const { return m_result; }
+  CScriptRunner& Runner() { return m_runner; }
+  GuardedChannel& Channel() { return m_channel; }
+
+private:
+  static void Collect(void* context, const char* text);
+
+  GuardedChannel m_channel;
+  CScriptRunner m_runner{this};
+  std::string m_output;
+  EONX_ERR_ERRCODE_ m_result = EONX_ERR_NONE;
+};

@@ -1,0 +1,73 @@
+#include "window/CFileDialog.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t kOnePath = 1024;
+constexpr DWORD kCommonFlags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_ENABLESIZING;
+
+// The system takes the bare extension.
+std::string BareExtension(const std::string& pattern) {
+  const std::string extension = pattern.substr(pattern.rfind('.') + 1);
+  return extension.find('*') == std::string::npos ? extension : std::string();
+}
+
+// The system separates by zero bytes.
+std::string SystemFilter(std::string filter) {
+  std::replace(filter.begin(), filter.end(), '|', '\0');
+  return filter;
+}
+
+} // namespace
+
+std::size_t CFileDialog::Ask(SystemDialog dialog, HWND parent, DWORD flags, std::vector<char>& buffer) const {
+  const std::string extension = BareExtension(defaultExtension);
+  const std::string systemFilter = SystemFilter(filter);
+  buffer[0] = '\0';
+  if (initialName.size() < buffer.size()) {
+    std::memcpy(buffer.data(), initialName.c_str(), initialName.size() + 1);
+  }
+  OPENFILENAMEA request{};
+  request.lStructSize = sizeof(request);
+  request.hwndOwner = parent;
+  request.lpstrFilter = systemFilter.c_str();
+  request.lpstrFile = buffer.data();
+  request.nMaxFile = static_cast<DWORD>(buffer.size());
+  request.lpstrTitle = title.c_str();
+  request.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+  request.Flags = kCommonFlags | flags;
+  return dialog(&request) ? request.nFileOffset : 0;
+}
+
+std::string CFileDialog::Open(HWND parent) const {
+  std::vector<char> buffer(kOnePath);
+  return Ask(GetOpenFileNameA, parent, 0, buffer) ? buffer.data() : std::string();
+}
+
+std::string CFileDialog::Save(HWND parent) const {
+  std::vector<char> buffer(kOnePath);
+  return Ask(GetSaveFileNameA, parent, overwritePrompt ? OFN_OVERWRITEPROMPT : 0, buffer) ? buffer.data()
+                                                                                          : std::string();
+}
+
+std::vector<std::string> CFileDialog::OpenMany(HWND parent, std::vector<char>& buffer) const {
+  std::vector<std::string> paths;
+  const std::size_t first = Ask(GetOpenFileNameA, parent, OFN_ALLOWMULTISELECT, buffer);
+  if (first == 0) {
+    return paths;
+  }
+  if (buffer[first - 1] != '\0') { // one file: its path as a whole
+    paths.emplace_back(buffer.data());
+    return paths;
+  }
+  std::string folder = buffer.data(); // several: the folder, then the names
+  if (folder.back() != '\\') {
+    folder += '\\';
+  }
+  for (const char* name = &buffer[first]; *name != '\0'; name += std::strlen(name) + 1) {
+    paths.push_back(folder + name);
+  }
+  return paths;
+}
