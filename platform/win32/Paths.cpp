@@ -12,9 +12,8 @@ using PathBuffer = std::array<char, kMaxPath + 1>;
 
 // `length` is what the system answered: 0 for a failure, more than the buffer when the path does not fit.
 std::optional<std::string> TakePath(const PathBuffer& buffer, DWORD length) {
-  if (length == 0 || length >= buffer.size()) {
+  if (length == 0 || length >= buffer.size())
     return std::nullopt;
-  }
   return std::string(buffer.data(), length);
 }
 
