@@ -2,6 +2,7 @@
 
 #include "scriptrt/DeviceStringFunctions.h"
 #include "scriptrt/NumberFunctions.h"
+#include "scriptrt/QuestionFunctions.h"
 #include "scriptrt/StringFunctions.h"
 
 namespace {
@@ -23,6 +24,9 @@ template <typename T, NumberFormat kFormat, DataType kType>
 Made MakeScan(const RunServices& services) {
   return std::make_unique<CONXStrToNumFunc<T>>(services, kFormat, kType);
 }
+
+// 3, 5 or 6 arguments: limits come in pairs.
+constexpr ArgumentRule kNumberQuestion = {ArgumentCounts(3) | ArgumentCounts(5, 6), "ssnnnv"};
 
 constexpr auto kDecimal = CONXNumToStrFunc::Base::kDecimal;
 constexpr auto kHexadecimal = CONXNumToStrFunc::Base::kHexadecimal;
@@ -56,6 +60,14 @@ constexpr BuiltIn kBuiltIns[] = {
     {"chr", {ArgumentCounts(1), "n"}, Make<CONXChrFunc>},
     {"transmitstring", {ArgumentCounts(1), "s"}, Make<CONXTransmitString>},
     {"receivestring", {ArgumentCounts(0), ""}, Make<CONXReceiveString>},
+    {"messagebox", {ArgumentCounts(2), "ss"}, Make<CONXMessageBoxDialog>},
+    {"userinputdword", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint32>},
+    {"userinputuint32", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint32>},
+    {"userinputint32", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kInt32>},
+    {"userinputuint64", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint64>},
+    {"userinputint64", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kInt64>},
+    {"userinputstring", {ArgumentCounts(3, 4), "sssv"}, Make<CONXUserInputStringDialog>},
+    {"userlistinput", {ArgumentCounts(4, 5), "sssnv"}, Make<CONXUserListInputDialog>},
 };
 
 } // namespace

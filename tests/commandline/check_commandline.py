@@ -144,6 +144,18 @@ def check_checker():
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
 
 
+def check_questions():
+    pathlib.Path("asks.dcs").write_bytes(b"""var dword ok;
+print(userinputdword("Limits", "How many", 50, 10, 20), "\\n");
+print(userinputstring("Name", "Who", "nobody"), "\\n");
+print(userlistinput("Colour", "", "red\\0blue\\0", 1, &ok), ok, "\\n");
+messagebox("Ready", "Go on");
+print(userinputint32("End", "of input", -3, -5, 5, &ok), ok, "\\n");
+""")
+    expect(["run", "asks.dcs"], 0, b"12\nnobody\n01\n-30\n",
+           b"How many [20]: Value must be <= 20\nHow many [20]: How many [20]: ", b"25\nabc\n12\n\n0\n\n")
+
+
 name, *command = sys.argv[1:]
 with tempfile.TemporaryDirectory() as folder:
     os.chdir(folder)
@@ -155,6 +167,7 @@ with tempfile.TemporaryDirectory() as folder:
         check_second_interrupt()
         check_full_output()
         check_checker()
+        check_questions()
     else:
         expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")
 sys.exit(1 if failures else 0)
