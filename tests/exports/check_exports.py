@@ -20,7 +20,7 @@ CLASSES = {
     "CONXDialog": [
         "UpdateDialogState", "UpdateCommStatus", "RepairHorizontalScrollbarExtendInListBox",
         "CopyListBoxContentToClipBoard", "AutoDlgCtrlPlacement", "OnSizeDlgCtrlPlacement", "SetOwnerClass",
-        "SetDeviceComm", "Create", "OnInitDialog", "OnOK", "OnCancel", "DestroyWindow",
+        "SetDeviceComm", "Create", "OnInitDialog", "OnOK", "OnCancel",
     ],
 }
 
