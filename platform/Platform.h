@@ -47,7 +47,7 @@ void Sleep(std::uint32_t milliseconds);
 // The path made absolute against the current folder, "." and ".." resolved. Nothing when it is longer than kMaxPath or
 // cannot be resolved. The file need not exist.
 std::optional<std::string> FullPath(const std::string& path);
-// Without a trailing backslash unless it is a drive's root; empty when it is longer than kMaxPath.
+// Never with a trailing backslash, so that a drive's root is "C:" here; empty when it is longer than kMaxPath.
 std::string CurrentFolder();
 
 // A file of raw bytes, closed by its destructor. Nothing is held back in buffers of its own: a count is what the system

@@ -7,7 +7,5 @@ std::string ResolveScriptPath(const std::string& baseDirectory, const std::strin
     return name;
   if (name[0] == '\\')
     return name.size() == 1 ? std::string() : baseDirectory.substr(0, 2) + name;
-  // The process's current directory, when it stands in as the base, may be a drive's root and then has its backslash
-  // already.
-  return baseDirectory + (baseDirectory.ends_with('\\') ? "" : "\\") + name;
+  return baseDirectory + "\\" + name;
 }

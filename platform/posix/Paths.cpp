@@ -85,7 +85,9 @@ std::string CurrentFolder() {
   std::array<char, PATH_MAX> buffer;
   if (!getcwd(buffer.data(), buffer.size()))
     return {};
-  const std::string folder = WithBackslashes(std::string("Z:") + buffer.data());
+  std::string folder = WithBackslashes(std::string("Z:") + buffer.data());
+  if (folder.ends_with('\\'))
+    folder.pop_back();
   return folder.size() <= kMaxPath ? folder : std::string();
 }
 

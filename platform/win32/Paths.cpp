@@ -26,7 +26,11 @@ std::optional<std::string> FullPath(const std::string& path) {
 
 std::string CurrentFolder() {
   PathBuffer buffer;
-  return TakePath(buffer, GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data())).value_or("");
+  std::string folder =
+      TakePath(buffer, GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data())).value_or("");
+  if (folder.ends_with('\\'))
+    folder.pop_back();
+  return folder;
 }
 
 } // namespace platform
