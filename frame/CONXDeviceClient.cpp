@@ -3,12 +3,18 @@
 #include "frame/CONXDialog.h"
 #include "frame/NoThrow.h"
 
+#include <utility>
+
 CONXDeviceClient::CONXDeviceClient() = default;
 
 CONXDeviceClient::~CONXDeviceClient() {
-  if (m_dialog) {
-    NoThrow([this] { m_dialog->DestroyWindow(); });
-    CONXDialog::Delete(m_dialog);
+  CloseDialog();
+}
+
+void CONXDeviceClient::CloseDialog() {
+  if (CONXDialog* const dialog = std::exchange(m_dialog, nullptr)) {
+    NoThrow([=] { dialog->DestroyWindow(); });
+    CONXDialog::Delete(dialog);
   }
 }
 
@@ -27,9 +33,8 @@ std::int32_t CONXDeviceClient::GetParamLimits(std::uint32_t, std::uint64_t*, std
 }
 
 EONX_ERR_ERRCODE_ CONXDeviceClient::Connect(COndDeviceComm_0* channel) {
-  if (m_dialog) {
+  if (m_dialog)
     NoThrow([=, this] { m_dialog->SetDeviceComm(channel); });
-  }
   m_channel = channel;
   return EONX_ERR_NONE;
 }
@@ -39,31 +44,30 @@ EONX_ERR_ERRCODE_ CONXDeviceClient::Call(std::uint32_t, std::uint64_t, std::uint
 }
 
 EONX_ERR_ERRCODE_ CONXDeviceClient::ShowDialogNonModal(OndWindow parent) {
-  return NoThrow(EONX_ERR_DIALOG, [=, this] {
-    if (m_dialog && !IsWindow(m_dialog->GetSafeHwnd())) {
-      DeleteDialog(m_dialog);
-      m_dialog = nullptr;
-    }
-    if (!m_dialog) {
-      m_dialog = CreateNewDialog(parent);
-      if (!m_dialog) {
-        return EONX_ERR_DIALOG;
-      }
-      m_dialog->SetOwnerClass(this);
-      m_dialog->SetDeviceComm(m_channel);
-      if (!m_dialog->Create(parent)) {
-        return EONX_ERR_DIALOG; // the next call or the destructor deletes it
-      }
-    }
-    m_dialog->ShowWindow(SW_SHOW);
-    return EONX_ERR_NONE;
-  });
+  return NoThrow(
+      EONX_ERR_DIALOG,
+      [=, this] {
+        if (m_dialog && !IsWindow(m_dialog->GetSafeHwnd())) {
+          DeleteDialog(m_dialog);
+          m_dialog = nullptr;
+        }
+        if (!m_dialog) {
+          m_dialog = CreateNewDialog(parent);
+          if (!m_dialog)
+            return EONX_ERR_DIALOG;
+          m_dialog->SetOwnerClass(this);
+          m_dialog->SetDeviceComm(m_channel);
+          if (!m_dialog->Create(parent))
+            return EONX_ERR_DIALOG; // the next call or the destructor deletes it
+        }
+        m_dialog->ShowWindow(SW_SHOW);
+        return EONX_ERR_NONE;
+      });
 }
 
 EONX_ERR_ERRCODE_ CONXDeviceClient::CloseDialogNonModal() {
-  if (!m_dialog || !IsWindow(m_dialog->GetSafeHwnd())) {
+  if (!m_dialog || !IsWindow(m_dialog->GetSafeHwnd()))
     return EONX_ERR_DIALOG;
-  }
   m_dialog->ShowWindow(SW_HIDE);
   return EONX_ERR_NONE;
 }
@@ -91,8 +95,7 @@ std::uint32_t CONXDeviceClient::SignalDlgEvent(std::uint32_t event) {
     PostThreadMessageA(route.threadId, route.threadMsg, reinterpret_cast<WPARAM>(client), event);
     mayHide = 0;
   }
-  if (route.hWnd) {
+  if (route.hWnd)
     mayHide = static_cast<std::uint32_t>(SendMessageA(route.hWnd, route.uMsg, reinterpret_cast<WPARAM>(client), event));
-  }
   return route.callback ? route.callback(client, route.userData, event) : mayHide;
 }

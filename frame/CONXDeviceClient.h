@@ -53,6 +53,8 @@ protected:
   virtual void DeleteDialog(CONXDialog* dialog);
   // Tells the host of an event (ONX_DLGEVENT_…) by every route it configured. 1: the window may hide.
   virtual std::uint32_t SignalDlgEvent(std::uint32_t event);
+  // Destroys the window and its object. For destructors of derived clients whose window uses what they own.
+  void CloseDialog();
 
 public:
   virtual ~CONXDeviceClient();

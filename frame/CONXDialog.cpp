@@ -23,9 +23,8 @@ const char* OrEmpty(const char* text) {
 // Hands a text without terminating zero to the clipboard, which then owns the memory. Failures are silent.
 void PutOnClipboard(HWND owner, const std::string& text) {
   const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, text.size());
-  if (!memory) {
+  if (!memory)
     return;
-  }
   std::memcpy(GlobalLock(memory), text.data(), text.size());
   GlobalUnlock(memory);
   bool taken = false;
@@ -33,9 +32,8 @@ void PutOnClipboard(HWND owner, const std::string& text) {
     taken = EmptyClipboard() && SetClipboardData(CF_TEXT, memory);
     CloseClipboard();
   }
-  if (!taken) {
+  if (!taken)
     GlobalFree(memory);
-  }
 }
 
 } // namespace
@@ -44,9 +42,8 @@ void PutOnClipboard(HWND owner, const std::string& text) {
 
 CONXDialog::CChannelLock::CChannelLock(CONXDialog& dialog, DWORD timeoutMs)
     : m_dialog(dialog), m_channel(dialog.m_channel), m_outer(dialog.m_lock) {
-  if (m_channel && m_channel->Lock(&m_dialog, timeoutMs) != 0) {
+  if (m_channel && m_channel->Lock(&m_dialog, timeoutMs) != 0)
     m_channel = nullptr;
-  }
   m_dialog.m_lock = this;
 }
 
@@ -56,9 +53,8 @@ CONXDialog::CChannelLock::~CChannelLock() {
 }
 
 void CONXDialog::CChannelLock::Release() {
-  if (m_channel) {
+  if (m_channel)
     std::exchange(m_channel, nullptr)->Unlock(&m_dialog);
-  }
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -66,9 +62,8 @@ void CONXDialog::CChannelLock::Release() {
 CONXDialog::CONXDialog(UINT templateId) : CDialog(templateId) {}
 
 CONXDialog::~CONXDialog() {
-  if (m_icon) {
+  if (m_icon)
     DestroyIcon(m_icon);
-  }
 }
 
 void CONXDialog::Delete(CONXDialog* dialog) {
@@ -89,11 +84,10 @@ void CONXDialog::SetOwnerClass(CONXDeviceClient_0* owner) {
 
 void CONXDialog::SetDeviceComm(COndDeviceComm_0* channel) {
   m_channel = channel;
-  if (channel) {
+  if (channel)
     StartTimer();
-  } else {
+  else
     StopTimer();
-  }
   UpdateDialogState();
 }
 
@@ -107,9 +101,8 @@ void CONXDialog::StartTimer() {
 }
 
 void CONXDialog::StopTimer() {
-  if (std::exchange(m_timerRuns, false)) {
+  if (std::exchange(m_timerRuns, false))
     KillTimer(kTimerId);
-  }
 }
 
 // --- messages
@@ -130,9 +123,8 @@ bool CONXDialog::OnInitDialog() {
   Send(WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_icon));
   SetWindowLongPtrA(window, GWL_EXSTYLE, GetWindowLongPtrA(window, GWL_EXSTYLE) | WS_EX_APPWINDOW);
   COndDeviceClientApp::Get().RegisterDialog(window);
-  if (m_channel) {
+  if (m_channel)
     StartTimer();
-  }
   UpdateDialogState();
   return true;
 }
@@ -141,9 +133,8 @@ bool CONXDialog::OnInitDialog() {
 void CONXDialog::OnDestroy() {
   COndDeviceClientApp::Get().UnregisterDialog(GetSafeHwnd());
   StopTimer();
-  for (CChannelLock* lock = m_lock; lock; lock = lock->m_outer) {
+  for (CChannelLock* lock = m_lock; lock; lock = lock->m_outer)
     lock->Release();
-  }
 }
 
 void CONXDialog::OnSize(const Message& message) {
@@ -151,9 +142,8 @@ void CONXDialog::OnSize(const Message& message) {
 }
 
 bool CONXDialog::OnTimer(const Message& message) {
-  if (message.wParam != kTimerId) {
+  if (message.wParam != kTimerId)
     return false;
-  }
   UpdateDialogState();
   return true;
 }
@@ -171,9 +161,8 @@ void CONXDialog::OnCancel() {
 // The host's answer may end the object and this window; the window is hidden only while it is there.
 void CONXDialog::AskToHide(std::uint32_t event) {
   auto* const owner = static_cast<CONXDeviceClient*>(m_owner);
-  if (!owner || owner->SignalDlgEvent(event) == 1) {
+  if (!owner || owner->SignalDlgEvent(event) == 1)
     ShowWindow(SW_HIDE);
-  }
 }
 
 // --- status
@@ -181,17 +170,15 @@ void CONXDialog::AskToHide(std::uint32_t event) {
 void CONXDialog::UpdateDialogState() {}
 
 void CONXDialog::UpdateCommStatus(UINT ctrlId) {
-  if (GetSafeHwnd()) {
+  if (GetSafeHwnd())
     SetDlgItemText(static_cast<int>(ctrlId), m_channel ? CommStatus() : "No communication device...");
-  }
 }
 
 // Empty while somebody else holds the channel.
 std::string CONXDialog::CommStatus() {
   const CChannelLock lock(*this, 0);
-  if (!lock) {
+  if (!lock)
     return {};
-  }
   // The channel keeps a text only until the next call.
   std::string status =
       FormatText("Channel description: %s\n", OrEmpty(lock.channel()->GetInfoString(OND_INFO_DESCRIPTION, 0)));
@@ -204,9 +191,8 @@ std::string CONXDialog::CommStatus() {
 
 void CONXDialog::AutoDlgCtrlPlacement(UINT ctrlId, DWORD flags) {
   const HWND control = GetDlgItem(static_cast<int>(ctrlId));
-  if (!control) {
+  if (!control)
     return;
-  }
   RECT client = GetClientRect();
   MapWindowPoints(GetSafeHwnd(), nullptr, reinterpret_cast<POINT*>(&client), 2);
   RECT place{};
@@ -217,24 +203,21 @@ void CONXDialog::AutoDlgCtrlPlacement(UINT ctrlId, DWORD flags) {
 
 RECT CONXDialog::PlaceFor(const Placement& placement, int cx, int cy) {
   int left = placement.left, width = placement.width;
-  if (HasAll(placement.flags, kStretchX)) {
+  if (HasAll(placement.flags, kStretchX))
     width = cx - placement.right - left;
-  } else if (HasAll(placement.flags, OND_PLACE_RIGHT)) {
+  else if (HasAll(placement.flags, OND_PLACE_RIGHT))
     left = cx - placement.right - width;
-  }
   int top = placement.top, height = placement.height;
-  if (HasAll(placement.flags, kStretchY)) {
+  if (HasAll(placement.flags, kStretchY))
     height = cy - placement.bottom - top;
-  } else if (HasAll(placement.flags, OND_PLACE_BOTTOM)) {
+  else if (HasAll(placement.flags, OND_PLACE_BOTTOM))
     top = cy - placement.bottom - height;
-  }
   return {left, top, left + width, top + height};
 }
 
 void CONXDialog::OnSizeDlgCtrlPlacement(int cx, int cy) {
-  if (!GetSafeHwnd() || m_placements.empty()) {
+  if (!GetSafeHwnd() || m_placements.empty())
     return;
-  }
   HDWP moves = BeginDeferWindowPos(static_cast<int>(m_placements.size()));
   for (const Placement& placement : m_placements) {
     const HWND control = GetDlgItem(static_cast<int>(placement.id));
@@ -244,15 +227,13 @@ void CONXDialog::OnSizeDlgCtrlPlacement(int cx, int cy) {
                              place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
     }
   }
-  if (!moves) {
+  if (!moves)
     return;
-  }
   EndDeferWindowPos(moves);
   for (const Placement& placement : m_placements) {
     const HWND control = GetDlgItem(static_cast<int>(placement.id));
-    if (control && (HasAll(placement.flags, kStretchX) || HasAll(placement.flags, kStretchY))) {
+    if (control && (HasAll(placement.flags, kStretchX) || HasAll(placement.flags, kStretchY)))
       InvalidateRect(control, nullptr, FALSE);
-    }
   }
 }
 
@@ -268,7 +249,6 @@ void CONXDialog::CopyListBoxContentToClipBoard(CListBox* listBox) {
     text += listBox->GetText(i);
     text += '\n';
   }
-  if (!text.empty()) {
+  if (!text.empty())
     PutOnClipboard(GetSafeHwnd(), text);
-  }
 }

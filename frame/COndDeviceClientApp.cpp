@@ -14,9 +14,8 @@ std::string HostFolder() {
   char path[kPathSize] = "";
   const DWORD length = GetModuleFileNameA(nullptr, path, kPathSize);
   std::string folder(path, std::min(length, kPathSize - 1));
-  if (const std::size_t separator = folder.rfind('\\'); separator != std::string::npos) {
+  if (const std::size_t separator = folder.rfind('\\'); separator != std::string::npos)
     folder.resize(separator);
-  }
   return folder.empty() ? folder : folder + '\\';
 }
 
@@ -27,9 +26,8 @@ COndDeviceClientApp::COndDeviceClientApp()
       m_hook(SetWindowsHookExA(WH_GETMESSAGE, GetMessageHook, nullptr, GetCurrentThreadId())) {}
 
 COndDeviceClientApp::~COndDeviceClientApp() {
-  if (m_hook) {
+  if (m_hook)
     UnhookWindowsHookEx(m_hook);
-  }
 }
 
 COndDeviceClientApp& COndDeviceClientApp::Get() {
@@ -37,16 +35,14 @@ COndDeviceClientApp& COndDeviceClientApp::Get() {
 }
 
 void COndDeviceClientApp::RegisterDialog(HWND dialog) {
-  if (std::find(m_dialogs.begin(), m_dialogs.end(), dialog) == m_dialogs.end()) {
+  if (std::find(m_dialogs.begin(), m_dialogs.end(), dialog) == m_dialogs.end())
     m_dialogs.push_back(dialog);
-  }
 }
 
 bool COndDeviceClientApp::UnregisterDialog(HWND dialog) {
   const auto found = std::find(m_dialogs.begin(), m_dialogs.end(), dialog);
-  if (found == m_dialogs.end()) {
+  if (found == m_dialogs.end())
     return false;
-  }
   m_dialogs.erase(found);
   return true;
 }
@@ -68,9 +64,8 @@ LRESULT CALLBACK COndDeviceClientApp::GetMessageHook(int code, WPARAM wParam, LP
 bool COndDeviceClientApp::TakeDialogMessage(MSG& message) const {
   for (std::size_t i = 0; i < m_dialogs.size(); ++i) {
     const HWND dialog = m_dialogs[i];
-    if (IsWindow(dialog) && IsDialogMessageA(dialog, &message)) {
+    if (IsWindow(dialog) && IsDialogMessageA(dialog, &message))
       return true;
-    }
   }
   return false;
 }

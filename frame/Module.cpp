@@ -27,11 +27,9 @@ constexpr Kind kKinds[] = {
 };
 
 const Kind* FindKind(std::uint32_t type) {
-  for (const Kind& kind : kKinds) {
-    if (kind.type == type) {
+  for (const Kind& kind : kKinds)
+    if (kind.type == type)
       return &kind;
-    }
-  }
   return nullptr;
 }
 
@@ -49,9 +47,8 @@ std::uint32_t OndDeviceClientGetObjType(std::size_t index) {
 
 std::uintptr_t OndDeviceClientGetObjInfo(std::uint32_t type, std::uint32_t what) {
   const Kind* kind = FindKind(type);
-  if (!kind) {
+  if (!kind)
     return 0;
-  }
   switch (what) {
   case 0:
     return reinterpret_cast<std::uintptr_t>(kind->name);
@@ -70,8 +67,7 @@ CONXDeviceClient_0* OndDeviceClientCreateInstance(std::uint32_t type) {
 
 void OndDeviceClientDeleteInstance(CONXDeviceClient_0* object) {
   // Everything that answers one of the module's types is of the module's making, whose objects all have this base.
-  if (object && FindKind(object->GetObjType())) {
+  if (object && FindKind(object->GetObjType()))
     delete static_cast<CONXDeviceClient*>(object);
-  }
 }
 }

@@ -3,11 +3,14 @@
 
 #include "frame/CONXDeviceClient.h"
 #include "scriptrt/ScriptRunner.h"
+#include "scriptrt/WindowsOperator.h"
 
 // The operations that run scripts may be called on any one thread at a time; the rest belongs to the host's thread.
 class CONXScriptProcessor : public CONXDeviceClient {
 public:
   CONXScriptProcessor();
+  // Ends the window, and with it a script that it runs.
+  ~CONXScriptProcessor() override;
 
   std::uint32_t GetObjType() override { return ONX_OBJ_SCRIPT_PROCESSOR; }
   EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0* channel) override;
@@ -26,10 +29,15 @@ public:
 
   // Forgets earlier stop requests. For whoever asks for a run, before handing it to the thread that executes it.
   void PrepareRun();
+  // For whoever waits for the end of a run on that thread: answers its questions with Cancel. See
+  // CWindowsOperator::Dismiss.
+  void DismissQuestions(DWORD scriptThread) { m_operator.Dismiss(scriptThread); }
 
 protected:
+  CONXDialog* CreateNewDialog(OndWindow parent) override;
   void DeleteDialog(CONXDialog* dialog) override;
 
 private:
+  CWindowsOperator m_operator;
   CScriptRunner m_runner;
 };

@@ -9,9 +9,8 @@ public:
   // Adds an item in the list's own order, with a number that stays with it.
   void AddString(const char* text, DWORD data) {
     const LRESULT index = Send(CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
-    if (index >= 0) {
+    if (index >= 0)
       Send(CB_SETITEMDATA, static_cast<WPARAM>(index), data);
-    }
   }
   // The number of the selected item, if one is selected.
   std::optional<DWORD> GetCurData() const {
@@ -23,9 +22,8 @@ public:
   void SetCurData(DWORD data) {
     const LRESULT count = Send(CB_GETCOUNT);
     LRESULT index = 0;
-    while (index < count && static_cast<DWORD>(Send(CB_GETITEMDATA, static_cast<WPARAM>(index))) != data) {
+    while (index < count && static_cast<DWORD>(Send(CB_GETITEMDATA, static_cast<WPARAM>(index))) != data)
       ++index;
-    }
     Send(CB_SETCURSEL, index < count ? static_cast<WPARAM>(index) : static_cast<WPARAM>(-1));
   }
 };

@@ -35,9 +35,8 @@ bool CDialog::CreateModeless(HWND parent) {
   m_initFailed = false;
   const HWND window = CreateDialogParamA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(m_templateId), parent,
                                          DialogProc, reinterpret_cast<LPARAM>(this));
-  if (window && m_initFailed) {
+  if (window && m_initFailed)
     ::DestroyWindow(window);
-  }
   return window && !m_initFailed;
 }
 
@@ -72,23 +71,19 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT number, WPARAM wParam, LP
     reinterpret_cast<CDialog*>(lParam)->SetHandle(window);
   }
   auto* const dialog = reinterpret_cast<CDialog*>(GetWindowLongPtrA(window, DWLP_USER));
-  if (!dialog) {
+  if (!dialog)
     return FALSE;
-  }
   LRESULT result = 0;
   if (number == WM_INITDIALOG) {
     dialog->HandleMessage({number, wParam, lParam}, result, &dialog->m_initFailed);
-    if (dialog->m_initFailed) {
+    if (dialog->m_initFailed)
       ::EndDialog(window, -1); // for modal dialogs; CreateModeless destroys its own
-    }
     return result;
   }
-  if (!dialog->HandleMessage({number, wParam, lParam}, result)) {
+  if (!dialog->HandleMessage({number, wParam, lParam}, result))
     return FALSE;
-  }
-  if (AnswersDirectly(number)) {
+  if (AnswersDirectly(number))
     return result;
-  }
   SetWindowLongPtrA(window, DWLP_MSGRESULT, result); // harmless when the handler ended the window
   return TRUE;
 }

@@ -26,9 +26,8 @@ std::size_t CFileDialog::Ask(SystemDialog dialog, HWND parent, DWORD flags, std:
   const std::string extension = BareExtension(defaultExtension);
   const std::string systemFilter = SystemFilter(filter);
   buffer[0] = '\0';
-  if (initialName.size() < buffer.size()) {
+  if (initialName.size() < buffer.size())
     std::memcpy(buffer.data(), initialName.c_str(), initialName.size() + 1);
-  }
   OPENFILENAMEA request{};
   request.lStructSize = sizeof(request);
   request.hwndOwner = parent;
@@ -55,19 +54,16 @@ std::string CFileDialog::Save(HWND parent) const {
 std::vector<std::string> CFileDialog::OpenMany(HWND parent, std::vector<char>& buffer) const {
   std::vector<std::string> paths;
   const std::size_t first = Ask(GetOpenFileNameA, parent, OFN_ALLOWMULTISELECT, buffer);
-  if (first == 0) {
+  if (first == 0)
     return paths;
-  }
   if (buffer[first - 1] != '\0') { // one file: its path as a whole
     paths.emplace_back(buffer.data());
     return paths;
   }
   std::string folder = buffer.data(); // several: the folder, then the names
-  if (folder.back() != '\\') {
+  if (folder.back() != '\\')
     folder += '\\';
-  }
-  for (const char* name = &buffer[first]; *name != '\0'; name += std::strlen(name) + 1) {
+  for (const char* name = &buffer[first]; *name != '\0'; name += std::strlen(name) + 1)
     paths.push_back(folder + name);
-  }
   return paths;
 }

@@ -10,9 +10,8 @@ int CListBox::AddString(const std::string& text) {
 
 std::string CListBox::GetText(int index) const {
   const LRESULT length = Send(LB_GETTEXTLEN, static_cast<WPARAM>(index));
-  if (length <= 0) {
+  if (length <= 0)
     return {};
-  }
   std::string text(static_cast<std::size_t>(length), '\0');
   const LRESULT copied = Send(LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
   text.resize(copied < 0 ? 0 : static_cast<std::size_t>(copied));
@@ -22,9 +21,8 @@ std::string CListBox::GetText(int index) const {
 int CListBox::WidestItem() {
   const CTextMeasure measure(*this);
   int widest = 0;
-  for (int i = 0, count = GetCount(); i < count; ++i) {
+  for (int i = 0, count = GetCount(); i < count; ++i)
     widest = std::max(widest, ItemWidth(measure, i));
-  }
   return widest;
 }
 

@@ -7,14 +7,12 @@ int CListCtrl::GetColumnCount() const {
 
 void CListCtrl::SetColumnCount(int count) {
   int columns = GetColumnCount();
-  while (columns > count && Send(LVM_DELETECOLUMN, static_cast<WPARAM>(count))) {
+  while (columns > count && Send(LVM_DELETECOLUMN, static_cast<WPARAM>(count)))
     --columns;
-  }
   LVCOLUMNA empty{};
   while (columns < count &&
-         Send(LVM_INSERTCOLUMNA, static_cast<WPARAM>(columns), reinterpret_cast<LPARAM>(&empty)) >= 0) {
+         Send(LVM_INSERTCOLUMNA, static_cast<WPARAM>(columns), reinterpret_cast<LPARAM>(&empty)) >= 0)
     ++columns;
-  }
 }
 
 void CListCtrl::SetColumn(int column, const char* header, int width, int format) {

@@ -21,9 +21,8 @@ void CLogListBox::AddLine(const std::string& line) {
 
 std::string CLogListBox::TakeLastLine() {
   const int count = GetCount();
-  if (count <= 0) {
+  if (count <= 0)
     return {};
-  }
   std::string line = GetText(count - 1);
   DeleteString(count - 1);
   if (m_widths.size() == static_cast<std::size_t>(count)) {
@@ -42,9 +41,8 @@ int CLogListBox::WidestItem() {
   const auto count = static_cast<std::size_t>(GetCount());
   if (m_widths.size() < count) {
     const CTextMeasure measure(*this);
-    while (m_widths.size() < count) {
+    while (m_widths.size() < count)
       Remember(ItemWidth(measure, static_cast<int>(m_widths.size())));
-    }
   }
   return m_widthCount.empty() ? 0 : m_widthCount.rbegin()->first;
 }
@@ -66,9 +64,8 @@ void CLogListBox::Remember(int width) {
 
 void CLogListBox::Forget(int width) {
   const auto found = m_widthCount.find(width);
-  if (--found->second == 0) {
+  if (--found->second == 0)
     m_widthCount.erase(found);
-  }
 }
 
 void CLogListBox::ForgetAll() {

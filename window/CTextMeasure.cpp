@@ -27,8 +27,7 @@ int CTextMeasure::Width(const std::string& text) const {
 
 // The system's answer holds 16 bits, so a text without tabs is better measured plainly.
 int CTextMeasure::TabbedWidth(const std::string& text) const {
-  if (text.find('\t') == std::string::npos) {
+  if (text.find('\t') == std::string::npos)
     return Width(text);
-  }
   return LOWORD(GetTabbedTextExtentA(m_context, text.data(), static_cast<int>(text.size()), 0, nullptr));
 }

@@ -1,9 +1,8 @@
 #include "window/CWnd.h"
 
 bool MessageEntry::Matches(const Message& incoming) const {
-  if (message != incoming.number) {
+  if (message != incoming.number)
     return false;
-  }
   switch (message) {
   case WM_COMMAND:
     return LOWORD(incoming.wParam) == id && HIWORD(incoming.wParam) == code;
@@ -35,15 +34,13 @@ RECT CWnd::GetWindowRect() const {
 // To the system, no window means "the whole desktop", "nobody" or "the thread" in the next five.
 
 void CWnd::SetFocus() {
-  if (m_hWnd) {
+  if (m_hWnd)
     ::SetFocus(m_hWnd);
-  }
 }
 
 void CWnd::Invalidate(bool erase) {
-  if (m_hWnd) {
+  if (m_hWnd)
     ::InvalidateRect(m_hWnd, nullptr, erase);
-  }
 }
 
 bool CWnd::SetTimer(UINT_PTR id, UINT milliseconds) {
@@ -51,9 +48,8 @@ bool CWnd::SetTimer(UINT_PTR id, UINT milliseconds) {
 }
 
 void CWnd::KillTimer(UINT_PTR id) {
-  if (m_hWnd) {
+  if (m_hWnd)
     ::KillTimer(m_hWnd, id);
-  }
 }
 
 int CWnd::MessageBox(const std::string& text, const std::string& caption, UINT type) {
@@ -67,9 +63,8 @@ std::string CWnd::TextOf(HWND window) {
 }
 
 void CWnd::SetTextOf(HWND window, const std::string& text) {
-  if (TextOf(window) != text) {
+  if (TextOf(window) != text)
     ::SetWindowTextA(window, text.c_str());
-  }
 }
 
 bool CWnd::OnWndMsg(const Message& message, LRESULT& result) {
@@ -81,11 +76,9 @@ bool CWnd::OnWndMsg(const Message& message, LRESULT& result) {
 }
 
 bool CWnd::Dispatch(std::span<const MessageEntry> map, const Message& message, LRESULT& result) {
-  for (const MessageEntry& entry : map) {
-    if (entry.Matches(message)) {
+  for (const MessageEntry& entry : map)
+    if (entry.Matches(message))
       return entry.member(*this, message, result);
-    }
-  }
   return false;
 }
 
@@ -96,9 +89,8 @@ bool CWnd::HandleMessage(const Message& message, LRESULT& result, bool* failed) 
   try {
     handled = OnWndMsg(message, result);
   } catch (...) { // memory ran out, most likely; the message counts as not handled
-    if (failed) {
+    if (failed)
       *failed = true;
-    }
   }
   if (message.number == WM_NCDESTROY) {
     Unsubclass();
@@ -109,23 +101,20 @@ bool CWnd::HandleMessage(const Message& message, LRESULT& result, bool* failed) 
 }
 
 void CWnd::HandlerReturned() {
-  if (--m_running == 0 && m_deleteWhenIdle) {
+  if (--m_running == 0 && m_deleteWhenIdle)
     delete this;
-  }
 }
 
 void CWnd::DeleteWhenIdle() {
   m_deleteWhenIdle = true;
-  if (m_running == 0) {
+  if (m_running == 0)
     delete this;
-  }
 }
 
 bool CWnd::SubclassDlgItem(int id, CWnd& parent) {
   const HWND control = parent.GetDlgItem(id);
-  if (!control || m_hWnd) {
+  if (!control || m_hWnd)
     return false;
-  }
   m_hWnd = control;
   m_keeper = parent.m_keeper;
   m_superProc = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(control, GWLP_WNDPROC));
@@ -145,13 +134,11 @@ void CWnd::Unsubclass() {
 
 LRESULT CALLBACK CWnd::ControlProc(HWND window, UINT number, WPARAM wParam, LPARAM lParam) {
   auto* const object = reinterpret_cast<CWnd*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (!object) {
+  if (!object)
     return DefWindowProcA(window, number, wParam, lParam);
-  }
   const WNDPROC superProc = object->m_superProc; // the object may be gone after its handler
   LRESULT result = 0;
-  if (object->HandleMessage({number, wParam, lParam}, result)) {
+  if (object->HandleMessage({number, wParam, lParam}, result))
     return result;
-  }
   return CallWindowProcA(superProc, window, number, wParam, lParam);
 }

@@ -66,11 +66,10 @@ template <auto Member>
 bool Invoke(CWnd& window, const Message& message, LRESULT& result) {
   using Class = decltype(ClassOf(Member));
   auto& object = static_cast<Class&>(window);
-  if constexpr (std::is_invocable_v<decltype(Member), Class&>) {
+  if constexpr (std::is_invocable_v<decltype(Member), Class&>)
     return Answer([&] { return (object.*Member)(); }, result);
-  } else {
+  else
     return Answer([&] { return (object.*Member)(message); }, result);
-  }
 }
 
 } // namespace messagemap
