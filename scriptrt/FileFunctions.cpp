@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 
 namespace {
 
@@ -23,22 +22,6 @@ std::optional<File> OpenToWrite(const std::string& path, std::uint32_t offset) {
   if (!file)
     file = File::Open(path, File::Mode::kCreate);
   return file && file->Seek(offset) ? std::move(file) : std::nullopt;
-}
-
-// Up to `count` bytes. Through a buffer that stays in the processor's cache: zeroing a large text first, only to read
-// over it, would cost more.
-std::string ReadBytes(File& file, std::size_t count) {
-  constexpr std::size_t kPiece = 128 * 1024;
-  std::string bytes;
-  bytes.reserve(count);
-  const auto buffer = std::make_unique_for_overwrite<char[]>(std::min(count, kPiece));
-  while (bytes.size() < count) {
-    const std::size_t read = file.Read(buffer.get(), std::min(count - bytes.size(), kPiece));
-    if (read == 0)
-      break;
-    bytes.append(buffer.get(), read);
-  }
-  return bytes;
 }
 
 } // namespace
@@ -61,7 +44,7 @@ ScriptError CONXReadStringFromFileFunc::Compute(const SysCall& call) {
   const std::uint64_t count = std::min<std::uint64_t>(Number32(call, 2, kAll), size - offset);
   if (count > SharedText::kMaxSize)
     return kOutOfMemory;
-  return call.SetText(ReadBytes(*file, count));
+  return call.SetText(file->ReadText(count));
 }
 
 ScriptError CONXGetFileSizeFunc::Compute(const SysCall& call) {
