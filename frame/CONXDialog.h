@@ -80,6 +80,8 @@ protected:
 
   CONXDeviceClient_0* GetOwnerClass() const { return m_owner; } // null when there is none (any more)
   COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
+  // Gives back the channel although locks are in scope, which then hold nothing any more.
+  void ReleaseLocks();
   // For the constructors of derived dialogs.
   void SetTimerInterval(UINT milliseconds) { m_timerInterval = milliseconds; }
   void LoadSmallIcon(UINT iconId);
