@@ -19,10 +19,25 @@ void CFMDeviceListCtrl::InitColumns() {
   AddExtendedStyle(LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT);
   SetColumnCount(kColumns);
   const int narrow = ScaledPixels(kNarrow);
-  const int size = std::max(static_cast<int>(GetClientRect().right) - 2 * narrow, ScaledPixels(kSizeAtLeast));
   SetColumn(kFileId, "File ID", narrow, LVCFMT_RIGHT);
   SetColumn(kFileType, "File type", narrow, LVCFMT_RIGHT);
-  SetColumn(kFileSize, "File size", size, LVCFMT_RIGHT);
+  SetColumn(kFileSize, "File size", SizeWidth(), LVCFMT_RIGHT);
+}
+
+// What the other columns leave.
+int CFMDeviceListCtrl::SizeWidth() const {
+  return std::max(static_cast<int>(GetClientRect().right) - 2 * ScaledPixels(kNarrow), ScaledPixels(kSizeAtLeast));
+}
+
+bool CFMDeviceListCtrl::OnWndMsg(const Message& message, LRESULT& result) {
+  static constexpr MessageEntry kMap[] = {OnMessage<&CFMDeviceListCtrl::OnSize>(WM_SIZE)};
+  return Dispatch(kMap, message, result) || CListCtrl::OnWndMsg(message, result);
+}
+
+// The vertical scroll bar comes and goes with the rows; without this a horizontal one would come with it.
+bool CFMDeviceListCtrl::OnSize() {
+  SetColumnWidth(kFileSize, SizeWidth());
+  return false;
 }
 
 void CFMDeviceListCtrl::Fill(const CONXDialog::CChannelLock& lock) {

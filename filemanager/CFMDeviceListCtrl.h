@@ -14,4 +14,11 @@ public:
   void Fill(const CONXDialog::CChannelLock& lock);
   // Of the selected rows in their order; rows whose first column holds no number are passed over.
   std::vector<std::uint8_t> SelectedIds() const;
+
+protected:
+  bool OnWndMsg(const Message& message, LRESULT& result) override;
+
+private:
+  bool OnSize();
+  int SizeWidth() const;
 };

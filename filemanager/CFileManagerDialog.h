@@ -8,8 +8,8 @@
 #include "filemanager/CFMDeviceListCtrl.h"
 #include "filemanager/COndFMLocalListCtrl.h"
 #include "frame/CONXDialog.h"
+#include "window/CStatusGroupBox.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -58,6 +58,7 @@ private:
   bool OnShowWindow(const Message& message);
   void EnableButtons();
 
+  CStatusGroupBox m_status;
   COndFMLocalListCtrl m_localList;
   CFMDeviceListCtrl m_deviceList;
   bool m_continueOnError = true;

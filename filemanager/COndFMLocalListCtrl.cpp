@@ -27,11 +27,15 @@ void COndFMLocalListCtrl::InitColumns() {
   AddExtendedStyle(LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT);
   SetColumnCount(kColumns);
   const int narrow = ScaledPixels(kNarrow);
-  const int path = std::max(static_cast<int>(GetClientRect().right) - 3 * narrow, ScaledPixels(kPathAtLeast));
-  SetColumn(kPath, "Filename", path, LVCFMT_LEFT);
+  SetColumn(kPath, "Filename", PathWidth(), LVCFMT_LEFT);
   SetColumn(kFileId, "File ID", narrow, LVCFMT_RIGHT);
   SetColumn(kFileType, "File type", narrow, LVCFMT_RIGHT);
   SetColumn(kFileMode, "File mode", narrow, LVCFMT_RIGHT);
+}
+
+// What the other columns leave.
+int COndFMLocalListCtrl::PathWidth() const {
+  return std::max(static_cast<int>(GetClientRect().right) - 3 * ScaledPixels(kNarrow), ScaledPixels(kPathAtLeast));
 }
 
 // --- rows
@@ -57,10 +61,17 @@ void COndFMLocalListCtrl::AddEntry(const TFILEENTRY& entry) {
   SetEntry(AppendItem(), entry);
 }
 
+// The vertical scroll bar comes and goes with the rows; without this a horizontal one would come with it.
+bool COndFMLocalListCtrl::OnSize() {
+  SetColumnWidth(kPath, PathWidth());
+  return false;
+}
+
 // --- the user's input
 
 bool COndFMLocalListCtrl::OnWndMsg(const Message& message, LRESULT& result) {
   static constexpr MessageEntry kMap[] = {
+      OnMessage<&COndFMLocalListCtrl::OnSize>(WM_SIZE),
       OnMessage<&COndFMLocalListCtrl::OnKeyDown>(WM_KEYDOWN),
       OnReflectedNotify<&COndFMLocalListCtrl::OnDoubleClick>(static_cast<UINT>(NM_DBLCLK)),
   };

@@ -28,9 +28,11 @@ protected:
   bool OnWndMsg(const Message& message, LRESULT& result) override;
 
 private:
+  bool OnSize();
   bool OnKeyDown(const Message& message);
   LRESULT OnDoubleClick();
 
+  int PathWidth() const;
   void EditSelected();
   void RemoveSelected();
   void Notify() const;

@@ -31,6 +31,7 @@ public:
   void SetColumnCount(int count);
   // LVCFMT_…; width in pixels.
   void SetColumn(int column, const char* header, int width, int format);
+  void SetColumnWidth(int column, int width) { Send(LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), width); }
 
   int GetItemCount() const { return static_cast<int>(Send(LVM_GETITEMCOUNT)); }
   // Appends an empty row; its index, or negative.
