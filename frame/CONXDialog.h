@@ -58,7 +58,7 @@ public:
   virtual void UpdateCommStatus(UINT ctrlId);
   // Makes horizontal scrolling cover the widest item.
   virtual void RepairHorizontalScrollbarExtendInListBox(CListBox* listBox);
-  // Each item and one line feed, without a terminating zero. Nothing for an empty list.
+  // Each item and one line feed (no carriage return). Nothing for an empty list.
   virtual void CopyListBoxContentToClipBoard(CListBox* listBox);
   // From now on the control follows the edges that OND_PLACE_… name, measured from where it is. Further bits mean
   // nothing.

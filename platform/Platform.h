@@ -7,10 +7,10 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace platform {
 
@@ -47,11 +47,12 @@ void Sleep(std::uint32_t milliseconds);
 // The path made absolute against the current folder, "." and ".." resolved. Nothing when it is longer than kMaxPath or
 // cannot be resolved. The file need not exist.
 std::optional<std::string> FullPath(const std::string& path);
-// Without a trailing backslash unless it is a drive's root; empty when it is longer than kMaxPath.
+// Never with a trailing backslash, so that a drive's root is "C:" here; empty when it is longer than kMaxPath.
 std::string CurrentFolder();
 
-// A file of raw bytes, closed by its destructor. Failed operations answer false, nothing or a short count. One thread
-// at a time.
+// A file of raw bytes, closed by its destructor. Nothing is held back in buffers of its own: a count is what the system
+// took or gave, and work in pieces of useful size is the caller's. Failed operations answer false, nothing or a short
+// count. One thread at a time.
 class File {
 public:
   enum class Mode {
@@ -63,22 +64,29 @@ public:
 
   // Natively only regular files can be opened: a pipe or a terminal would block a script where no stop reaches it.
   static std::optional<File> Open(const std::string& path, Mode mode);
+  File(File&& other) noexcept : m_handle(std::exchange(other.m_handle, kClosed)), m_sound(other.m_sound) {}
+  File& operator=(File&& other) noexcept {
+    std::swap(m_handle, other.m_handle);
+    std::swap(m_sound, other.m_sound);
+    return *this;
+  }
+  ~File() { Close(); }
 
   std::optional<std::uint64_t> Size();
-  // Seeking past the end is fine: the file grows with the next write. Between reading and writing there must be a
-  // `Seek`.
+  // Seeking past the end is fine: the file grows with the next write.
   bool Seek(std::uint64_t offset);
   std::size_t Read(char* buffer, std::size_t size);
   std::size_t Write(const char* data, std::size_t size);
-  // Closes and tells whether everything written has reached the system.
+  // Tells whether everything since opening went well, closing included. False when closed already.
   bool Close();
 
 private:
-  struct Closer {
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-  };
-  explicit File(std::FILE* file) : m_file(file) {}
-  std::unique_ptr<std::FILE, Closer> m_file;
+  static constexpr std::intptr_t kClosed = -1;
+
+  explicit File(std::intptr_t handle) : m_handle(handle) {}
+
+  std::intptr_t m_handle; // the system's
+  bool m_sound = true;    // no read or write has failed
 };
 
 // Puts `from`, its bytes safely on the disk, in the place of `to` in one step. On failure both are unharmed. A `to`

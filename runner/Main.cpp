@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
 #include <exception>
 
 namespace {
@@ -56,7 +57,6 @@ int Main(int argc, char** argv) {
   CLI::App app("Runs and checks device scripts.", kProgram);
   app.set_version_flag("--version", std::string(kProgram) + " " OND_VERSION);
   app.footer(kFooter);
-  app.require_subcommand(1);
 
   CLI::App* const run = app.add_subcommand("run", "Runs a script and prints its output");
   run->footer(kFooter);
@@ -71,7 +71,12 @@ int Main(int argc, char** argv) {
 
   if (const auto code = host::ParseCommandLine(app, argc, argv))
     return *code;
-  return run->parsed() ? Run(options) : Check(files, sets);
+  if (check->parsed())
+    return Check(files, sets);
+  if (run->parsed())
+    return Run(options);
+  std::fputs(app.help().c_str(), stderr);
+  return host::kExitUsage;
 }
 
 } // namespace

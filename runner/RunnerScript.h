@@ -2,11 +2,12 @@
 #pragma once
 
 #include "host/commandline/RunCommand.h"
+#include "runner/TerminalOperator.h"
 #include "scriptrt/ScriptRunner.h"
 
 class RunnerScript : public host::ScriptMachine {
 public:
-  RunnerScript() : m_runner(this) {}
+  RunnerScript() : m_runner(this) { m_runner.SetOperator(&m_operator); }
 
   void Connect(COndDeviceComm_0* channel) override;
   EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
@@ -16,5 +17,6 @@ public:
   void Stop() override;
 
 private:
+  TerminalOperator m_operator;
   CScriptRunner m_runner;
 };

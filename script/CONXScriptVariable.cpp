@@ -1,5 +1,7 @@
 #include "script/CONXScriptVariable.h"
 
+#include "script/NumberRange.h"
+
 #include <utility>
 
 namespace {
@@ -39,22 +41,10 @@ ScriptError CONXScriptVariable::SetNumber(std::uint64_t value, DataType hint) {
   CONXScriptVariable* target = Target();
   if (target->m_type == DataType::kNone && IsNumeric(hint))
     target->m_type = hint;
-  switch (target->m_type) {
-  case DataType::kUint32:
-    target->m_bits = static_cast<std::uint32_t>(value);
-    return kScriptOk;
-  case DataType::kInt32:
-    target->m_bits = static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<std::int32_t>(value)));
-    return kScriptOk;
-  case DataType::kUint64:
-  case DataType::kInt64:
-    target->m_bits = value;
-    return kScriptOk;
-  case DataType::kNone:
-  case DataType::kString:
-    break;
-  }
-  return kTypeError;
+  if (!IsNumeric(target->m_type))
+    return kTypeError;
+  target->m_bits = NarrowedTo(target->m_type, value);
+  return kScriptOk;
 }
 
 std::uint64_t CONXScriptVariable::GetNumber() const {

@@ -1,5 +1,7 @@
 #include "script/Literals.h"
 
+#include "script/NumberRange.h"
+
 #include <limits>
 
 namespace {
@@ -63,9 +65,7 @@ std::uint64_t ReadDigits(std::string_view digits, unsigned base, std::uint64_t l
 Literal Number(DataType type, std::uint64_t value) {
   Literal literal;
   literal.type = type;
-  literal.bits = value;
-  if (type == DataType::kInt32)
-    literal.bits = static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<std::int32_t>(value)));
+  literal.bits = NarrowedTo(type, value);
   return literal;
 }
 

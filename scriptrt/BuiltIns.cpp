@@ -1,8 +1,13 @@
 #include "scriptrt/BuiltIns.h"
 
+#include "scriptrt/ControlFunctions.h"
+#include "scriptrt/DeviceFileFunctions.h"
 #include "scriptrt/DeviceStringFunctions.h"
+#include "scriptrt/FileFunctions.h"
 #include "scriptrt/NumberFunctions.h"
+#include "scriptrt/QuestionFunctions.h"
 #include "scriptrt/StringFunctions.h"
+#include "scriptrt/SubScriptFunctions.h"
 
 namespace {
 
@@ -24,6 +29,9 @@ Made MakeScan(const RunServices& services) {
   return std::make_unique<CONXStrToNumFunc<T>>(services, kFormat, kType);
 }
 
+// 3, 5 or 6 arguments: limits come in pairs.
+constexpr ArgumentRule kNumberQuestion = {ArgumentCounts(3) | ArgumentCounts(5, 6), "ssnnnv"};
+
 constexpr auto kDecimal = CONXNumToStrFunc::Base::kDecimal;
 constexpr auto kHexadecimal = CONXNumToStrFunc::Base::kHexadecimal;
 
@@ -31,6 +39,7 @@ constexpr auto kHexadecimal = CONXNumToStrFunc::Base::kHexadecimal;
 // anything).
 constexpr BuiltIn kBuiltIns[] = {
     {"print", {0, "*"}, Make<CONXPrintFunc>},
+    {"delay", {ArgumentCounts(1), "n"}, Make<CONXDelayFunc>},
     {"strlen", {ArgumentCounts(1), "s"}, Make<CONXStrlenFunc>},
     {"substr", {ArgumentCounts(2, 3), "snn"}, Make<CONXSubStrFunc>},
     {"instr", {ArgumentCounts(2, 3), "ssn"}, Make<CONXInstrFunc>},
@@ -54,8 +63,28 @@ constexpr BuiltIn kBuiltIns[] = {
     {"numtohexstr", {ArgumentCounts(1), "n"}, Make<CONXNumToStrFunc, kHexadecimal>},
     {"ascii", {ArgumentCounts(1), "s"}, Make<CONXASCIIFunc>},
     {"chr", {ArgumentCounts(1), "n"}, Make<CONXChrFunc>},
+    {"exit", {ArgumentCounts(0), ""}, Make<CONXExitFunc>},
+    {"executesubscript", {ArgumentCounts(1), "s"}, Make<CONXExecuteSubScript>},
+    {"executesubscriptfunc", {0, "ss*"}, Make<CONXExecuteSubScriptFunc>},
+    {"writestringtofile", {ArgumentCounts(2, 5), "ssnnn"}, Make<CONXWriteStringToFileFunc>},
+    {"readstringfromfile", {ArgumentCounts(1, 3), "snn"}, Make<CONXReadStringFromFileFunc>},
+    {"getfilesize", {ArgumentCounts(1), "s"}, Make<CONXGetFileSizeFunc>},
+    {"getbasepath", {ArgumentCounts(0), ""}, Make<CONXGetBasePathFunc>},
+    {"getsysdate", {ArgumentCounts(0), ""}, Make<CONXGetSysDateFunc>},
+    {"getsystime", {ArgumentCounts(0), ""}, Make<CONXGetSysTimeFunc>},
     {"transmitstring", {ArgumentCounts(1), "s"}, Make<CONXTransmitString>},
     {"receivestring", {ArgumentCounts(0), ""}, Make<CONXReceiveString>},
+    {"transmitfile", {ArgumentCounts(4, 5), "snnnn"}, Make<CONXTransmitFile>},
+    {"transmitfilefromstring", {ArgumentCounts(4, 5), "snnnn"}, Make<CONXTransmitFileFromString>},
+    {"executejobfile", {ArgumentCounts(1, 3), "snn"}, Make<CONXExecuteJobFile>},
+    {"messagebox", {ArgumentCounts(2), "ss"}, Make<CONXMessageBoxDialog>},
+    {"userinputdword", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint32>},
+    {"userinputuint32", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint32>},
+    {"userinputint32", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kInt32>},
+    {"userinputuint64", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kUint64>},
+    {"userinputint64", kNumberQuestion, Make<CONXUserInputNumDialog, DataType::kInt64>},
+    {"userinputstring", {ArgumentCounts(3, 4), "sssv"}, Make<CONXUserInputStringDialog>},
+    {"userlistinput", {ArgumentCounts(4, 5), "sssnv"}, Make<CONXUserListInputDialog>},
 };
 
 } // namespace

@@ -7,6 +7,8 @@
 #include "scriptrt/RunServices.h"
 
 #include "script/CONXScriptFunc.h"
+#include "script/RunContext.h"
+#include "util/ScriptPath.h"
 
 #include <initializer_list>
 #include <string_view>
@@ -44,6 +46,11 @@ struct SysCall {
   std::uint64_t NumberAt(std::size_t index) const { return VariableAt(index).GetNumber(); }
   std::uint64_t NumberAtOr(std::size_t index, std::uint64_t otherwise) const {
     return Has(index) ? NumberAt(index) : otherwise;
+  }
+
+  // A file name, relative to the script's folder.
+  std::string PathAt(std::size_t index) const {
+    return ResolveScriptPath(context.BaseDirectory(), TextAt(index).Bytes());
   }
 
   // Give the call its value; without effect when nobody wants it.

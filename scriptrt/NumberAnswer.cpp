@@ -1,5 +1,6 @@
 #include "scriptrt/NumberAnswer.h"
 
+#include "script/NumberRange.h"
 #include "scriptrt/NumberText.h"
 #include "util/ScanNumber.h"
 
@@ -7,18 +8,6 @@ namespace {
 
 DataType TypeOf(const CONXOperator::NumberQuestion& question) {
   return static_cast<DataType>(question.type);
-}
-
-// 32-bit types take the low half of what was read.
-std::uint64_t Narrowed(std::uint64_t bits, DataType type) {
-  if (Is64Bit(type))
-    return bits;
-  return IsSigned(type) ? static_cast<std::uint64_t>(static_cast<std::int32_t>(bits))
-                        : static_cast<std::uint32_t>(bits);
-}
-
-bool Less(std::uint64_t left, std::uint64_t right, DataType type) {
-  return IsSigned(type) ? static_cast<std::int64_t>(left) < static_cast<std::int64_t>(right) : left < right;
 }
 
 } // namespace
@@ -32,10 +21,10 @@ NumberAnswer ReadNumberAnswer(const CONXOperator::NumberQuestion& question, cons
   const auto read = ScanNumber(text, IsSigned(type) ? NumberFormat::kSigned : NumberFormat::kUnsigned);
   if (!read)
     return {};
-  const std::uint64_t value = Narrowed(*read, type);
-  if (Less(value, question.minimum, type))
+  const std::uint64_t value = NarrowedTo(type, *read);
+  if (IsLess(type, value, question.minimum))
     return {std::nullopt, "Value must be >= " + DecimalText(question.minimum, type)};
-  if (Less(question.maximum, value, type))
+  if (IsLess(type, question.maximum, value))
     return {std::nullopt, "Value must be <= " + DecimalText(question.maximum, type)};
   return {value, {}};
 }

@@ -47,7 +47,9 @@ def main():
     parser.add_argument("expected", type=pathlib.Path)
     parser.add_argument("scratch", type=pathlib.Path)
     options = parser.parse_args(sys.argv[1:split])
-    command = sys.argv[split + 1:]
+    # Programs are named from here, and started in the scripts' folders.
+    command = [str(pathlib.Path(part).resolve()) if "/" in part else part
+               for part in sys.argv[split + 1:]]
 
     shutil.rmtree(options.scratch, ignore_errors=True)
     shutil.copytree(options.scripts, options.scratch)

@@ -8,15 +8,12 @@
 namespace {
 
 std::optional<unsigned> DigitValue(char c) {
-  if (c >= '0' && c <= '9') {
+  if (c >= '0' && c <= '9')
     return c - '0';
-  }
-  if (c >= 'A' && c <= 'F') {
+  if (c >= 'A' && c <= 'F')
     return c - 'A' + 10;
-  }
-  if (c >= 'a' && c <= 'f') {
+  if (c >= 'a' && c <= 'f')
     return c - 'a' + 10;
-  }
   return std::nullopt;
 }
 
@@ -33,9 +30,8 @@ std::optional<char> SimpleEscape(char c) {
   case 'r':
     return '\r';
   default:
-    if (const std::optional<unsigned> digit = DigitValue(c)) {
+    if (const std::optional<unsigned> digit = DigitValue(c))
       return static_cast<char>(*digit);
-    }
     return std::nullopt;
   }
 }
@@ -83,9 +79,8 @@ private:
 // escape comes last, and ends the text there.
 bool EscapedStringReader::Read() {
   Step step = Step::kNext;
-  if (m_length == 0) {
+  if (m_length == 0)
     step = m_terminator == 0 ? Step::kDone : Fail("String not terminated.");
-  }
   while (step == Step::kNext) {
     const char c = m_input[m_position++];
     step = c == '\\' ? ReadEscape() : ReadPlain(c);
@@ -94,33 +89,27 @@ bool EscapedStringReader::Read() {
 }
 
 EscapedStringReader::Step EscapedStringReader::ReadPlain(char c) {
-  if (c == m_terminator) {
+  if (c == m_terminator)
     return Step::kDone;
-  }
   if (AtEnd()) {
-    if (m_terminator != 0) {
+    if (m_terminator != 0)
       return Fail("String not terminated.");
-    }
     m_bytes.push_back(c); // a line break too, in this place
     return Step::kDone;
   }
-  if (c == '\r' || c == '\n') {
+  if (c == '\r' || c == '\n')
     return Fail("Unallowed line break inside string.");
-  }
   return Append(c);
 }
 
 EscapedStringReader::Step EscapedStringReader::ReadEscape() {
-  if (AtEnd()) {
+  if (AtEnd())
     return Fail("Incomplete ESC sequence at end of input.");
-  }
   const char c = m_input[m_position++];
-  if (c == '(') {
+  if (c == '(')
     return ReadNumber();
-  }
-  if (const std::optional<char> byte = SimpleEscape(c)) {
+  if (const std::optional<char> byte = SimpleEscape(c))
     return Append(*byte);
-  }
   return Fail(Quoted("Invalid ESC sequence", std::string{'\\', c}));
 }
 
@@ -147,9 +136,8 @@ EscapedStringReader::Step EscapedStringReader::ReadNumber() {
       return Fail(Quoted("Invalid char in numerical ESC sequence", std::string{c}));
     }
     anyDigit = true;
-    if (value > 255) {
+    if (value > 255)
       return Fail("Number too big in numerical ESC sequence");
-    }
   }
   return Fail("Incomplete ESC sequence at end of input.");
 }
@@ -160,14 +148,11 @@ std::string CONXDeviceClient::ParseString(const char* input, std::size_t length,
                                           std::string* errorText, int* ok) {
   EscapedStringReader reader(input, length, terminator);
   const bool success = reader.Read();
-  if (endPos) {
+  if (endPos)
     *endPos = reader.Position();
-  }
-  if (errorText) {
+  if (errorText)
     *errorText = std::move(reader.Error());
-  }
-  if (ok) {
+  if (ok)
     *ok = success ? 1 : 0;
-  }
   return success ? std::move(reader.Bytes()) : std::string();
 }

@@ -21,9 +21,8 @@ std::uint8_t ByteOf(const std::string& text) {
 
 // Where the path cannot be joined to the folder it stays as written.
 std::string PathOf(const std::string& text, const std::string& baseFolder) {
-  if (CONXDeviceClient::IsAbsolutePath(text)) {
+  if (CONXDeviceClient::IsAbsolutePath(text))
     return text;
-  }
   std::string path;
   try {
     CONXDeviceClient::ConcatenatePathAndFile(baseFolder, text, &path);
@@ -65,18 +64,16 @@ public:
     while (!piece.empty()) {
       const auto end = static_cast<std::size_t>(std::find_if(piece.begin(), piece.end(), EndsField) - piece.begin());
       m_field.append(piece.substr(0, end));
-      if (end < piece.size()) {
+      if (end < piece.size())
         EndField(piece[end]);
-      }
       piece.remove_prefix(std::min(end + 1, piece.size()));
     }
   }
 
   // A last line without its end still counts, but not the field that it was in the middle of.
   std::vector<TFILEENTRY> Finish() {
-    if (m_column != 0) {
+    if (m_column != 0)
       m_entries.push_back(std::move(m_entry));
-    }
     return std::move(m_entries);
   }
 
@@ -117,14 +114,12 @@ std::string FolderOf(const std::string& path) {
 // Nothing when the file cannot be opened or read to its end.
 std::optional<std::vector<TFILEENTRY>> ReadEntries(const std::string& jobPath) {
   std::optional<platform::File> file = platform::File::Open(jobPath, platform::File::Mode::kRead);
-  if (!file) {
+  if (!file)
     return std::nullopt;
-  }
   JobFileReader reader(FolderOf(jobPath));
   std::vector<char> buffer(65536); // not on the stack: scripts load job files where little of it may be left
-  while (const std::size_t count = file->Read(buffer.data(), buffer.size())) {
+  while (const std::size_t count = file->Read(buffer.data(), buffer.size()))
     reader.Read({buffer.data(), count});
-  }
   return file->Close() ? std::optional(reader.Finish()) : std::nullopt;
 }
 
@@ -141,9 +136,8 @@ public:
   }
   ~Replacement() {
     m_file.reset();
-    if (m_exists) {
+    if (m_exists)
       platform::RemoveFile(m_path);
-    }
   }
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
@@ -151,9 +145,8 @@ public:
   bool Write(std::string_view data) { return m_file && m_file->Write(data.data(), data.size()) == data.size(); }
 
   bool TakePlace() {
-    if (!m_file || !m_file->Close()) {
+    if (!m_file || !m_file->Close())
       return false;
-    }
     m_exists = !platform::MoveFileOver(m_path, m_target);
     return !m_exists;
   }
@@ -176,10 +169,11 @@ std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
 
 bool WriteEntries(const std::string& jobPath, const std::vector<TFILEENTRY>& entries) {
   const std::string folder = FolderOf(jobPath);
+  std::string text;
+  for (const TFILEENTRY& entry : entries)
+    text += LineOf(entry, folder);
   Replacement file(jobPath);
-  return std::all_of(entries.begin(), entries.end(),
-                     [&](const TFILEENTRY& entry) { return file.Write(LineOf(entry, folder)); }) &&
-         file.TakePlace();
+  return file.Write(text) && file.TakePlace();
 }
 
 } // namespace
@@ -195,9 +189,8 @@ void CONXDeviceClient::FillEntry(std::size_t column, std::string* text, TFILEENT
 int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
   try {
     std::optional<std::vector<TFILEENTRY>> entries = ReadEntries(jobPath);
-    if (entries) {
+    if (entries)
       list->swap(*entries);
-    }
     return entries ? 1 : 0;
   } catch (const std::bad_alloc&) {
     return 0;

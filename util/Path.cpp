@@ -25,9 +25,8 @@ public:
     m_text.reserve(joined.size());
     m_dots.reserve(joined.size());
     for (const char c : joined) {
-      if (!Add(c)) {
+      if (!Add(c))
         return std::nullopt;
-      }
     }
     return std::move(m_text);
   }
@@ -35,12 +34,10 @@ public:
 private:
   // False when the path climbs above the start.
   bool Add(char c) {
-    while (c == kSeparator && Dots() == 1) {
+    while (c == kSeparator && Dots() == 1)
       StepInPlace();
-    }
-    if (c == kSeparator && Dots() == 2 && !StepUp()) {
+    if (c == kSeparator && Dots() == 2 && !StepUp())
       return false;
-    }
     Append(c);
     return true;
   }
@@ -61,9 +58,8 @@ private:
   // the backslash: "C:\a\.\b" becomes "C:\.\b", that "C.\b", and there the text has no two bytes left. Callers have
   // always been told so by this exception, and keep the path as it was written.
   void StepInPlace() {
-    if (m_text.size() < 3) {
+    if (m_text.size() < 3)
       throw std::out_of_range("invalid string position");
-    }
     CutAt(m_text.size() - 3);
     Append('.');
   }
@@ -72,17 +68,14 @@ private:
   // on.
   bool StepUp() {
     const std::size_t step = m_text.size();
-    if (step < 4) {
+    if (step < 4)
       return false;
-    }
     std::size_t parent = step - 4;
-    while (parent > 0 && m_text[parent] != kSeparator) {
+    while (parent > 0 && m_text[parent] != kSeparator)
       --parent;
-    }
     const bool isDrive = parent == 0 && step == 5 && m_text[1] == ':' && m_text[2] == kSeparator;
-    if (isDrive) {
+    if (isDrive)
       return false;
-    }
     CutAt(parent);
     return true;
   }
@@ -129,12 +122,10 @@ void CONXDeviceClient::SplitFileName(const std::string& path, std::string* folde
   std::string folderPart = path.substr(0, separator);
   std::string filePart = path.substr(separator == 0 ? 0 : separator + 1);
   // A path that ends with its separator names no file: what the caller had stays.
-  if (file && (separator == 0 || !filePart.empty())) {
+  if (file && (separator == 0 || !filePart.empty()))
     *file = std::move(filePart);
-  }
-  if (folder) {
+  if (folder)
     *folder = std::move(folderPart);
-  }
 }
 
 int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const std::string& file, std::string* result) {
@@ -145,9 +136,8 @@ int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const st
   std::string joined;
   joined.reserve(folder.size() + 1 + file.size());
   joined = folder;
-  if (!joined.ends_with(kSeparator)) {
+  if (!joined.ends_with(kSeparator))
     joined.push_back(kSeparator);
-  }
   joined += file;
   if (!HasStep(joined)) {
     *result = std::move(joined);
@@ -161,9 +151,8 @@ int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const st
 void CONXDeviceClient::MakeRelativePath(const std::string& baseFolder, const std::string& path, std::string* result) {
   std::size_t shared = CommonLength(baseFolder, path);
   const bool baseIsShared = shared == baseFolder.size();
-  if (shared > 0 && !baseIsShared) {
+  if (shared > 0 && !baseIsShared)
     shared = SeparatorAtOrBefore(baseFolder, shared);
-  }
   if (shared == 0) {
     *result = path;
     return;
@@ -172,12 +161,10 @@ void CONXDeviceClient::MakeRelativePath(const std::string& baseFolder, const std
   if (shared < baseFolder.size() && shared < path.size()) {
     const auto levels =
         std::count(baseFolder.begin() + static_cast<std::ptrdiff_t>(shared), baseFolder.end(), kSeparator);
-    for (auto level = levels; level > 0; --level) {
+    for (auto level = levels; level > 0; --level)
       relative += "..\\";
-    }
   }
-  if (shared < path.size()) {
+  if (shared < path.size())
     relative.append(path, shared + 1, std::string::npos);
-  }
   *result = std::move(relative);
 }

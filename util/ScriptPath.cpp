@@ -3,13 +3,9 @@
 std::string ResolveScriptPath(const std::string& baseDirectory, const std::string& name) {
   const bool isNetworkPath = name.starts_with("\\\\");
   const bool hasDrive = name.size() >= 2 && name[1] == ':';
-  if (name.empty() || isNetworkPath || hasDrive) {
+  if (name.empty() || isNetworkPath || hasDrive)
     return name;
-  }
-  if (name[0] == '\\') {
+  if (name[0] == '\\')
     return name.size() == 1 ? std::string() : baseDirectory.substr(0, 2) + name;
-  }
-  // The process's current directory, when it stands in as the base, may be a drive's root and then has its backslash
-  // already.
-  return baseDirectory + (baseDirectory.ends_with('\\') ? "" : "\\") + name;
+  return baseDirectory + "\\" + name;
 }

@@ -5,56 +5,63 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace platform {
 
 namespace {
 
-// Owns an open file until a stream takes it over.
 class Descriptor {
 public:
   explicit Descriptor(int value) : m_value(value) {}
   ~Descriptor() {
-    if (m_value >= 0) {
+    if (IsOpen())
       close(m_value);
-    }
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
+  bool IsOpen() const { return m_value >= 0; }
   int Get() const { return m_value; }
-  bool IsRegularFile() const {
-    struct stat facts;
-    return fstat(m_value, &facts) == 0 && S_ISREG(facts.st_mode);
-  }
-  std::FILE* ToStream(const char* mode) {
-    std::FILE* stream = fdopen(m_value, mode);
-    if (stream) {
-      m_value = -1;
-    }
-    return stream;
-  }
+  int Release() { return std::exchange(m_value, -1); }
 
 private:
   int m_value;
 };
 
-struct HowToOpen {
-  int flags;
-  const char* streamMode;
-};
-
-HowToOpen FlagsOf(File::Mode mode) {
+int FlagsOf(File::Mode mode) {
   switch (mode) {
   case File::Mode::kRead:
-    return {O_RDONLY, "rb"};
+    return O_RDONLY;
   case File::Mode::kUpdate:
-    return {O_RDWR, "r+b"};
+    return O_RDWR;
   case File::Mode::kCreate:
-    return {O_WRONLY | O_CREAT, "wb"};
+    return O_WRONLY | O_CREAT;
   case File::Mode::kCreateNew:
-    return {O_WRONLY | O_CREAT | O_EXCL, "wb"};
+    return O_WRONLY | O_CREAT | O_EXCL;
   }
-  return {O_RDONLY, "rb"};
+  return O_RDONLY;
+}
+
+bool IsRegularFile(int file) {
+  struct stat facts;
+  return fstat(file, &facts) == 0 && S_ISREG(facts.st_mode);
+}
+
+// Repeats `step` (bytes done so far, bytes left) until all is done, nothing more comes, or it fails.
+template <typename Step>
+std::size_t Transfer(std::size_t size, bool* sound, Step step) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = step(done, size - done);
+    if (count < 0 && errno == EINTR)
+      continue;
+    *sound = *sound && count >= 0;
+    if (count <= 0)
+      break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
 }
 
 // True too when there is nothing at `path` yet.
@@ -65,49 +72,53 @@ bool MayBeReplaced(const std::string& path) {
 
 bool FlushToDisk(const std::string& path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  return file.Get() >= 0 && fsync(file.Get()) == 0;
+  return file.IsOpen() && fsync(file.Get()) == 0;
+}
+
+int DescriptorOf(std::intptr_t handle) {
+  return static_cast<int>(handle);
 }
 
 } // namespace
 
 std::optional<File> File::Open(const std::string& path, Mode mode) {
   const std::optional<std::string> systemPath = SystemPath(path);
-  if (!systemPath) {
+  if (!systemPath)
     return std::nullopt;
-  }
-  const HowToOpen how = FlagsOf(mode);
   // Without O_NONBLOCK a pipe would block here already; a regular file does not notice.
-  Descriptor file(open(systemPath->c_str(), how.flags | O_CLOEXEC | O_NONBLOCK, 0666));
-  if (file.Get() < 0 || !file.IsRegularFile() || (mode == Mode::kCreate && ftruncate(file.Get(), 0) != 0)) {
+  Descriptor file(open(systemPath->c_str(), FlagsOf(mode) | O_CLOEXEC | O_NONBLOCK, 0666));
+  if (!file.IsOpen() || !IsRegularFile(file.Get()))
     return std::nullopt;
-  }
-  std::FILE* stream = file.ToStream(how.streamMode);
-  return stream ? std::optional(File(stream)) : std::nullopt;
+  if (mode == Mode::kCreate && ftruncate(file.Get(), 0) != 0)
+    return std::nullopt;
+  return File(file.Release());
 }
 
 std::optional<std::uint64_t> File::Size() {
   struct stat facts;
-  if (std::fflush(m_file.get()) != 0 || fstat(fileno(m_file.get()), &facts) != 0) {
+  if (fstat(DescriptorOf(m_handle), &facts) != 0)
     return std::nullopt;
-  }
   return static_cast<std::uint64_t>(facts.st_size);
 }
 
 bool File::Seek(std::uint64_t offset) {
-  return fseeko(m_file.get(), static_cast<off_t>(offset), SEEK_SET) == 0;
+  return lseek(DescriptorOf(m_handle), static_cast<off_t>(offset), SEEK_SET) >= 0;
 }
 
 std::size_t File::Read(char* buffer, std::size_t size) {
-  return std::fread(buffer, 1, size, m_file.get());
+  return Transfer(size, &m_sound, [&](std::size_t done, std::size_t left) {
+    return read(DescriptorOf(m_handle), buffer + done, left);
+  });
 }
 
 std::size_t File::Write(const char* data, std::size_t size) {
-  return std::fwrite(data, 1, size, m_file.get());
+  return Transfer(size, &m_sound,
+                  [&](std::size_t done, std::size_t left) { return write(DescriptorOf(m_handle), data + done, left); });
 }
 
 bool File::Close() {
-  const bool sound = !std::ferror(m_file.get());
-  return std::fclose(m_file.release()) == 0 && sound;
+  const std::intptr_t handle = std::exchange(m_handle, kClosed);
+  return handle != kClosed && close(DescriptorOf(handle)) == 0 && m_sound;
 }
 
 bool MoveFileOver(const std::string& from, const std::string& to) {
@@ -118,9 +129,8 @@ bool MoveFileOver(const std::string& from, const std::string& to) {
 }
 
 void RemoveFile(const std::string& path) {
-  if (const std::optional<std::string> systemPath = SystemPath(path)) {
+  if (const std::optional<std::string> systemPath = SystemPath(path))
     unlink(systemPath->c_str());
-  }
 }
 
 } // namespace platform

@@ -16,9 +16,8 @@ struct Limits {
 // of memory.
 Limits AskStackLimits() {
   pthread_attr_t attributes;
-  if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0)
     return {};
-  }
   void* address = nullptr;
   std::size_t size = 0;
   std::size_t guard = 0;
@@ -36,9 +35,8 @@ thread_local constinit Limits t_limits;
 std::size_t FreeStack() {
   if (t_limits.top == 0) {
     t_limits = AskStackLimits();
-    if (t_limits.top == 0) {
+    if (t_limits.top == 0)
       return 0;
-    }
   }
   return FreeAboveReserve(t_limits.bottom, t_limits.top, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
 }

@@ -33,18 +33,15 @@ struct SplitPath {
 
 // Nothing when the current folder is needed and cannot be had.
 std::optional<SplitPath> Absolute(const std::string& path) {
-  if (path.starts_with("\\\\")) {
+  if (path.starts_with("\\\\"))
     return SplitPath{"\\\\", path.substr(2)};
-  }
   const std::string drive = HasDrive(path) ? path.substr(0, 2) : "Z:";
   const std::string rest = HasDrive(path) ? path.substr(2) : path;
-  if (rest.starts_with('\\') || !IsRootDrive(drive)) {
+  if (rest.starts_with('\\') || !IsRootDrive(drive))
     return SplitPath{drive + "\\", rest};
-  }
   const std::string folder = CurrentFolder();
-  if (folder.empty()) {
+  if (folder.empty())
     return std::nullopt;
-  }
   return SplitPath{"Z:\\", folder.substr(2) + "\\" + rest};
 }
 
@@ -69,30 +66,28 @@ std::string Resolved(std::string_view names) {
 std::optional<std::string> SystemPath(const std::string& path) {
   std::string result = path;
   std::replace(result.begin(), result.end(), '\\', '/');
-  if (result.starts_with("//") || (HasDrive(result) && !IsRootDrive(result))) {
+  if (result.starts_with("//") || (HasDrive(result) && !IsRootDrive(result)))
     return std::nullopt;
-  }
   return HasDrive(result) ? result.substr(2) : result;
 }
 
 std::optional<std::string> FullPath(const std::string& path) {
   const std::optional<SplitPath> split = path.empty() ? std::nullopt : Absolute(WithBackslashes(path));
-  if (!split) {
+  if (!split)
     return std::nullopt;
-  }
   std::string full = split->root + Resolved(split->names);
-  if (full.size() > split->root.size() && !split->names.ends_with('\\')) {
+  if (full.size() > split->root.size() && !split->names.ends_with('\\'))
     full.pop_back();
-  }
   return full.size() <= kMaxPath ? std::optional(full) : std::nullopt;
 }
 
 std::string CurrentFolder() {
   std::array<char, PATH_MAX> buffer;
-  if (!getcwd(buffer.data(), buffer.size())) {
+  if (!getcwd(buffer.data(), buffer.size()))
     return {};
-  }
-  const std::string folder = WithBackslashes(std::string("Z:") + buffer.data());
+  std::string folder = WithBackslashes(std::string("Z:") + buffer.data());
+  if (folder.ends_with('\\'))
+    folder.pop_back();
   return folder.size() <= kMaxPath ? folder : std::string();
 }
 

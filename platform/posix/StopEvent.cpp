@@ -18,9 +18,8 @@ struct StopEvent::Body {
   int counter = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
   ~Body() {
-    if (counter >= 0) {
+    if (counter >= 0)
       close(counter);
-    }
   }
 };
 
@@ -37,9 +36,8 @@ int MillisecondsUntil(Clock::time_point deadline) {
 } // namespace
 
 StopEvent::StopEvent() : m_body(std::make_unique<Body>()) {
-  if (m_body->counter < 0) {
+  if (m_body->counter < 0)
     throw std::bad_alloc();
-  }
 }
 
 StopEvent::~StopEvent() = default;
@@ -60,24 +58,20 @@ void StopEvent::Reset() {
 }
 
 bool StopEvent::Wait(std::uint32_t milliseconds) const {
-  if (IsSet()) {
+  if (IsSet())
     return true;
-  }
   const bool forever = milliseconds == kForever;
   const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(forever ? 0 : milliseconds);
   pollfd raised{m_body->counter, POLLIN, 0};
   for (;;) {
     const int timeout = forever ? -1 : MillisecondsUntil(deadline);
     const int ready = poll(&raised, 1, timeout);
-    if (ready > 0) {
+    if (ready > 0)
       return true;
-    }
-    if (ready == 0 && timeout < INT_MAX) {
+    if (ready == 0 && timeout < INT_MAX)
       return false;
-    }
-    if (ready < 0 && errno != EINTR && errno != EAGAIN) {
+    if (ready < 0 && errno != EINTR && errno != EAGAIN)
       return IsSet();
-    }
   }
 }
 

@@ -2,37 +2,57 @@
 
 #include <windows.h>
 
-#include <fcntl.h>
-#include <io.h>
-#include <sys/stat.h>
+#include <algorithm>
 
 namespace platform {
 
 namespace {
 
-std::FILE* OpenStream(const char* path, File::Mode mode) {
+HANDLE OpenHandle(const std::string& path, DWORD access, DWORD disposition) {
+  return CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+HANDLE OpenHandle(const std::string& path, File::Mode mode) {
   switch (mode) {
   case File::Mode::kRead:
-    return std::fopen(path, "rb");
+    return OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
   case File::Mode::kUpdate:
-    return std::fopen(path, "r+b");
+    return OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
   case File::Mode::kCreate:
-    return std::fopen(path, "wb");
-  case File::Mode::kCreateNew: {
-    const int file = _open(path, _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
-    return file < 0 ? nullptr : _fdopen(file, "wb");
+    return OpenHandle(path, GENERIC_WRITE, CREATE_ALWAYS);
+  case File::Mode::kCreateNew:
+    return OpenHandle(path, GENERIC_WRITE, CREATE_NEW);
   }
+  return INVALID_HANDLE_VALUE;
+}
+
+HANDLE HandleOf(std::intptr_t handle) {
+  return reinterpret_cast<HANDLE>(handle);
+}
+
+// Repeats `step` (bytes done so far, bytes left as far as one call takes them, count) until all is done, nothing more
+// comes, or it fails.
+template <typename Step>
+std::size_t Transfer(std::size_t size, bool* sound, Step step) {
+  constexpr std::size_t kMostAtOnce = 1U << 30;
+  std::size_t done = 0;
+  while (done < size) {
+    DWORD count = 0;
+    const bool ok = step(done, static_cast<DWORD>(std::min(size - done, kMostAtOnce)), &count);
+    *sound = *sound && ok;
+    done += count;
+    if (!ok || count == 0)
+      break;
   }
-  return nullptr;
+  return done;
 }
 
 // The move below only promises the name; this brings the bytes to the disk.
 bool FlushToDisk(const std::string& path) {
-  const HANDLE file =
-      CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
+  const HANDLE file = OpenHandle(path, GENERIC_WRITE, OPEN_EXISTING);
+  if (file == INVALID_HANDLE_VALUE)
     return false;
-  }
   const bool flushed = FlushFileBuffers(file);
   CloseHandle(file);
   return flushed;
@@ -41,33 +61,40 @@ bool FlushToDisk(const std::string& path) {
 } // namespace
 
 std::optional<File> File::Open(const std::string& path, Mode mode) {
-  std::FILE* stream = OpenStream(path.c_str(), mode);
-  return stream ? std::optional(File(stream)) : std::nullopt;
+  const HANDLE handle = OpenHandle(path, mode);
+  if (handle == INVALID_HANDLE_VALUE)
+    return std::nullopt;
+  return File(reinterpret_cast<std::intptr_t>(handle));
 }
 
 std::optional<std::uint64_t> File::Size() {
-  if (std::fflush(m_file.get()) != 0) {
+  LARGE_INTEGER size;
+  if (!GetFileSizeEx(HandleOf(m_handle), &size))
     return std::nullopt;
-  }
-  const __int64 size = _filelengthi64(_fileno(m_file.get()));
-  return size < 0 ? std::nullopt : std::optional(static_cast<std::uint64_t>(size));
+  return static_cast<std::uint64_t>(size.QuadPart);
 }
 
 bool File::Seek(std::uint64_t offset) {
-  return _fseeki64(m_file.get(), static_cast<__int64>(offset), SEEK_SET) == 0;
+  LARGE_INTEGER place;
+  place.QuadPart = static_cast<LONGLONG>(offset);
+  return SetFilePointerEx(HandleOf(m_handle), place, nullptr, FILE_BEGIN);
 }
 
 std::size_t File::Read(char* buffer, std::size_t size) {
-  return std::fread(buffer, 1, size, m_file.get());
+  return Transfer(size, &m_sound, [&](std::size_t done, DWORD left, DWORD* count) {
+    return ReadFile(HandleOf(m_handle), buffer + done, left, count, nullptr) != FALSE;
+  });
 }
 
 std::size_t File::Write(const char* data, std::size_t size) {
-  return std::fwrite(data, 1, size, m_file.get());
+  return Transfer(size, &m_sound, [&](std::size_t done, DWORD left, DWORD* count) {
+    return WriteFile(HandleOf(m_handle), data + done, left, count, nullptr) != FALSE;
+  });
 }
 
 bool File::Close() {
-  const bool sound = !std::ferror(m_file.get());
-  return std::fclose(m_file.release()) == 0 && sound;
+  const std::intptr_t handle = std::exchange(m_handle, kClosed);
+  return handle != kClosed && CloseHandle(HandleOf(handle)) && m_sound;
 }
 
 bool MoveFileOver(const std::string& from, const std::string& to) {

@@ -12,9 +12,8 @@ using PathBuffer = std::array<char, kMaxPath + 1>;
 
 // `length` is what the system answered: 0 for a failure, more than the buffer when the path does not fit.
 std::optional<std::string> TakePath(const PathBuffer& buffer, DWORD length) {
-  if (length == 0 || length >= buffer.size()) {
+  if (length == 0 || length >= buffer.size())
     return std::nullopt;
-  }
   return std::string(buffer.data(), length);
 }
 
@@ -27,7 +26,11 @@ std::optional<std::string> FullPath(const std::string& path) {
 
 std::string CurrentFolder() {
   PathBuffer buffer;
-  return TakePath(buffer, GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data())).value_or("");
+  std::string folder =
+      TakePath(buffer, GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data())).value_or("");
+  if (folder.ends_with('\\'))
+    folder.pop_back();
+  return folder;
 }
 
 } // namespace platform

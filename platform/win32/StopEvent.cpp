@@ -10,16 +10,14 @@ struct StopEvent::Body {
   HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
 
   ~Body() {
-    if (event) {
+    if (event)
       CloseHandle(event);
-    }
   }
 };
 
 StopEvent::StopEvent() : m_body(std::make_unique<Body>()) {
-  if (!m_body->event) {
+  if (!m_body->event)
     throw std::bad_alloc();
-  }
 }
 
 StopEvent::~StopEvent() = default;

@@ -165,7 +165,7 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
   Check(channel.IsFree(), "locks pair after a failed script");
   Print(failed.text);
 
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("exit();"), 0, 0, 0) == EONX_ERR_NONE, "exit, without output");
+  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE, "output without a function for it");
   Check(processor.Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0) == EONX_ERR_NONE, "a stop request without a run");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("while (0) { }"), 0, 0, 0) == EONX_ERR_NONE, "a run after it");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address(""), 0, 0, 0) == EONX_ERR_EMPTY_PATH, "an empty path");
@@ -175,7 +175,7 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
 
   channel.refuseLock = true;
   channel.lockCalls = channel.unlockCalls = 0;
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("exit();"), 0, 0, 0) == EONX_ERR_LOCKED, "a locked channel");
+  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_LOCKED, "a locked channel");
   Check(channel.unlockCalls == 0, "a lock that was refused is not given back");
   channel.refuseLock = false;
 }
@@ -266,7 +266,7 @@ void Run() {
   Check(processor != nullptr, "a Script Processor is made");
   if (processor == nullptr)
     return;
-  Check(processor->Call(ONX_CALL_EXECUTE_SCRIPT, Address("exit();"), 0, 0, 0) == EONX_ERR_NO_CHANNEL, "no channel");
+  Check(processor->Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NO_CHANNEL, "no channel");
   processor->Connect(&channel);
   TestScript(*processor, channel);
   TestVariables(*processor);

@@ -17,6 +17,11 @@ CLASSES = {
         "SplitFileName", "ConcatenatePathAndFile", "IsAbsolutePath", "MakeRelativePath", "toUpperGer", "FillEntry",
         "LoadJobFile", "SaveJobFile",
     ],
+    "CONXDialog": [
+        "UpdateDialogState", "UpdateCommStatus", "RepairHorizontalScrollbarExtendInListBox",
+        "CopyListBoxContentToClipBoard", "AutoDlgCtrlPlacement", "OnSizeDlgCtrlPlacement", "SetOwnerClass",
+        "SetDeviceComm", "Create", "OnInitDialog", "OnOK", "OnCancel",
+    ],
 }
 
 

@@ -17,9 +17,8 @@ constexpr std::size_t kStacks[] = {1024 * kKiB, 2048 * kKiB, 8192 * kKiB};
 // As much as reporting an error may need.
 [[gnu::noinline]] void Report() {
   volatile char report[10 * kKiB];
-  for (std::size_t i = sizeof report; i > 0; --i) {
+  for (std::size_t i = sizeof report; i > 0; --i)
     report[i - 1] = 0;
-  }
 }
 
 // Uses up all that is free in pieces of about a KiB; returns how many there were.

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 using platform::CurrentFolder;
 using platform::FullPath;
@@ -47,6 +48,16 @@ TEST_CASE("FullPath starts from the current folder or its drive") {
   CHECK(FullPath("..") == folder.substr(0, std::max<std::size_t>(folder.rfind('\\'), 3)));
   CHECK(FullPath("\\a\\b") == folder.substr(0, 2) + "\\a\\b");
   CHECK(FullPath("/a/b") == folder.substr(0, 2) + "\\a\\b");
+}
+
+TEST_CASE("a drive's root has no backslash as the current folder") {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(before.root_path());
+  const std::string folder = CurrentFolder();
+  const auto file = FullPath("a.txt");
+  std::filesystem::current_path(before);
+  CHECK(folder.substr(1) == ":");
+  CHECK(file == folder + "\\a.txt");
 }
 
 TEST_CASE("FullPath has limits") {

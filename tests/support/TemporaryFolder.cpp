@@ -16,9 +16,8 @@ fs::path MakeFolder() {
   std::random_device random;
   for (;;) {
     const fs::path folder = fs::temp_directory_path() / ("ond-test-" + std::to_string(random()));
-    if (fs::create_directory(folder)) {
+    if (fs::create_directory(folder))
       return folder;
-    }
   }
 }
 
@@ -52,9 +51,8 @@ std::string TemporaryFolder::Read(std::string_view name) const {
 
 std::vector<std::string> TemporaryFolder::Names() const {
   std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(m_systemPath)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(m_systemPath))
     names.push_back(entry.path().filename().string());
-  }
   std::sort(names.begin(), names.end());
   return names;
 }

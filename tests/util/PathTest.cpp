@@ -47,19 +47,16 @@ Joined JoinByTheBook(const std::string& folder, const std::string& file) {
       const int step = text[k] == '\\' ? state : 0;
       state = 0;
       if (step == 1) {
-        if (k < 3) {
+        if (k < 3)
           return {-1, kOutOfRange};
-        }
         text.erase(k - 3, 2);
         changed = true;
       } else if (step == 2) {
         std::size_t parent = k < 4 ? 0 : k - 4;
-        while (parent > 0 && text[parent] != '\\') {
+        while (parent > 0 && text[parent] != '\\')
           --parent;
-        }
-        if (k < 4 || text.substr(0, k) == text.substr(0, 1) + ":\\..") {
+        if (k < 4 || text.substr(0, k) == text.substr(0, 1) + ":\\..")
           return {0, file};
-        }
         text.erase(parent, k - parent);
         changed = true;
       }
@@ -174,13 +171,11 @@ TEST_CASE("cleaning up in one pass gives what starting over gives") {
     for (unsigned length = 1; length <= kLongest; ++length) {
       for (unsigned number = 0; number < 1u << (2 * length); ++number) {
         std::string file;
-        for (unsigned place = 0; place < length; ++place) {
+        for (unsigned place = 0; place < length; ++place)
           file.push_back(kAlphabet[(number >> (2 * place)) % 4]);
-        }
         const Joined joined = Join(folder, file);
-        if (joined != JoinByTheBook(folder, file)) {
+        if (joined != JoinByTheBook(folder, file))
           FAIL_CHECK(folder << " and " << file << " give " << joined.path);
-        }
       }
     }
   }
@@ -189,9 +184,8 @@ TEST_CASE("cleaning up in one pass gives what starting over gives") {
 TEST_CASE("cleaning up takes time in proportion to the length") {
   const auto start = std::chrono::steady_clock::now();
   std::string deep;
-  for (int i = 0; i < 300000; ++i) {
+  for (int i = 0; i < 300000; ++i)
     deep += "a\\..\\";
-  }
   CHECK(Join("C:\\jobs", deep + "x").path == "C:\\jobs\\x");
   CHECK(Join("C:\\jobs", std::string(1000000, 'a') + ".\\b").ok == -1);
   CHECK(Join("C:\\jobs", std::string(1000000, '.') + "\\b").path == "C:\\jobs\\b");

@@ -1,0 +1,33 @@
+#include "scriptrt/SubScriptFunctions.h"
+
+#include "platform/Platform.h"
+#include "scriptrt/BuiltIns.h"
+#include "scriptrt/ScriptFile.h"
+
+#include <iterator>
+
+ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* function) const {
+  const std::optional<std::string> path = platform::FullPath(call.PathAt(0));
+  std::string text;
+  if (!path || ReadScriptFile(*path, &text) != ScriptFileResult::kRead)
+    return kSystemFunctionFailed;
+  const BuiltIns builtIns(Services());
+  CONXRunContext context(call.context);
+  const ScriptRun run{context,  text,       FolderOfScript(*path), Services().output, builtIns.ByName(), {},
+                      function, call.result};
+  const ScriptError error = RunScript(run);
+  if (error != kScriptOk && Services().output)
+    Write(std::string("in subscript \"").append(call.TextAt(0).Bytes().c_str()).append("\"\n").c_str());
+  return error;
+}
+
+ScriptError CONXExecuteSubScript::Perform(const SysCall& call) {
+  return RunFile(call, nullptr);
+}
+
+ScriptError CONXExecuteSubScriptFunc::Perform(const SysCall& call) {
+  const auto further = call.arguments.begin() + 2;
+  FunctionStart start{call.TextAt(1).Bytes(),
+                      ScriptArguments(std::make_move_iterator(further), std::make_move_iterator(call.arguments.end()))};
+  return RunFile(call, &start);
+}
