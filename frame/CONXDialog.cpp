@@ -20,12 +20,13 @@ const char* OrEmpty(const char* text) {
   return text ? text : "";
 }
 
-// Hands a text without terminating zero to the clipboard, which then owns the memory. Failures are silent.
+// Hands a text to the clipboard, which then owns the memory. Failures are silent. The system makes the last byte of the
+// memory zero, whatever it was, so there is one more than the text has.
 void PutOnClipboard(HWND owner, const std::string& text) {
-  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, text.size());
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
   if (!memory)
     return;
-  std::memcpy(GlobalLock(memory), text.data(), text.size());
+  std::memcpy(GlobalLock(memory), text.c_str(), text.size() + 1);
   GlobalUnlock(memory);
   bool taken = false;
   if (OpenClipboard(owner)) {

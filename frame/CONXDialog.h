@@ -58,7 +58,7 @@ public:
   virtual void UpdateCommStatus(UINT ctrlId);
   // Makes horizontal scrolling cover the widest item.
   virtual void RepairHorizontalScrollbarExtendInListBox(CListBox* listBox);
-  // Each item and one line feed, without a terminating zero. Nothing for an empty list.
+  // Each item and one line feed (no carriage return). Nothing for an empty list.
   virtual void CopyListBoxContentToClipBoard(CListBox* listBox);
   // From now on the control follows the edges that OND_PLACE_… name, measured from where it is. Further bits mean
   // nothing.
@@ -80,6 +80,8 @@ protected:
 
   CONXDeviceClient_0* GetOwnerClass() const { return m_owner; } // null when there is none (any more)
   COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
+  // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
+  static constexpr UINT_PTR kTimerId = 1;
   // For the constructors of derived dialogs.
   void SetTimerInterval(UINT milliseconds) { m_timerInterval = milliseconds; }
   void LoadSmallIcon(UINT iconId);
@@ -102,8 +104,6 @@ private:
   void StopTimer();
   std::string CommStatus();
   static RECT PlaceFor(const Placement& placement, int cx, int cy);
-
-  static constexpr UINT_PTR kTimerId = 1;
 
   COndDeviceComm_0* m_channel = nullptr;
   CONXDeviceClient_0* m_owner = nullptr;

@@ -46,6 +46,11 @@ static_assert(kOperators[static_cast<std::size_t>(Operator::kGreaterOrEqual)].te
 
 constexpr std::size_t kLongestOperator = 3;
 
+constexpr bool StartsOperator(char c) {
+  return std::any_of(kOperators.begin(), kOperators.end(),
+                     [&](const OperatorEntry& entry) { return entry.text[0] == c; });
+}
+
 // Shift counts are signed: a negative one shifts the other way. Counts of 64 and more shift everything out.
 std::uint64_t ShiftLeft(std::uint64_t bits, std::uint64_t count) {
   return count < 64 ? bits << count : 0;
@@ -100,11 +105,13 @@ unsigned OperatorClass(Operator op) {
 }
 
 OperatorMatch MatchOperator(std::string_view text) {
+  if (text.empty() || !StartsOperator(text[0]))
+    return {Operator::kAssign, 0};
   // Every beginning of an operator is an operator itself, so the longest run of characters is one.
-  std::size_t length = 0;
+  std::size_t length = 1;
   while (length < kLongestOperator && length < text.size() && OperatorClass(text.substr(0, length + 1)) != 0)
     ++length;
-  for (std::size_t i = 0; length > 0 && i < kOperators.size(); ++i) {
+  for (std::size_t i = 0; i < kOperators.size(); ++i) {
     if (kOperators[i].text == text.substr(0, length))
       return {static_cast<Operator>(i), length};
   }

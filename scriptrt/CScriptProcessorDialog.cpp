@@ -155,6 +155,7 @@ void CScriptProcessorDialog::OnExecuteOrStop() {
     return;
   }
   m_log.Clear();
+  RepairHorizontalScrollbarExtendInListBox(&m_log);
   if (const char* const problem = StartScript())
     ShowError(problem);
   UpdateDialogState();

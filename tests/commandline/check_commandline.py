@@ -7,6 +7,7 @@ files of the simulated device, output that appears when it is printed, and Ctrl+
 
 import os
 import pathlib
+import select
 import signal
 import subprocess
 import sys
@@ -24,24 +25,35 @@ def check(what, condition, details=""):
         print(f"FAILED: {what}\n{details}")
 
 
-def start(arguments, **streams):
-    return subprocess.Popen(command + arguments, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
-                            **{"stdout": subprocess.PIPE, **streams})
+class Call:
+    """A running program. Its output goes to files: Wine's background processes keep a pipe open long after its end."""
 
+    def __init__(self, arguments, text=b"", stdout=None):
+        self.output, self.messages = tempfile.TemporaryFile(), tempfile.TemporaryFile()
+        self.process = subprocess.Popen(command + arguments, stdin=subprocess.PIPE, stdout=stdout or self.output,
+                                        stderr=self.messages)
+        try:
+            self.process.stdin.write(text)
+            self.process.stdin.close()
+        except BrokenPipeError:
+            pass  # it does not read standard input
 
-def end(process, text=None):
-    try:
-        output, messages = process.communicate(text, timeout=TIMEOUT)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.communicate()
-        return None, b"", b"did not end in time"
-    return process.returncode, output or b"", messages
+    def end(self):
+        """Exit code (None: killed after the time-out), output, messages."""
+        try:
+            code = self.process.wait(TIMEOUT)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
+            code = None
+        self.output.seek(0)
+        self.messages.seek(0)
+        return code, self.output.read(), self.messages.read()
 
 
 def expect(arguments, code, output=b"", message=b"", text=b""):
     """One call: its exit code, its whole output, a part of its messages."""
-    got_code, got_output, got_messages = end(start(arguments), text)
+    got_code, got_output, got_messages = Call(arguments, text).end()
     fits = got_code == code and got_output == output and (message in got_messages if message else not got_messages)
     check(" ".join(arguments), fits, f"  exit code {got_code}, expected {code}\n  output {got_output}, expected {output}\n"
           f"  messages {got_messages}, expected {message}")
@@ -63,27 +75,31 @@ def check_results():
     expect(["run", "s.dcs", "--device-dir", "none/device"] + values, 4, message=b"cannot use the folder none/device")
 
 
+USAGE_ERRORS = [
+    (["run"], b"FILE is required"),
+    (["walk"], b"walk"),
+    ([], b"--help"),
+    (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
+    # What follows is the same code in both programs.
+    (["run", "a", "b"], b"b"),
+    (["run", "a", "--channel", "sin"], b'--channel: unknown channel "sin"'),
+    (["run", "a", "--set", "[a:dword=1,b:dword=2]"], b"--set [a:dword=1,b:dword=2]: "),
+    (["run", "a", "--set", "{}"], b"--set {}: "),
+    (["run", "a", "--get", "n"], b"--get n: no --set gives this variable"),
+    (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
+    (["run", "a", "--block-time", "-1"], b"--block-time"),
+    (["run", "a", "--block-time", "1s"], b"--block-time"),
+]
+
+
 def check_usage():
-    name_of = name.encode()
-    for arguments, message in [
-            (["run"], b"FILE is required"),
-            (["walk"], b"walk"),
-            ([], b"ubcommand"),
-            (["run", "a", "b"], b"b"),
-            (["run", "a", "--channel", "sin"], b'--channel: unknown channel "sin"'),
-            (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
-            (["run", "a", "--set", "[a:dword=1,b:dword=2]"], b"--set [a:dword=1,b:dword=2]: "),
-            (["run", "a", "--set", "{}"], b"--set {}: "),
-            (["run", "a", "--get", "n"], b"--get n: no --set gives this variable"),
-            (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
-            (["run", "a", "--block-time", "-1"], b"--block-time"),
-            (["run", "a", "--block-time", "1s"], b"--block-time")]:
+    for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:4]:
         expect(arguments, 2, message=message)
     for arguments in (["--help"], ["run", "--help"]):
-        code, output, messages = end(start(arguments))
+        code, output, messages = Call(arguments).end()
         check(" ".join(arguments), code == 0 and b"Examples:" in output and not messages, output)
-    code, output, _ = end(start(["--version"]))
-    check("--version", code == 0 and output.startswith(name_of + b" "), output)
+    code, output, _ = Call(["--version"]).end()
+    check("--version", code == 0 and output.startswith(name.encode() + b" "), output)
 
 
 def check_device():
@@ -98,37 +114,44 @@ def check_device():
 
 
 def check_streams():
-    process = start(["run", "-"])
-    process.stdin.write(b'print("first\\n"); print("second"); while (1) { }')
-    process.stdin.close()
-    process.stdin = None
-    # Blocks until the line is there: a line that only came at the end would never come.
-    check("a line appears when it is printed", process.stdout.readline() == b"first\n")
-    check("so does the beginning of a line", process.stdout.read(6) == b"second")
-    process.send_signal(signal.SIGINT)
-    code, output, messages = end(process)
+    reading, writing = os.pipe()
+    call = Call(["run", "-"], b'print("first\\n"); print("second"); while (1) { }', writing)
+    os.close(writing)
+    printed = b""
+    while len(printed) < 12 and select.select([reading], [], [], TIMEOUT)[0]:
+        printed += os.read(reading, 100)
+    check("output appears when it is printed, also the beginning of a line", printed == b"first\nsecond", printed)
+    call.process.send_signal(signal.SIGINT)
+    code, _, messages = call.end()
+    output = os.read(reading, 1000)
+    os.close(reading)
     check("Ctrl+C ends the run", code == 21 and output.startswith(b"Processing aborted near line 1/") and
           b"stopped by Ctrl+C" in messages, f"  exit code {code}, output {output}, messages {messages}")
 
 
 def check_second_interrupt():
     """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C."""
-    process = start(["run", "-"])
-    process.stdin.write(b'while (1) { print("0123456789012345678901234567890123456789\\n"); }')
-    process.stdin.close()
-    process.stdin = None
-    check("the run has begun", process.stdout.read(1) == b"0")
+    reading, writing = os.pipe()
+    # Pieces of 8 KiB fill the pipe to the brim, so that the diagnostic finds no room either.
+    call = Call(["run", "-"], b'var string s; var dword n; s = "01234567"; while (n < 10) { s = s + s; n = n + 1; }'
+                b'while (1) { print(s); }', writing)
     deadline = time.monotonic() + TIMEOUT
-    while process.poll() is None and time.monotonic() < deadline:
-        process.send_signal(signal.SIGINT)
+    while select.select([], [writing], [], 0)[1] and time.monotonic() < deadline:
+        time.sleep(0.01)
+    check("the pipe is full", not select.select([], [writing], [], 0)[1])
+    os.close(writing)
+    deadline = time.monotonic() + TIMEOUT
+    while call.process.poll() is None and time.monotonic() < deadline:
+        call.process.send_signal(signal.SIGINT)
         time.sleep(0.2)  # signals that come together count once
-    check("the second Ctrl+C ends the process", process.poll() not in (None, 0), f"  exit code {process.poll()}")
-    end(process)
+    code, _, _ = call.end()
+    check("the second Ctrl+C ends the process", code == -signal.SIGINT, f"  exit code {code}")
+    os.close(reading)
 
 
 def check_full_output():
     with open("/dev/full", "wb") as full:
-        code, _, messages = end(start(["run", "-"], stdout=full), b'while (1) { print("x"); }')
+        code, _, messages = Call(["run", "-"], b'while (1) { print("x"); }', full).end()
     check("output that cannot be written", code == 5 and b"standard output cannot be written" in messages,
           f"  exit code {code}, messages {messages}")
 

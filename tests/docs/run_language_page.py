@@ -8,6 +8,7 @@ an error.
 import re
 import subprocess
 import sys
+import tempfile
 
 EXAMPLE = re.compile(r"^```dcs\n(.*?)^```\n(?:\n```text\n(.*?)^```$)?", re.MULTILINE | re.DOTALL)
 
@@ -18,7 +19,8 @@ def main():
         examples = EXAMPLE.findall(file.read())
     failures = 0
     for script, expected in examples:
-        run = subprocess.run([ondscript, "run", "-"], input=script, capture_output=True, text=True, timeout=60)
+        with tempfile.TemporaryDirectory() as folder:
+            run = subprocess.run([ondscript, "run", "-"], input=script, cwd=folder, capture_output=True, text=True, timeout=60)
         if run.stdout != expected if expected else run.returncode != 0:
             failures += 1
             print(f"--- this script\n{script}--- should print\n{expected}--- printed\n{run.stdout}{run.stderr}")

@@ -111,7 +111,7 @@ TEST_CASE("files: a slow transfer takes its time and asks often enough to be abo
   const auto start = std::chrono::steady_clock::now();
   REQUIRE(device->TransmitFileFromMemory(bytes.data(), bytes.size(), 1, 1, 0, &ProgressLog::Report, &log, 1, 2) ==
           kChannelOk);
-  CHECK(std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(150));
+  CHECK(std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(145)); // waits may end a little early
   CHECK(log.steps == std::vector<std::uint32_t>{0, 0, 0, 1, 1, 1, 2});
 }
 

@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <chrono>
 #include <utility>
 
 GuardedChannel::~GuardedChannel() {
@@ -51,9 +52,10 @@ const char* GuardedChannel::GetInfoString(std::uint32_t what, std::int64_t code)
 std::int32_t GuardedChannel::Lock(void* owner, std::uint32_t timeoutMs) {
   Record("Lock");
   const std::int32_t answer = m_inner != nullptr ? m_inner->Lock(owner, timeoutMs) : 0;
-  const std::lock_guard guard(m_mutex);
-  // Without a channel inside there is nobody who would refuse a second owner.
-  if (m_inner == nullptr && m_depth != 0 && owner != m_owner)
+  std::unique_lock guard(m_mutex);
+  // Without a channel inside there is nobody else who would let a second owner wait.
+  const auto free = [&] { return m_depth == 0 || owner == m_owner; };
+  if (m_inner == nullptr && !m_unlocked.wait_for(guard, std::chrono::milliseconds(timeoutMs), free))
     return 1;
   if (answer == 0) {
     m_owner = owner;
@@ -72,6 +74,7 @@ std::int32_t GuardedChannel::Unlock(void* owner) {
       m_violations.push_back("Unlock by another owner than Lock");
     } else {
       --m_depth; // before the channel inside lets the next owner in
+      m_unlocked.notify_all();
     }
   }
   return m_inner != nullptr ? m_inner->Unlock(owner) : 0;

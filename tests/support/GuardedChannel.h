@@ -3,6 +3,7 @@
 
 #include "frame/OndDeviceClient.h"
 
+#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -57,6 +58,7 @@ private:
   mutable std::mutex m_mutex;      // guards the fields below; never held while the channel inside is called
   std::vector<std::string> m_calls;
   std::vector<std::string> m_violations;
+  std::condition_variable m_unlocked;
   void* m_owner = nullptr; // null: not locked
   std::size_t m_depth = 0;
 };

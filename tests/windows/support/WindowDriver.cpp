@@ -1,0 +1,194 @@
+#include "tests/windows/support/WindowDriver.h"
+
+#include <doctest/doctest.h>
+
+#include <chrono>
+
+namespace {
+
+constexpr UINT kAnswerLimitMs = 20000;
+// The static text of a system message box.
+constexpr int kBoxTextId = 0xFFFF;
+
+struct Search {
+  const std::string& caption;
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK MatchTop(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<Search*>(parameter);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (process != GetCurrentProcessId() || !IsWindowVisible(window) || Window(window).Text() != search.caption)
+    return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+void SendKey(WORD virtualKey, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = virtualKey;
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(virtualKey, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = flags;
+  SendInput(1, &input, sizeof(input));
+}
+
+} // namespace
+
+void WaitFor(const std::string& what, const std::function<bool()>& condition, int limitMs) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(limitMs);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end)
+      FAIL("waited " << limitMs << " ms for " << what);
+    Sleep(2);
+  }
+}
+
+Window Window::FindTop(const std::string& caption) {
+  Search search{caption};
+  EnumWindows(MatchTop, reinterpret_cast<LPARAM>(&search));
+  return Window(search.found);
+}
+
+Window Window::WaitForTop(const std::string& caption) {
+  Window window;
+  WaitFor("the window \"" + caption + "\"", [&] {
+    window = FindTop(caption);
+    return window.Exists();
+  });
+  return window;
+}
+
+LRESULT Window::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
+  DWORD_PTR answer = 0;
+  if (!SendMessageTimeoutA(m_handle, message, wParam, lParam, SMTO_NORMAL, kAnswerLimitMs, &answer) && Exists())
+    FAIL("the window did not answer message " << message << " within " << kAnswerLimitMs << " ms");
+  return static_cast<LRESULT>(answer);
+}
+
+std::string Window::Text() const {
+  std::string text(static_cast<std::size_t>(Send(WM_GETTEXTLENGTH)), '\0');
+  text.resize(static_cast<std::size_t>(Send(WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()))));
+  return text;
+}
+
+RECT Window::Place() const {
+  RECT place{};
+  GetWindowRect(m_handle, &place);
+  return place;
+}
+
+RECT Window::PlaceInside() const {
+  RECT place = Place();
+  MapWindowPoints(nullptr, GetParent(m_handle), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
+SIZE Window::ClientSize() const {
+  RECT client{};
+  GetClientRect(m_handle, &client);
+  return {client.right, client.bottom};
+}
+
+Window Window::Control(int id) const {
+  const HWND control = GetDlgItem(m_handle, id);
+  if (control == nullptr)
+    FAIL("\"" << Text() << "\" has no control " << id);
+  return Window(control);
+}
+
+void Window::Press() const {
+  const std::string text = Text();
+  if (!Visible() || !Enabled())
+    FAIL("the button \"" << text << "\" cannot be pressed");
+  PostMessageA(m_handle, BM_CLICK, 0, 0);
+}
+
+void Window::SetText(const std::string& text) const {
+  Send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void Window::PressCloseBox() const {
+  PostMessageA(m_handle, WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
+void Window::Resize(int width, int height) const {
+  SetWindowPos(m_handle, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Window::Activate() const {
+  WaitFor(
+      "\"" + Text() + "\" to come to the front",
+      [this] {
+        SetForegroundWindow(m_handle);
+        return GetForegroundWindow() == m_handle;
+      });
+}
+
+void Window::WaitUntilGone(const std::string& what) const {
+  WaitFor(
+      what + " to go away", [this] { return !Exists() || !Visible(); });
+}
+
+std::vector<std::string> Window::Items() const {
+  std::vector<std::string> items(static_cast<std::size_t>(Send(LB_GETCOUNT)));
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    items[i].resize(static_cast<std::size_t>(Send(LB_GETTEXTLEN, i)));
+    Send(LB_GETTEXT, i, reinterpret_cast<LPARAM>(items[i].data()));
+  }
+  return items;
+}
+
+void Window::Select(int index) const {
+  Send(LB_SETCURSEL, static_cast<WPARAM>(index));
+}
+
+void Window::TypeFileName(const std::string& path) const {
+  // The dialog's one edit control, at whatever depth.
+  HWND edit = nullptr;
+  WaitFor("the file dialog's name field", [&] {
+    EnumChildWindows(
+        m_handle,
+        [](HWND child, LPARAM found) -> BOOL {
+          char kind[16] = "";
+          GetClassNameA(child, kind, sizeof(kind));
+          if (std::string(kind) != "Edit" || !IsWindowVisible(child))
+            return TRUE;
+          *reinterpret_cast<HWND*>(found) = child;
+          return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&edit));
+    return edit != nullptr;
+  });
+  Window(edit).SetText(path);
+  PressControl(IDOK);
+}
+
+std::string Window::BoxText() const {
+  return Control(kBoxTextId).Text();
+}
+
+void Window::AnswerBox(const std::string& caption, const std::string& text, int button) {
+  const Window box = WaitForTop(caption);
+  CHECK(box.BoxText() == text);
+  box.PressControl(button);
+  box.WaitUntilGone("the box \"" + caption + "\"");
+}
+
+void TypeKey(WORD virtualKey) {
+  SendKey(virtualKey, 0);
+  SendKey(virtualKey, KEYEVENTF_KEYUP);
+}
+
+void TypeText(const std::string& text) {
+  for (const char c : text) {
+    const SHORT key = VkKeyScanA(c);
+    const bool shift = (key & 0x100) != 0;
+    if (shift)
+      SendKey(VK_SHIFT, 0);
+    TypeKey(LOBYTE(key));
+    if (shift)
+      SendKey(VK_SHIFT, KEYEVENTF_KEYUP);
+  }
+}

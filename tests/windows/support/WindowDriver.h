@@ -1,0 +1,69 @@
+// Works windows as a person at the screen does: finds them, reads them, presses their buttons, types.
+//
+// All of it runs on the test's own thread, while the windows live on the host's thread or a script's; so a modal box
+// that a press opens does not stop the test, which goes on to read and answer it.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// Waits until the condition holds; fails the test, naming what was waited for, when that takes longer than the limit.
+void WaitFor(const std::string& what, const std::function<bool()>& condition, int limitMs = 20000);
+
+class Window {
+public:
+  Window() = default;
+  explicit Window(HWND handle) : m_handle(handle) {}
+
+  // A visible top-level window of this process with that caption; waits for it to appear.
+  static Window WaitForTop(const std::string& caption);
+  // The same without waiting; may be none.
+  static Window FindTop(const std::string& caption);
+
+  HWND Handle() const { return m_handle; }
+  bool Exists() const { return IsWindow(m_handle) != FALSE; }
+  bool Visible() const { return IsWindowVisible(m_handle) != FALSE; }
+  bool Enabled() const { return IsWindowEnabled(m_handle) != FALSE; }
+  std::string Text() const;
+  RECT Place() const;       // on the screen
+  RECT PlaceInside() const; // in the parent's client area
+  SIZE ClientSize() const;
+
+  // The control with that id; fails the test when there is none.
+  Window Control(int id) const;
+
+  // --- acting
+
+  // Presses a button, which must be visible and enabled, and does not wait for what that leads to.
+  void Press() const;
+  void PressControl(int id) const { Control(id).Press(); }
+  void SetText(const std::string& text) const;
+  // The caption's close box.
+  void PressCloseBox() const;
+  void Resize(int width, int height) const; // outer size
+  // Brings the window to the front; the keyboard focus goes to the control that had it last.
+  void Activate() const;
+  void WaitUntilGone(const std::string& what) const;
+
+  // --- list boxes
+  std::vector<std::string> Items() const;
+  void Select(int index) const;
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+
+  // --- the system's file dialogs: enters a path and confirms
+  void TypeFileName(const std::string& path) const;
+
+  // --- message boxes: waits for one with that caption, checks its text, presses the button with that id
+  static void AnswerBox(const std::string& caption, const std::string& text, int button = IDOK);
+  std::string BoxText() const;
+
+private:
+  HWND m_handle = nullptr;
+};
+
+// One key, down and up, typed into whatever window has the keyboard focus.
+void TypeKey(WORD virtualKey);
+void TypeText(const std::string& text);
