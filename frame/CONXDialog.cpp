@@ -134,6 +134,10 @@ bool CONXDialog::OnInitDialog() {
 void CONXDialog::OnDestroy() {
   COndDeviceClientApp::Get().UnregisterDialog(GetSafeHwnd());
   StopTimer();
+  ReleaseLocks();
+}
+
+void CONXDialog::ReleaseLocks() {
   for (CChannelLock* lock = m_lock; lock; lock = lock->m_outer)
     lock->Release();
 }
