@@ -88,6 +88,7 @@ public:
 
 protected:
   COndDeviceComm_0* GetChannel() const { return m_channel; }
+  CONXDialog* GetDialog() const { return m_dialog; } // null until first shown
 
 private:
   COndDeviceComm_0* m_channel = nullptr; // the host's

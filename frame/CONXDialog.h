@@ -82,6 +82,8 @@ protected:
   COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
   // Gives back the channel although locks are in scope, which then hold nothing any more.
   void ReleaseLocks();
+  // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
+  static constexpr UINT_PTR kTimerId = 1;
   // For the constructors of derived dialogs.
   void SetTimerInterval(UINT milliseconds) { m_timerInterval = milliseconds; }
   void LoadSmallIcon(UINT iconId);
@@ -104,8 +106,6 @@ private:
   void StopTimer();
   std::string CommStatus();
   static RECT PlaceFor(const Placement& placement, int cx, int cy);
-
-  static constexpr UINT_PTR kTimerId = 1;
 
   COndDeviceComm_0* m_channel = nullptr;
   CONXDeviceClient_0* m_owner = nullptr;

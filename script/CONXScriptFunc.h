@@ -136,6 +136,7 @@ private:
   ScriptError EvaluateOperand(Activation& activation, const Token& first, CONXScriptVariable* result);
   ScriptError EvaluateName(Activation& activation, const Token& name, CONXScriptVariable* result);
   ScriptError EvaluateConversion(Activation& activation, DataType type, CONXScriptVariable* result);
+  ScriptError Invoke(FunctionValue callee, ScriptArguments& arguments, CONXScriptVariable* result) const;
   ScriptError CallFunction(Activation& activation, FunctionValue callee, CONXScriptVariable* result);
   ScriptError EvaluateArguments(Activation& activation, const CONXScriptFunc& callee, ScriptArguments* arguments);
   ScriptError EvaluateArgument(Activation& activation, const CONXScriptObject* parameter, ScriptArguments* arguments);

@@ -3,16 +3,20 @@
 #include "script/CONXScriptFunc.h"
 #include "script/ScriptProgram.h"
 
-// Every call from a script enters and leaves here.
+// Every call of a function enters and leaves here.
+ScriptError CONXScriptFunc::Invoke(FunctionValue callee, ScriptArguments& arguments, CONXScriptVariable* result) const {
+  if (!callee.function->CheckArgumentCount(arguments.size()))
+    return kWrongParameterCount;
+  return callee.function->Execute(m_program->Context(), callee.surroundings, arguments, result);
+}
+
 ScriptError CONXScriptFunc::CallFunction(Activation& activation, FunctionValue callee, CONXScriptVariable* result) {
   ScriptArguments arguments;
   if (const ScriptError error = EvaluateArguments(activation, *callee.function, &arguments))
     return error;
-  if (!callee.function->CheckArgumentCount(arguments.size()))
-    return kWrongParameterCount;
   SourceCursor& cursor = m_program->Cursor();
   const TokenIndex behind = cursor.Place();
-  if (const ScriptError error = callee.function->Execute(m_program->Context(), callee.surroundings, arguments, result))
+  if (const ScriptError error = Invoke(callee, arguments, result))
     return error;
   cursor.SetPlace(behind);
   return kScriptOk;
@@ -102,12 +106,10 @@ ScriptError CONXScriptFunc::ExecuteFunction(std::string_view name, ScriptArgumen
       if (const ScriptError error = BindArgument(*parameter, &arguments[i]))
         return error;
   }
-  if (!found.function->CheckArgumentCount(arguments.size()))
-    return kWrongParameterCount;
   Activation activation{nullptr, nullptr, nullptr, nullptr, nullptr};
   activation.function = &activation;
   MakeVariables(activation);
-  return found.function->Execute(m_program->Context(), &activation, arguments, result);
+  return Invoke({found.function, &activation}, arguments, result);
 }
 
 // An argument that was evaluated without knowing the parameter takes its type now.

@@ -9,21 +9,23 @@ import difflib
 import pathlib
 import subprocess
 import sys
+import tempfile
 
 TIMEOUT = 120  # seconds
 
 
 def run(command, folder=None):
     """Standard output, standard error and exit code of a command; what hangs is killed and has a text for a code."""
-    with subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                          stderr=subprocess.PIPE) as process:
+    # Messages go through a file: Wine's desktop, which the first program with a window starts, keeps that stream open.
+    with tempfile.TemporaryFile() as messages:
         try:
-            output, messages = process.communicate(timeout=TIMEOUT)
-            return output, messages, process.returncode
-        except subprocess.TimeoutExpired:
-            process.kill()
-            output, messages = process.communicate()
-            return output, messages, f"killed after {TIMEOUT} s"
+            process = subprocess.run(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                     stderr=messages, timeout=TIMEOUT, check=False)
+            output, code = process.stdout, process.returncode
+        except subprocess.TimeoutExpired as expired:
+            output, code = expired.stdout or b"", f"killed after {TIMEOUT} s"
+        messages.seek(0)
+        return output, messages.read(), code
 
 
 def lines(data):

@@ -6,7 +6,8 @@
 
 namespace platform {
 
-// "Z:\a\b" and "\a\b" are "/a/b", "a\b" and "Z:a\b" are "a/b". Nothing for other drives and for network paths.
+// "Z:\a\b" and "\a\b" are "/a/b"; other names start from the current folder. "." and ".." are resolved in the text, as
+// Windows does: the folder in front of ".." need not exist. Nothing for other drives and for network paths.
 std::optional<std::string> SystemPath(const std::string& path);
 
 } // namespace platform

@@ -37,6 +37,7 @@ TEST_CASE("names with slashes are fine, folders and drives that are not there ar
   const TemporaryFolder folder;
   folder.Write("a", "x");
   CHECK(File::Open(folder.Path() + "/a", File::Mode::kRead));
+  CHECK(File::Open(folder.PathOf("no\\such\\..\\..\\.\\a"), File::Mode::kRead));
   for (const std::string& path : {folder.Path(), folder.PathOf("no\\a"), std::string("Q:\\a"), std::string()}) {
     CAPTURE(path);
     CHECK_FALSE(File::Open(path, File::Mode::kRead));

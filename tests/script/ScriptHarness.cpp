@@ -1,10 +1,10 @@
 #include "tests/script/ScriptHarness.h"
 
-std::string ScriptHarness::Run(std::string_view text) {
+std::string ScriptHarness::Run(std::string_view text, const char* baseDirectory) {
   const std::string terminated(text);
   m_output.clear();
   m_runner.PrepareRun();
-  m_result = m_runner.ExecuteScript(terminated, nullptr, Collect, this);
+  m_result = m_runner.ExecuteScript(terminated, baseDirectory, Collect, this);
   return m_output;
 }
 

@@ -11,8 +11,8 @@ class ScriptHarness {
 public:
   ScriptHarness() { m_runner.SetChannel(&m_channel); }
 
-  // The output of a run from the start, its diagnostic line included.
-  std::string Run(std::string_view text);
+  // The output of a run from the start, its diagnostic line included. Null: the process's current folder.
+  std::string Run(std::string_view text, const char* baseDirectory = nullptr);
   // The result of the last run.
   EONX_ERR_ERRCODE_ Result() const { return m_result; }
   CScriptRunner& Runner() { return m_runner; }

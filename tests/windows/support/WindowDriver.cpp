@@ -118,12 +118,13 @@ void Window::Resize(int width, int height) const {
 }
 
 void Window::Activate() const {
-  WaitFor(
-      "\"" + Text() + "\" to come to the front",
-      [this] {
-        SetForegroundWindow(m_handle);
-        return GetForegroundWindow() == m_handle;
-      });
+  const DWORD thread = GetWindowThreadProcessId(m_handle, nullptr);
+  WaitFor("\"" + Text() + "\" to come to the front", [&] {
+    SetForegroundWindow(m_handle);
+    GUITHREADINFO state{};
+    state.cbSize = sizeof(state);
+    return GetForegroundWindow() == m_handle && GetGUIThreadInfo(thread, &state) && state.hwndActive == m_handle;
+  });
 }
 
 void Window::WaitUntilGone(const std::string& what) const {

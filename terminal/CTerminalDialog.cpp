@@ -1,0 +1,201 @@
+#include "terminal/CTerminalDialog.h"
+
+#include "res/resource.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace {
+
+constexpr UINT kInputKeyMessage = WM_APP + 1;
+constexpr UINT kPollIntervalMs = 200;
+constexpr DWORD kSendLockMs = 500;
+constexpr std::uint32_t kChunk = 1023; // bytes
+
+// A poll reads until nothing more is there. A device that never stops would keep it, and the window with it, for ever;
+// after this time the rest waits for the next poll.
+constexpr std::chrono::milliseconds kReadingTime{30};
+
+constexpr POINT kMinimumSize{200, 250}; // pixels
+
+// How the controls follow the window's edges.
+constexpr struct {
+  UINT id;
+  DWORD flags;
+} kPlacements[] = {
+    {IDC_TERMINAL_CONFIGURATION, OND_PLACE_STRETCH_X | OND_PLACE_RIGHT},
+    {IDC_TERMINAL_ANSWERS, OND_PLACE_STRETCH_X | OND_PLACE_STRETCH_Y | OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDC_TERMINAL_INPUT, OND_PLACE_STRETCH_X | OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDC_TERMINAL_APPEND_CR, OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDC_TERMINAL_CLEAR, OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDC_TERMINAL_COPY, OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDOK, OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+    {IDC_TERMINAL_STATUS, OND_PLACE_STRETCH_X | OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
+};
+
+} // namespace
+
+CTerminalDialog::CTerminalDialog() : CONXDialog(IDD_TERMINAL), m_splitter(CLogListBox::kLines + 1) {
+  SetTimerInterval(kPollIntervalMs);
+  LoadSmallIcon(IDI_TERMINAL);
+  m_font.CreateStockObject(SYSTEM_FIXED_FONT);
+  m_input.SetKeyMessage(kInputKeyMessage);
+}
+
+bool CTerminalDialog::OnWndMsg(const Message& message, LRESULT& result) {
+  static constexpr MessageEntry kMap[] = {
+      OnMessage<&CTerminalDialog::OnTimer>(WM_TIMER),
+      OnMessage<&CTerminalDialog::OnInputKey>(kInputKeyMessage),
+      OnMessage<&CTerminalDialog::OnGetMinMaxInfo>(WM_GETMINMAXINFO),
+      OnCommand<&CTerminalDialog::OnAppendCr>(IDC_TERMINAL_APPEND_CR),
+      OnCommand<&CTerminalDialog::OnClear>(IDC_TERMINAL_CLEAR),
+      OnCommand<&CTerminalDialog::OnCopy>(IDC_TERMINAL_COPY),
+  };
+  return Dispatch(kMap, message, result) || CONXDialog::OnWndMsg(message, result);
+}
+
+bool CTerminalDialog::OnInitDialog() {
+  CONXDialog::OnInitDialog();
+  m_answers.SubclassDlgItem(IDC_TERMINAL_ANSWERS, *this);
+  m_input.SubclassDlgItem(IDC_TERMINAL_INPUT, *this);
+  m_font.ApplyTo(m_answers);
+  m_font.ApplyTo(m_input);
+  for (const auto& placement : kPlacements)
+    AutoDlgCtrlPlacement(placement.id, placement.flags);
+  CheckDlgButton(IDC_TERMINAL_APPEND_CR, m_appendCr);
+  return true;
+}
+
+void CTerminalDialog::UpdateDialogState() {
+  UpdateCommStatus(IDC_TERMINAL_CONFIGURATION);
+}
+
+void CTerminalDialog::OnGetMinMaxInfo(const Message& message) {
+  reinterpret_cast<MINMAXINFO*>(message.lParam)->ptMinTrackSize = kMinimumSize;
+}
+
+void CTerminalDialog::OnAppendCr() {
+  m_appendCr = IsDlgButtonChecked(IDC_TERMINAL_APPEND_CR);
+}
+
+void CTerminalDialog::OnClear() {
+  m_answers.Clear();
+  m_splitter.ForgetUnfinished();
+  RepairHorizontalScrollbarExtendInListBox(&m_answers);
+}
+
+void CTerminalDialog::OnCopy() {
+  CopyListBoxContentToClipBoard(&m_answers);
+}
+
+// --- sending
+
+// Enter anywhere in the window, or "Close".
+void CTerminalDialog::OnOK() {
+  if (HasFocus(IDOK))
+    CONXDialog::OnOK();
+  else if (HasFocus(IDC_TERMINAL_INPUT))
+    SetDlgItemText(IDC_TERMINAL_STATUS, SendLine());
+}
+
+void CTerminalDialog::OnCancel() {
+  if (HasFocus(IDC_TERMINAL_INPUT))
+    m_input.SetWindowText("");
+  else
+    CONXDialog::OnCancel();
+}
+
+std::string CTerminalDialog::SendLine() {
+  if (!GetDeviceComm())
+    return "Not connected to communication device!";
+  const CChannelLock lock(*this, kSendLockMs);
+  return lock ? SendLine(*lock.channel()) : "Communication device is locked!";
+}
+
+std::string CTerminalDialog::SendLine(COndDeviceComm_0& channel) {
+  const bool appendCr = m_appendCr;
+  const std::string text = m_input.GetWindowText();
+  m_history.Add({text, appendCr});
+  std::string problem;
+  int ok = 0;
+  std::string bytes = CONXDeviceClient::ParseString(text.c_str(), text.size(), '\0', nullptr, &problem, &ok);
+  if (!ok)
+    return problem;
+  bytes.resize(std::min(bytes.find('\0'), bytes.size())); // the Terminal never sends a zero byte
+  if (appendCr)
+    bytes += '\r';
+  std::uint64_t written = 0;
+  if (const std::int32_t code = channel.Transmit(bytes.data(), bytes.size(), &written); code != 0) {
+    const char* const words = channel.GetInfoString(OND_INFO_ERROR, code);
+    return std::string("Error: ") + (words ? words : "");
+  }
+  m_input.SetWindowText("");
+  return "Wrote \"" + text + (appendCr ? "\\r" : "") + "\" to device.";
+}
+
+LRESULT CTerminalDialog::OnInputKey(const Message& message) {
+  const TerminalHistoryEntry* entry = nullptr;
+  if (message.wParam == VK_UP)
+    entry = m_history.StepBack();
+  else if (message.wParam == VK_DOWN)
+    entry = m_history.StepForward();
+  if (!entry)
+    return 0;
+  m_input.SetWindowText(entry->text);
+  const int end = static_cast<int>(entry->text.size());
+  m_input.SetSel(end, end);
+  return 1;
+}
+
+// --- receiving
+
+bool CTerminalDialog::OnTimer(const Message& message) {
+  if (message.wParam != kTimerId)
+    return false;
+  if (GetDeviceComm())
+    Poll();
+  return true;
+}
+
+void CTerminalDialog::Poll() {
+  bool received = false;
+  {
+    const CChannelLock lock(*this, 0);
+    received = Receive(lock);
+  }
+  if (received)
+    ShowAnswers();
+  UpdateDialogState();
+}
+
+// The channel may serve messages meanwhile, so each round asks anew whether the lock, and with it the window, is there.
+bool CTerminalDialog::Receive(const CChannelLock& lock) {
+  const auto end = std::chrono::steady_clock::now() + kReadingTime;
+  char chunk[kChunk];
+  bool received = false;
+  while (lock) {
+    std::uint64_t count = 0;
+    if (lock.channel()->Receive(chunk, kChunk, &count) != 0 || count == 0)
+      break;
+    m_splitter.Feed({chunk, static_cast<std::size_t>(std::min<std::uint64_t>(count, kChunk))});
+    received = true;
+    if (std::chrono::steady_clock::now() >= end)
+      break;
+  }
+  return received;
+}
+
+// What somebody sees is the list at the end: one scroll, one repaint, one measuring, however much has come.
+void CTerminalDialog::ShowAnswers() {
+  const AnswerSplitter::Lines answers = m_splitter.TakeLines();
+  if (answers.lines.empty())
+    return;
+  const CLogListBox::Batch batch(m_answers);
+  if (answers.replaceLast)
+    m_answers.TakeLastLine();
+  if (answers.lines.size() > CLogListBox::kLines)
+    m_answers.Clear(); // all that is there would go, one by one
+  for (const std::string& line : answers.lines)
+    m_answers.AddLine(line);
+  RepairHorizontalScrollbarExtendInListBox(&m_answers);
+}

@@ -1,0 +1,95 @@
+// File and sub-script built-ins: what the scripts of tests/scripts cannot show.
+
+#include "platform/Platform.h"
+#include "tests/script/ScriptHarness.h"
+#include "tests/support/RunOnStack.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <doctest/doctest.h>
+
+namespace {
+
+std::size_t CountOf(const std::string& text, const std::string& searched) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(searched); at != std::string::npos; at = text.find(searched, at + 1))
+    ++count;
+  return count;
+}
+
+} // namespace
+
+TEST_CASE("the base directory is the script's folder, or the process's") {
+  const TemporaryFolder folder;
+  ScriptHarness harness;
+  CHECK(harness.Run("print(getbasepath());", folder.Path().c_str()) == folder.Path());
+  CHECK(harness.Run("print(getbasepath());") == platform::CurrentFolder());
+  CHECK(harness.Run("print(getbasepath());", "") == platform::CurrentFolder());
+}
+
+TEST_CASE("built-ins without a taker for their value") {
+  const TemporaryFolder folder;
+  folder.Write("there.txt", "x");
+  ScriptHarness harness;
+  CHECK(harness.Run("readstringfromfile(\"there.txt\"); getfilesize(\"there.txt\"); getbasepath();"
+                    "writestringtofile(\"made.txt\", \"y\"); receivestring();",
+                    folder.Path().c_str()) == "");
+  CHECK(folder.Read("made.txt") == "y");
+  CHECK(harness.Channel().Calls() == std::vector<std::string>{"Lock", "Unlock"}); // receivestring read nothing
+}
+
+TEST_CASE("bytes go through files unchanged, in any amount") {
+  const TemporaryFolder folder;
+  std::string bytes;
+  for (unsigned i = 0; i < 3'000'000; ++i)
+    bytes.push_back(static_cast<char>(i * 31 >> 5));
+  folder.Write("in.bin", bytes);
+  ScriptHarness harness;
+  CHECK(harness.Run("print(writestringtofile(\"out.bin\", readstringfromfile(\"in.bin\")));", folder.Path().c_str()) ==
+        "3000000");
+  CHECK((folder.Read("out.bin") == bytes));
+}
+
+TEST_CASE("names that lead nowhere are no errors") {
+  const TemporaryFolder folder;
+  ScriptHarness harness;
+  const std::string script = "var string long; long = \"x\"; while (strlen(long) < 5000) { long += long; }"
+                             "print(getfilesize(long), writestringtofile(long, \"x\"), getfilesize(\"sub\"),"
+                             "readstringfromfile(\"sub\"), writestringtofile(\"sub\", \"x\"),"
+                             "writestringtofile(\"sub\", \"x\", 0), writestringtofile(\"Q:\\\\x\", \"x\"));"
+                             "executesubscript(long);";
+  std::filesystem::create_directory(folder.SystemPath() / "sub");
+  CHECK(harness.Run(script, folder.Path().c_str()).find("000000System function failed near line 1/") == 0);
+  CHECK(folder.Names() == std::vector<std::string>{"sub"});
+}
+
+TEST_CASE("a sub-script that calls itself runs out of stack, not out of the process") {
+  const TemporaryFolder folder;
+  folder.Write("self.dcs", "executesubscript(\"self.dcs\");");
+  folder.Write("func.dcs", "func f() { executesubscriptfunc(\"func.dcs\", \"f\"); }");
+  for (const char* call : {"executesubscript(\"self.dcs\");", "executesubscriptfunc(\"func.dcs\", \"f\");"}) {
+    CAPTURE(call);
+    ScriptHarness harness;
+    std::string output;
+    RunOnStack(1024 * 1024, [&] { output = harness.Run(call, folder.Path().c_str()); });
+    CHECK(harness.Result() == EONX_ERR_SCRIPT);
+    const std::size_t depth = CountOf(output, "in subscript \"");
+    CHECK(depth > 10);
+    CHECK(CountOf(output, "out of memory error near line 1/") >= depth);
+  }
+}
+
+TEST_CASE("each sub-script run closes what it opened") {
+  const TemporaryFolder folder;
+  folder.Write("sub.dcs", "var string s; s = readstringfromfile(\"sub.dcs\");");
+  ScriptHarness harness;
+  CHECK(harness.Run("var int32 i; while (i < 3000) { executesubscript(\"sub.dcs\"); i += 1; } print(i);",
+                    folder.Path().c_str()) == "3000");
+}
+
+TEST_CASE("sub-scripts work on the channel of the run and lock nothing themselves") {
+  const TemporaryFolder folder;
+  folder.Write("sub.dcs", "transmitstring(\"hello\"); func f() { transmitstring(\"f\"); }");
+  ScriptHarness harness;
+  harness.Run("executesubscript(\"sub.dcs\"); executesubscriptfunc(\"sub.dcs\", \"f\");", folder.Path().c_str());
+  CHECK(harness.Channel().Calls() == std::vector<std::string>{"Lock", "Transmit hello", "Transmit f", "Unlock"});
+}

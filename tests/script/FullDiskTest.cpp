@@ -1,0 +1,20 @@
+#include "tests/script/ScriptHarness.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/posix/FileSizeLimit.h"
+
+TEST_CASE("writestringtofile tells how much really went to a full disk") {
+  const TemporaryFolder folder;
+  folder.Write("old.txt", "0123456789");
+  ScriptHarness harness;
+  std::string output;
+  {
+    const FileSizeLimit limit(8);
+    output =
+        harness.Run("print(writestringtofile(\"a.txt\", \"0123456789\"), \" \","
+                    "writestringtofile(\"old.txt\", \"abcd\", 6), \" \", writestringtofile(\"old.txt\", \"x\", 9));",
+                    folder.Path().c_str());
+  }
+  CHECK(output == "8 2 0");
+  CHECK(folder.Read("a.txt") == "01234567");
+  CHECK(folder.Read("old.txt") == "012345ab89");
+}

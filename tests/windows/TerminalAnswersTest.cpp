@@ -1,0 +1,197 @@
+// The Terminal's window: what the device answers.
+#include "tests/windows/TerminalWindow.h"
+
+#include <doctest/doctest.h>
+
+#include <atomic>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string Numbered(int from, int to) {
+  std::string text;
+  for (int i = from; i < to; ++i)
+    text += "line " + std::to_string(i) + "\r\n";
+  return text;
+}
+
+} // namespace
+
+TEST_CASE("answers become lines, wherever a poll cuts them") {
+  struct Case {
+    std::initializer_list<std::string> portions;
+    Lines shown;
+  };
+  const Case cases[] = {
+      {{"abc", "def\r\n"}, {"abcdef"}},
+      {{"a\r\r\nb\n\n"}, {"a", "b", ""}},
+      {{"a\r", "\nb"}, {"a", "b"}},
+      {{"a", "\r\r", "\r", "\n", "\n", "b"}, {"a", "", "b"}},
+      {{"\r\n\r\n"}, {"", ""}},
+      {{std::string("a\0b", 3), std::string("\0c\r", 3)}, {"a b c"}},
+      {{std::string(1023, 'x'), "y\r"}, {std::string(1023, 'x') + "y"}},
+  };
+  TerminalWindow terminal;
+  for (const Case& c : cases) {
+    terminal.Receive(c.portions);
+    CHECK(terminal.Answers() == c.shown);
+    terminal.Receive({"\r"}); // the next case begins a line
+    terminal.window.PressControl(IDC_TERMINAL_CLEAR);
+    WaitFor("the list to be empty", [&] { return terminal.NoAnswers(); });
+    terminal.Receive({"\n"}); // and has no CR before it
+  }
+}
+
+TEST_CASE("the timer polls by itself") {
+  TerminalWindow terminal;
+  terminal.channel.Answer({"by itself\r\n"});
+  WaitFor("the answer of a device that nobody asked", [&] { return terminal.Answers() == Lines{"by itself"}; });
+  terminal.channel.ForgetCalls();
+  const auto polls = [&] {
+    std::size_t count = 0;
+    for (const std::string& call : terminal.channel.Calls())
+      count += call.starts_with("Receive");
+    return count;
+  };
+  const DWORD begin = GetTickCount();
+  WaitFor("five polls", [&] { return polls() >= 5; });
+  CHECK(GetTickCount() - begin >= 4 * 200 - 50);
+}
+
+TEST_CASE("every byte value is shown") {
+  TerminalWindow terminal;
+  std::string bytes;
+  for (int byte = 1; byte < 256; ++byte)
+    if (byte != '\r' && byte != '\n')
+      bytes += static_cast<char>(byte);
+  terminal.Receive({bytes + "\r", "next"});
+  CHECK(terminal.Answers() == Lines{bytes, "next"});
+}
+
+TEST_CASE("a line without an end stays one line, up to a size") {
+  constexpr std::size_t kMiB = 1 << 20;
+  TerminalWindow terminal;
+  terminal.Receive({std::string(kMiB / 2, 'x'), std::string(kMiB / 2, 'x')});
+  REQUIRE(terminal.Answers() == Lines{std::string(kMiB, 'x')});
+  CHECK(terminal.Control(IDC_TERMINAL_ANSWERS).Send(LB_GETHORIZONTALEXTENT) >= static_cast<LRESULT>(kMiB));
+  terminal.Receive({"more", "\rend"});
+  CHECK(terminal.Answers() == Lines{std::string(kMiB, 'x'), "more", "end"});
+}
+
+TEST_CASE("the list holds the last 5001 lines, scrolled to the end, as wide as the widest") {
+  TerminalWindow terminal;
+  const Window list = terminal.Control(IDC_TERMINAL_ANSWERS);
+  const auto checkList = [&](int firstLine, const std::string& last) {
+    const Lines lines = terminal.Answers();
+    REQUIRE(lines.size() == 5001);
+    CHECK(lines.front() == "line " + std::to_string(firstLine));
+    CHECK(lines.back() == last);
+    RECT lastItem{};
+    CHECK(list.Send(LB_GETITEMRECT, 5000, reinterpret_cast<LPARAM>(&lastItem)) != LB_ERR);
+    CHECK(lastItem.top >= 0);
+    CHECK(lastItem.top < list.ClientSize().cy);
+  };
+  const std::string wide(300, 'w');
+  terminal.Receive({wide + "\r\n" + Numbered(0, 5000)});
+  CHECK(terminal.Answers().front() == wide);
+  const LRESULT wideExtent = list.Send(LB_GETHORIZONTALEXTENT);
+  CHECK(wideExtent >= 300);
+
+  terminal.Receive({"unfinished"});
+  checkList(0, "unfinished");
+  CHECK(list.Send(LB_GETHORIZONTALEXTENT) < wideExtent);
+  terminal.Receive({" business\r\n"});
+  checkList(0, "unfinished business");
+  terminal.Receive({"a", "b\r\n" + Numbered(5000, 5010)});
+  checkList(11, "line 5009");
+  terminal.Receive({"gone", " by now\r\n" + Numbered(6000, 30000) + "unfinished"});
+  checkList(25000, "unfinished");
+}
+
+TEST_CASE("Clear starts anew, in mid-line too") {
+  TerminalWindow terminal;
+  terminal.Receive({"one\r\ntw"});
+  terminal.window.PressControl(IDC_TERMINAL_CLEAR);
+  WaitFor("the list to be empty", [&] { return terminal.NoAnswers(); });
+  terminal.Receive({"o\r\nthree"});
+  CHECK(terminal.Answers() == Lines{"o", "three"});
+}
+
+TEST_CASE("Copy puts the answers on the clipboard") {
+  TerminalWindow terminal;
+  terminal.Receive({"one\r\ntwo\tand more\r\n\r\nunfinished"});
+  terminal.window.PressControl(IDC_TERMINAL_COPY);
+  const auto clipboard = [] {
+    std::string text;
+    if (OpenClipboard(nullptr)) {
+      if (const HANDLE data = GetClipboardData(CF_TEXT)) {
+        text = static_cast<const char*>(GlobalLock(data));
+        GlobalUnlock(data);
+      }
+      CloseClipboard();
+    }
+    return text;
+  };
+  WaitFor("the clipboard", [&] { return clipboard() == "one\ntwo\tand more\n\nunfinished\n"; });
+}
+
+TEST_CASE("a device that goes away in mid-line leaves what it said, and goes on with it") {
+  TerminalWindow terminal;
+  terminal.Receive({"half a "});
+  SUBCASE("the channel fails") {
+    terminal.host.Do([&] { terminal.channel.receiveCode = -3; });
+    terminal.Poll();
+    CHECK(terminal.Answers() == Lines{"half a "});
+    terminal.host.Do([&] { terminal.channel.receiveCode = 0; });
+  }
+  SUBCASE("the channel is disconnected") {
+    terminal.client.Connect(nullptr);
+    terminal.Poll();
+    CHECK(terminal.Control(IDC_TERMINAL_CONFIGURATION).Text() == "No communication device...");
+    terminal.client.Connect(&terminal.channel);
+  }
+  SUBCASE("somebody else holds the channel") {
+    int other = 0;
+    REQUIRE(terminal.channel.Lock(&other, 0) == 0);
+    terminal.channel.Answer({"line\r"});
+    terminal.Poll();
+    CHECK(terminal.Control(IDC_TERMINAL_CONFIGURATION).Text().empty());
+    CHECK_FALSE(terminal.channel.AllTaken());
+    terminal.channel.Unlock(&other);
+    terminal.Receive({});
+    CHECK(terminal.Answers() == Lines{"half a line"});
+    return;
+  }
+  CHECK(terminal.Answers() == Lines{"half a "});
+  CHECK(terminal.Status().empty());
+  terminal.Receive({"line\r"});
+  CHECK(terminal.Answers() == Lines{"half a line"});
+}
+
+TEST_CASE("a device that never stops does not keep the window") {
+  TerminalWindow terminal;
+  terminal.host.Do([&] { terminal.channel.endless = true; });
+  WaitFor("a full list", [&] { return terminal.Answers().size() == 5001; });
+  terminal.Send("stop");
+  CHECK(terminal.Status() == "Wrote \"stop\\r\" to device.");
+  terminal.Focus(IDC_TERMINAL_COPY);
+  TypeKey(VK_ESCAPE);
+  terminal.window.WaitUntilGone("the Terminal's window");
+}
+
+TEST_CASE("a host may end the Terminal while it polls") {
+  TerminalWindow terminal;
+  std::atomic<bool> ended = false;
+  terminal.host.Do([&] {
+    terminal.channel.duringReceive = [&] {
+      if (!ended.exchange(true))
+        terminal.host.deleteInstance(terminal.client.get());
+    };
+  });
+  terminal.channel.Answer({"too late\r"});
+  WaitFor("the window to go with its object", [&] { return ended && !terminal.window.Exists(); });
+  terminal.host.Settle();
+  terminal.client.Forget();
+  CHECK(terminal.channel.LockDepth() == 0);
+}

@@ -1,0 +1,196 @@
+// The Terminal's window: what is typed, and the keys that work in it.
+#include "tests/windows/TerminalWindow.h"
+
+#include <doctest/doctest.h>
+
+TEST_CASE("a typed line goes out with its escapes decoded, and the status line says so") {
+  TerminalWindow terminal;
+  std::string upperHalf; // every byte that a key can give beyond ASCII
+  for (int byte = 0xA0; byte <= 0xFF; ++byte)
+    upperHalf += static_cast<char>(byte);
+  struct Case {
+    std::string typed;
+    bool appendCr;
+    std::string sent;
+    std::string status;
+  };
+  const Case cases[] = {
+      {"ver", true, "ver\r", "Wrote \"ver\\r\" to device."},
+      {"ver", false, "ver", "Wrote \"ver\" to device."},
+      {"", true, "\r", "Wrote \"\\r\" to device."},
+      {"", false, "", "Wrote \"\" to device."},
+      {R"(a\n\(255)\xb)", true, "", R"(Invalid ESC sequence "\x".)"},
+      {R"(a\t\(xFF)\e\\)", true, "a\t\xFF\x0E\\\r", R"(Wrote "a\t\(xFF)\e\\\r" to device.)"},
+      {R"(ab\0cd)", true, "ab\r", R"(Wrote "ab\0cd\r" to device.)"},
+      {R"(\(x)cd)", false, "", R"(Wrote "\(x)cd" to device.)"},
+      {"100 % & more %s", false, "100 % & more %s", "Wrote \"100 % & more %s\" to device."},
+      {upperHalf, false, upperHalf, "Wrote \"" + upperHalf + "\" to device."},
+      {std::string(20000, 'x'), true, std::string(20000, 'x') + "\r",
+       "Wrote \"" + std::string(20000, 'x') + "\\r\" to device."},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.typed);
+    terminal.SetAppendCr(c.appendCr);
+    terminal.Send(c.typed);
+    CHECK(terminal.Status() == c.status);
+    const bool sent = c.status.starts_with("Wrote");
+    CHECK(terminal.channel.TakeSent() == (sent ? std::vector{c.sent} : std::vector<std::string>()));
+    CHECK(terminal.Input().Text() == (sent ? "" : c.typed));
+  }
+}
+
+TEST_CASE("escapes that fail are named, nothing goes out and the line stays") {
+  TerminalWindow terminal;
+  const std::pair<const char*, const char*> cases[] = {
+      {"ab\\", "Incomplete ESC sequence at end of input."},
+      {"\\(12", "Incomplete ESC sequence at end of input."},
+      {"\\q", "Invalid ESC sequence \"\\q\"."},
+      {"\\N", "Invalid ESC sequence \"\\N\"."},
+      {"\\(1x)", "Invalid char in numerical ESC sequence \"x\"."},
+      {"\\(b2)", "Invalid char in numerical ESC sequence \"2\"."},
+      {"\\(256)", "Number too big in numerical ESC sequence"},
+      {"\\()", "Invalid number in ESC sequence \"0\"."},
+  };
+  for (const auto& [typed, message] : cases) {
+    CAPTURE(typed);
+    terminal.Send(typed);
+    CHECK(terminal.Status() == message);
+    CHECK(terminal.Input().Text() == typed);
+  }
+  CHECK(terminal.channel.TakeSent().empty());
+}
+
+TEST_CASE("a line that cannot go out stays in the input line") {
+  TerminalWindow terminal;
+  SUBCASE("no channel") {
+    terminal.client.Connect(nullptr);
+    terminal.Send("ver");
+    CHECK(terminal.Status() == "Not connected to communication device!");
+  }
+  SUBCASE("a channel that somebody else holds") {
+    int other = 0;
+    REQUIRE(terminal.channel.Lock(&other, 0) == 0);
+    terminal.channel.ForgetCalls();
+    terminal.Send("ver");
+    CHECK(terminal.Status() == "Communication device is locked!");
+    for (const std::string& call : terminal.channel.Calls())
+      CHECK(call == "Lock");
+    terminal.channel.Unlock(&other);
+  }
+  SUBCASE("a channel that fails") {
+    terminal.channel.transmitCode = -7;
+    terminal.Send("ver");
+    CHECK(terminal.Status() == "Error: text of error -7");
+    CHECK(terminal.channel.TakeSent() == std::vector<std::string>{"ver\r"});
+  }
+  CHECK(terminal.Input().Text() == "ver");
+  CHECK(terminal.channel.LockDepth() == 0);
+}
+
+TEST_CASE("Up and Down go through the lines that were sent") {
+  TerminalWindow terminal;
+  const auto press = [&](WORD key) {
+    terminal.Input().SetText("?");
+    TypeKey(key);
+    terminal.host.Settle();
+    WaitFor("the key to come through", [&] { return (GetAsyncKeyState(key) & 0x8000) == 0; });
+    terminal.host.Settle();
+    return terminal.Input().Text();
+  };
+  terminal.Focus(IDC_TERMINAL_INPUT);
+  CHECK(press(VK_UP) == "?");
+  CHECK(press(VK_DOWN) == "?");
+
+  terminal.Send("one");
+  terminal.Send("one");  // not stored twice
+  terminal.Send("t\\q"); // stored, though it did not go out
+  terminal.SetAppendCr(false);
+  terminal.Send("t\\q"); // differs in Append CR
+  for (const char* line : {"t\\q", "t\\q", "one", "t\\q"})
+    CHECK(press(VK_UP) == line);
+  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_UNCHECKED);
+
+  terminal.Send("four");
+  for (const char* line : {"one", "t\\q", "t\\q", "four", "one"})
+    CHECK(press(VK_DOWN) == line);
+  DWORD from = 0, to = 0;
+  terminal.Input().Send(EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+  CHECK(from == 3);
+  CHECK(to == 3);
+  CHECK(press(VK_LEFT) == "?"); // no key of the history
+}
+
+TEST_CASE("the focus starts in the input line and goes around by Tab") {
+  TerminalWindow terminal;
+  const auto waitForFocus = [&](int id) {
+    WaitFor("the focus on control " + std::to_string(id),
+            [&] { return terminal.FocusedWindow() == terminal.Control(id).Handle(); });
+  };
+  terminal.window.Activate();
+  waitForFocus(IDC_TERMINAL_INPUT);
+  for (const int id : {IDC_TERMINAL_APPEND_CR, IDC_TERMINAL_CLEAR, IDC_TERMINAL_COPY, static_cast<int>(IDOK),
+                       IDC_TERMINAL_ANSWERS, IDC_TERMINAL_INPUT}) {
+    TypeKey(VK_TAB);
+    waitForFocus(id);
+  }
+  terminal.Focus(IDC_TERMINAL_COPY);
+  terminal.client.Show("Terminal");
+  waitForFocus(IDC_TERMINAL_INPUT);
+}
+
+TEST_CASE("Enter and Escape depend on where the focus is") {
+  TerminalWindow terminal;
+  terminal.Receive({"a\r"});
+  terminal.Input().SetText("typed");
+  const auto type = [&](int focus, WORD key) {
+    terminal.Focus(focus);
+    TypeKey(key);
+    terminal.host.Settle();
+  };
+
+  for (const int id : {IDC_TERMINAL_ANSWERS, IDC_TERMINAL_APPEND_CR})
+    type(id, VK_RETURN);
+  CHECK(terminal.channel.TakeSent().empty());
+  CHECK(terminal.window.Visible());
+  CHECK(terminal.Input().Text() == "typed");
+  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_CHECKED);
+
+  type(IDC_TERMINAL_CLEAR, VK_RETURN); // a push button with the focus is pressed
+  WaitFor("Enter on \"Clear\" to clear", [&] { return terminal.NoAnswers(); });
+  CHECK(terminal.window.Visible());
+
+  type(IDC_TERMINAL_INPUT, VK_ESCAPE);
+  WaitFor("Escape to empty the input line", [&] { return terminal.Input().Text().empty(); });
+  CHECK(terminal.window.Visible());
+
+  SUBCASE("Enter on Close") {
+    type(IDOK, VK_RETURN);
+  }
+  SUBCASE("a click on Close") {
+    terminal.Focus(IDC_TERMINAL_INPUT);
+    terminal.window.PressControl(IDOK);
+  }
+  SUBCASE("Escape outside of the input line") {
+    type(IDC_TERMINAL_COPY, VK_ESCAPE);
+  }
+  terminal.window.WaitUntilGone("the Terminal's window");
+  CHECK(terminal.channel.TakeSent().empty());
+}
+
+TEST_CASE("the window looks as it should") {
+  TerminalWindow terminal;
+  const auto fixed = reinterpret_cast<LRESULT>(GetStockObject(SYSTEM_FIXED_FONT));
+  CHECK(terminal.Control(IDC_TERMINAL_ANSWERS).Send(WM_GETFONT) == fixed);
+  CHECK(terminal.Input().Send(WM_GETFONT) == fixed);
+  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_CHECKED);
+  CHECK(terminal.window.Send(WM_GETICON, ICON_SMALL) != 0);
+  WaitFor("the channel's status", [&] {
+    return terminal.Control(IDC_TERMINAL_CONFIGURATION).Text() ==
+           "Channel description: Bench 4\nChannel configuration: 115200 8N1\nState: open";
+  });
+
+  terminal.window.Resize(10, 10);
+  const RECT place = terminal.window.Place();
+  CHECK(place.right - place.left == 200);
+  CHECK(place.bottom - place.top == 250);
+}
