@@ -56,6 +56,7 @@ bool CTerminalDialog::OnWndMsg(const Message& message, LRESULT& result) {
 
 bool CTerminalDialog::OnInitDialog() {
   CONXDialog::OnInitDialog();
+  m_status.SubclassDlgItem(IDC_TERMINAL_CONFIGURATION, *this);
   m_answers.SubclassDlgItem(IDC_TERMINAL_ANSWERS, *this);
   m_input.SubclassDlgItem(IDC_TERMINAL_INPUT, *this);
   m_font.ApplyTo(m_answers);

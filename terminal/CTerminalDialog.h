@@ -7,6 +7,7 @@
 #include "terminal/TerminalHistory.h"
 #include "window/CFont.h"
 #include "window/CLogListBox.h"
+#include "window/CStatusGroupBox.h"
 
 class CTerminalDialog : public CONXDialog {
 public:
@@ -39,6 +40,7 @@ private:
   void ShowAnswers();
 
   CFont m_font; // of answers and input line
+  CStatusGroupBox m_status;
   CLogListBox m_answers;
   CTerminalEdit m_input;
   AnswerSplitter m_splitter;
