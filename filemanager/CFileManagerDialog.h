@@ -8,7 +8,7 @@
 #include "filemanager/CFMDeviceListCtrl.h"
 #include "filemanager/COndFMLocalListCtrl.h"
 #include "frame/CONXDialog.h"
-#include "window/CStatusGroupBox.h"
+#include "window/CStatusGroup.h"
 
 #include <string>
 #include <vector>
@@ -58,7 +58,7 @@ private:
   bool OnShowWindow(const Message& message);
   void EnableButtons();
 
-  CStatusGroupBox m_status;
+  CStatusGroup m_status;
   COndFMLocalListCtrl m_localList;
   CFMDeviceListCtrl m_deviceList;
   bool m_continueOnError = true;

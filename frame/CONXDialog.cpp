@@ -235,11 +235,10 @@ void CONXDialog::OnSizeDlgCtrlPlacement(int cx, int cy) {
   if (!moves)
     return;
   EndDeferWindowPos(moves);
-  for (const Placement& placement : m_placements) {
-    const HWND control = GetDlgItem(static_cast<int>(placement.id));
-    if (control && (HasAll(placement.flags, kStretchX) || HasAll(placement.flags, kStretchY)))
+  // The stretched ones need it; one that only moved may have lost its picture to the new place of another.
+  for (const Placement& placement : m_placements)
+    if (const HWND control = GetDlgItem(static_cast<int>(placement.id)))
       InvalidateRect(control, nullptr, FALSE);
-  }
 }
 
 // --- lists

@@ -1,6 +1,7 @@
 #include "terminal/CTerminalDialog.h"
 
 #include "res/resource.h"
+#include "window/CTextMeasure.h"
 
 #include <algorithm>
 #include <chrono>
@@ -13,8 +14,10 @@ constexpr DWORD kSendLockMs = 500;
 constexpr std::uint32_t kChunk = 1023; // bytes
 
 // A poll reads until nothing more is there. A device that never stops would keep it, and the window with it, for ever;
-// after this time the rest waits for the next poll.
-constexpr std::chrono::milliseconds kReadingTime{30};
+// beyond either limit the rest waits for the next poll. The first is for slow channels, the second for fast ones:
+// measuring and drawing what was read takes longer than reading it.
+constexpr std::chrono::milliseconds kReadingTime{20};
+constexpr std::size_t kReadingBytes = 3 << 19; // 1.5 MiB
 
 constexpr POINT kMinimumSize{200, 250}; // pixels
 
@@ -32,6 +35,14 @@ constexpr struct {
     {IDOK, OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
     {IDC_TERMINAL_STATUS, OND_PLACE_STRETCH_X | OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
 };
+
+// In its parent's client area.
+RECT PlaceOf(HWND control) {
+  RECT place{};
+  GetWindowRect(control, &place);
+  MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
 
 } // namespace
 
@@ -55,16 +66,32 @@ bool CTerminalDialog::OnWndMsg(const Message& message, LRESULT& result) {
 }
 
 bool CTerminalDialog::OnInitDialog() {
+  m_configuration.SubclassDlgItem(IDC_TERMINAL_CONFIGURATION, *this); // before its first status
   CONXDialog::OnInitDialog();
-  m_status.SubclassDlgItem(IDC_TERMINAL_CONFIGURATION, *this);
   m_answers.SubclassDlgItem(IDC_TERMINAL_ANSWERS, *this);
   m_input.SubclassDlgItem(IDC_TERMINAL_INPUT, *this);
   m_font.ApplyTo(m_answers);
   m_font.ApplyTo(m_input);
+  MakeRoomForAppendCr();
   for (const auto& placement : kPlacements)
     AutoDlgCtrlPlacement(placement.id, placement.flags);
   CheckDlgButton(IDC_TERMINAL_APPEND_CR, m_appendCr);
   return true;
+}
+
+// The template's room for "Append CR" is too small where the system has a wider font for the dialog's. The input line
+// gives what is missing.
+void CTerminalDialog::MakeRoomForAppendCr() {
+  const HWND box = GetDlgItem(IDC_TERMINAL_APPEND_CR);
+  const CTextMeasure measure(*this);
+  const int needed = GetSystemMetrics(SM_CXMENUCHECK) + measure.Width(GetDlgItemText(IDC_TERMINAL_APPEND_CR) + "  ");
+  const RECT place = PlaceOf(box), input = PlaceOf(m_input.GetSafeHwnd());
+  const int missing = needed - (place.right - place.left);
+  if (missing <= 0)
+    return;
+  MoveWindow(box, place.left - missing, place.top, needed, place.bottom - place.top, FALSE);
+  MoveWindow(m_input.GetSafeHwnd(), input.left, input.top, input.right - input.left - missing, input.bottom - input.top,
+             FALSE);
 }
 
 void CTerminalDialog::UpdateDialogState() {
@@ -173,17 +200,16 @@ void CTerminalDialog::Poll() {
 bool CTerminalDialog::Receive(const CChannelLock& lock) {
   const auto end = std::chrono::steady_clock::now() + kReadingTime;
   char chunk[kChunk];
-  bool received = false;
-  while (lock) {
+  std::size_t total = 0;
+  while (lock && total < kReadingBytes && (total == 0 || std::chrono::steady_clock::now() < end)) {
     std::uint64_t count = 0;
     if (lock.channel()->Receive(chunk, kChunk, &count) != 0 || count == 0)
       break;
-    m_splitter.Feed({chunk, static_cast<std::size_t>(std::min<std::uint64_t>(count, kChunk))});
-    received = true;
-    if (std::chrono::steady_clock::now() >= end)
-      break;
+    const std::size_t received = std::min<std::size_t>(count, kChunk);
+    m_splitter.Feed({chunk, received});
+    total += received;
   }
-  return received;
+  return total != 0;
 }
 
 // What somebody sees is the list at the end: one scroll, one repaint, one measuring, however much has come.

@@ -7,7 +7,10 @@
 #include "terminal/TerminalHistory.h"
 #include "window/CFont.h"
 #include "window/CLogListBox.h"
-#include "window/CStatusGroupBox.h"
+<<<<<<< HEAD
+=======
+#include "window/CStatusGroup.h"
+>>>>>>> refs/heads/main
 
 class CTerminalDialog : public CONXDialog {
 public:
@@ -38,9 +41,13 @@ private:
   // Whether something came.
   bool Receive(const CChannelLock& lock);
   void ShowAnswers();
+  void MakeRoomForAppendCr();
 
   CFont m_font; // of answers and input line
-  CStatusGroupBox m_status;
+<<<<<<< HEAD
+=======
+  CStatusGroup m_configuration;
+>>>>>>> refs/heads/main
   CLogListBox m_answers;
   CTerminalEdit m_input;
   AnswerSplitter m_splitter;

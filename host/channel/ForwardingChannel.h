@@ -45,6 +45,11 @@ public:
   std::int32_t DeleteDeviceFile(std::uint8_t fileId) override { return m_inner->DeleteDeviceFile(fileId); }
   std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override { return m_inner->FormatDevice(usedBlocksOnly); }
 
+protected:
+  Channel* Inner() const { return m_inner.get(); }
+  // Puts another channel inside; returns the one that was there. No call may be on its way to it.
+  std::unique_ptr<Channel> Exchange(std::unique_ptr<Channel> inner) { return std::exchange(m_inner, std::move(inner)); }
+
 private:
   std::unique_ptr<Channel> m_inner;
 };

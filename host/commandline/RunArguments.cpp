@@ -1,6 +1,7 @@
 #include "host/commandline/RunArguments.h"
 
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/RepeatedOption.h"
 #include "host/support/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -10,8 +11,6 @@
 namespace host {
 namespace {
 
-constexpr unsigned kLongestBlockTime = 60000; // ms
-
 const Variable* FindVariable(const std::vector<Variable>& variables, const std::string& name) {
   const auto found = std::find_if(variables.begin(), variables.end(),
                                   [&](const Variable& variable) { return EqualIgnoringCase(variable.name, name); });
@@ -19,23 +18,6 @@ const Variable* FindVariable(const std::vector<Variable>& variables, const std::
 }
 
 } // namespace
-
-void AddRepeatedOption(CLI::App& command, const std::string& name, std::vector<std::string>& values,
-                       const std::string& form, const std::string& description) {
-  // The library's own lists of texts would take several values at once and give "[...]" and "{}" a meaning.
-  command
-      .add_option(
-          name,
-          [&values](const CLI::results_t& results) {
-            values = results;
-            return true;
-          },
-          description)
-      ->type_name(form)
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
 
 void AddSetOption(CLI::App& command, std::vector<std::string>& values) {
   AddRepeatedOption(command, "--set", values, "NAME:TYPE=VALUE",
@@ -59,24 +41,18 @@ std::optional<std::vector<Variable>> ParseVariables(const std::vector<std::strin
   return variables;
 }
 
-RunOptions::RunOptions(CLI::App& command) {
+RunOptions::RunOptions(CLI::App& command) : m_channel(command) {
   command.add_option("FILE", m_arguments.script, "the script; - reads it from standard input")->required();
-  command.add_option("--channel", m_arguments.channel.text, std::string("the device: ") + kChannelForms)
-      ->capture_default_str();
   AddSetOption(command, m_sets);
   AddRepeatedOption(command, "--get", m_arguments.gets, "NAME", "print this variable of --set after the run");
-  command.add_option("--device-dir", m_arguments.channel.sim.folder,
-                     "folder in which the simulated device keeps its files");
-  AddRepeatedOption(command, "--fault", m_faults, "OPERATION[:N]=CODE",
-                    "the N-th call (without N: every call) of a channel operation answers CODE");
-  command
-      .add_option("--block-time", m_blockTime, "milliseconds that the simulated device takes for a block of 512 bytes")
-      ->check(CLI::Range(0U, kLongestBlockTime));
 }
 
 std::optional<RunArguments> RunOptions::Resolve(std::string& error) const {
   RunArguments arguments = m_arguments;
-  arguments.channel.sim.blockTime = std::chrono::milliseconds(m_blockTime);
+  auto channel = m_channel.Resolve(error);
+  if (!channel)
+    return std::nullopt;
+  arguments.channel = std::move(*channel);
   auto variables = ParseVariables(m_sets, error);
   if (!variables)
     return std::nullopt;
@@ -86,14 +62,6 @@ std::optional<RunArguments> RunOptions::Resolve(std::string& error) const {
       error = "--get " + name + ": no --set gives this variable";
       return std::nullopt;
     }
-  }
-  for (const std::string& text : m_faults) {
-    const auto fault = ParseFault(text, error);
-    if (!fault) {
-      error = "--fault " + text + ": " + error;
-      return std::nullopt;
-    }
-    arguments.channel.faults.push_back(*fault);
   }
   return arguments;
 }

@@ -1,7 +1,7 @@
 // The options that both command lines share.
 #pragma once
 
-#include "host/channel/ChannelFactory.h"
+#include "host/commandline/ChannelArguments.h"
 #include "host/commandline/Variables.h"
 
 #include <optional>
@@ -22,10 +22,6 @@ struct RunArguments {
   std::vector<std::string> gets;   // each the name of one of the variables
 };
 
-// An option that takes one value and may be given again; the values go to `values` as they are typed. `form` shows how
-// one looks.
-void AddRepeatedOption(CLI::App& command, const std::string& name, std::vector<std::string>& values,
-                       const std::string& form, const std::string& description);
 // `--set`.
 void AddSetOption(CLI::App& command, std::vector<std::string>& values);
 
@@ -44,10 +40,9 @@ public:
   std::optional<RunArguments> Resolve(std::string& error) const;
 
 private:
+  ChannelArguments m_channel;
   RunArguments m_arguments; // what needs no second look
   std::vector<std::string> m_sets;
-  std::vector<std::string> m_faults;
-  unsigned m_blockTime = 0; // ms
 };
 
 // Parses a command line. Nothing: go on; otherwise the process's exit code (help, version, usage error).

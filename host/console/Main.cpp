@@ -1,13 +1,15 @@
-// The sample host's command line.
+// The sample host's command line. Without a command it opens the windows.
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/console/Module.h"
 #include "host/console/ModuleScript.h"
 #include "host/support/BinaryStreams.h"
+#include "host/windows/Program.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -16,12 +18,15 @@ namespace {
 constexpr const char* kProgram = "ondhost";
 
 constexpr const char* kFooter = R"(Examples:
+  ondhost
+  ondhost --device-dir C:\bench\device
   ondhost list
   ondhost run sweep.dcs
   ondhost run flash.dcs --device-dir C:\bench\device --set unit:string=A17
   ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total
   ondhost run flash.dcs --fault TransmitFile:2=6
 
+Without a command, the windows open, on the channel that the options describe.
 A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call.)";
 
 std::optional<host::Module> LoadModule() {
@@ -64,23 +69,42 @@ int Run(const host::RunOptions& options) {
   return host::RunScript(kProgram, *arguments, machine);
 }
 
+int ShowWindows(const host::ChannelArguments& arguments) {
+  std::string error;
+  const auto options = arguments.Resolve(error);
+  if (!options) {
+    host::PrintMessage(kProgram, error);
+    return host::kExitUsage;
+  }
+  return host::RunWindows(kProgram, *options);
+}
+
+bool HasOptions(const CLI::App& app) {
+  const auto options = app.get_options();
+  return std::any_of(options.begin(), options.end(), [](const CLI::Option* option) { return option->count() != 0; });
+}
+
 int Main(int argc, char** argv) {
   host::UseBinaryStreams();
-  CLI::App app("Runs device scripts through OndDeviceClient.dll.", kProgram);
+  CLI::App app("Works with a device through OndDeviceClient.dll: with windows, or from a script.", kProgram);
   app.set_version_flag("--version", std::string(kProgram) + " " OND_VERSION);
   app.footer(kFooter);
+  const host::ChannelArguments channel(app);
   CLI::App* const run = app.add_subcommand("run", "Runs a script and prints its output");
   run->footer(kFooter);
   const host::RunOptions options(*run);
   const CLI::App* const list = app.add_subcommand("list", "Prints the kinds of object that the module makes");
   if (const auto code = host::ParseCommandLine(app, argc, argv))
     return *code;
+  if (!app.get_subcommands().empty() && HasOptions(app)) {
+    host::PrintMessage(kProgram, "options stand behind the command; --help tells more");
+    return host::kExitUsage;
+  }
   if (list->parsed())
     return List();
   if (run->parsed())
     return Run(options);
-  std::fputs(app.help().c_str(), stderr);
-  return host::kExitUsage;
+  return ShowWindows(channel);
 }
 
 } // namespace

@@ -1,0 +1,45 @@
+#include "host/windows/Program.h"
+
+#include "host/commandline/ExitCodes.h"
+#include "host/commandline/InterruptWatcher.h"
+#include "host/commandline/StandardStreams.h"
+#include "host/windows/MainWindow.h"
+#include "host/windows/OwnConsole.h"
+
+namespace host {
+namespace {
+
+// A loop as any program has it: it knows the host's own window, and nothing of the module's.
+void ServeMessages(const MainWindow& window) {
+  MSG message;
+  while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+    if (window.TakeKey(message))
+      continue;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
+}
+
+} // namespace
+
+int RunWindows(const char* program, const ChannelOptions& options) {
+  LeaveOwnConsole();
+  // Loaded on this thread, whose windows the tools' windows will be among; unloaded after all of them.
+  std::string problem;
+  const std::optional<Module> module = Module::Load(problem);
+  MainWindow window(options);
+  if (!window.Create()) {
+    PrintMessage(program, "no window can be shown here");
+    return EONX_ERR_DIALOG;
+  }
+  const InterruptWatcher watcher([handle = window.Handle()] { PostMessageA(handle, WM_CLOSE, 0, 0); });
+  if (module)
+    window.UseModule(*module);
+  else
+    window.DoWithoutModule(problem);
+  window.ConnectChannel();
+  ServeMessages(window);
+  return 0;
+}
+
+} // namespace host

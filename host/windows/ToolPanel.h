@@ -1,0 +1,51 @@
+// The lower part of the main window, and its "Tools" menu: the module's device clients and their windows.
+#pragma once
+
+#include "host/console/Module.h"
+
+#include <string>
+#include <vector>
+#include <windows.h>
+
+namespace host {
+
+// Makes one object of each kind that the module has, with a button and a menu item that show and hide its window, and
+// show which it is. [user-interface thread]
+class ToolPanel {
+public:
+  ToolPanel() = default;
+  ToolPanel(const ToolPanel&) = delete;
+  ToolPanel& operator=(const ToolPanel&) = delete;
+
+  // The objects will tell `window` of their windows' events by `eventMessage`.
+  void Attach(HWND window, const Module& module, UINT eventMessage);
+  // Says in the buttons' place why there are none.
+  void AttachProblem(HWND window, const std::string& problem);
+
+  // Connects all objects; null disconnects them.
+  void Connect(COndDeviceComm_0* channel);
+  // Shows the window of a tool or hides it. False: `command` is none of a tool's.
+  bool OnCommand(UINT command);
+  // Lets buttons and menu items show which windows are open.
+  void Refresh();
+  // Fits the buttons into the group box, side by side.
+  void Layout();
+  // Ends all objects, their windows with them, and what these are doing. Safe at any time, and again.
+  void End();
+
+private:
+  struct Tool {
+    std::string name;
+    Module::Object object;
+    HWND button;
+    UINT command;
+  };
+  void Add(const Module::Kind& kind, Module::Object object);
+  void Toggle(Tool& tool);
+
+  HWND m_window = nullptr;
+  std::vector<Tool> m_tools;
+  std::string m_mnemonics; // letters in use, lower case
+};
+
+} // namespace host
