@@ -80,17 +80,10 @@ protected:
 
   CONXDeviceClient_0* GetOwnerClass() const { return m_owner; } // null when there is none (any more)
   COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
-<<<<<<< HEAD
-  // Gives back the channel although locks are in scope, which then hold nothing any more.
-  void ReleaseLocks();
-  // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
-  static constexpr UINT_PTR kTimerId = 1;
-=======
   // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
   static constexpr UINT_PTR kTimerId = 1;
   // Gives back the channel although locks are in scope, which then hold nothing any more.
   void ReleaseLocks();
->>>>>>> refs/heads/main
   // For the constructors of derived dialogs.
   void SetTimerInterval(UINT milliseconds) { m_timerInterval = milliseconds; }
   void LoadSmallIcon(UINT iconId);

@@ -7,10 +7,7 @@
 #include "terminal/TerminalHistory.h"
 #include "window/CFont.h"
 #include "window/CLogListBox.h"
-<<<<<<< HEAD
-=======
 #include "window/CStatusGroup.h"
->>>>>>> refs/heads/main
 
 class CTerminalDialog : public CONXDialog {
 public:
@@ -44,10 +41,7 @@ private:
   void MakeRoomForAppendCr();
 
   CFont m_font; // of answers and input line
-<<<<<<< HEAD
-=======
   CStatusGroup m_configuration;
->>>>>>> refs/heads/main
   CLogListBox m_answers;
   CTerminalEdit m_input;
   AnswerSplitter m_splitter;
