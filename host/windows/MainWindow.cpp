@@ -1,6 +1,7 @@
 #include "host/windows/MainWindow.h"
 
 #include "host/windows/Boxes.h"
+#include "host/windows/WindowPlaces.h"
 #include "host/windows/resource.h"
 
 #include <exception>
@@ -119,12 +120,12 @@ bool MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void MainWindow::OnInit() {
-  SetWindowTextA(m_window, kHostTitle);
   SetIcon(m_window, ICON_SMALL, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
   SetIcon(m_window, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
   RECT place{};
   GetWindowRect(m_window, &place);
   m_smallest = {place.right - place.left, place.bottom - place.top};
+  PlaceMainWindow(m_window);
   m_layout.Attach(m_window,
                   {IDC_CHANNEL_GROUP, IDC_CHANNEL_TEXT, IDC_CHANNEL_FORMS, IDC_CHANNEL_DESCRIPTION,
                    IDC_CHANNEL_CONFIGURATION, IDC_CHANNEL_STATE, IDC_TOOLS_GROUP, IDC_TOOLS_PROBLEM},
@@ -144,7 +145,7 @@ bool MainWindow::OnCommand(UINT command, UINT notification) {
     Close();
     return true;
   case IDM_ABOUT:
-    ShowNote(m_window, "ondhost " OND_VERSION "\n\nSample host of OndDeviceClient.dll.");
+    ShowNote(m_window, "About ondhost", "ondhost " OND_VERSION "\n\nSample host of OndDeviceClient.dll.");
     return true;
   case IDOK:
     OnEnter();

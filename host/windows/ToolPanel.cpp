@@ -3,8 +3,10 @@
 #include "host/commandline/ExitCodes.h"
 #include "host/support/Text.h"
 #include "host/windows/Boxes.h"
+#include "host/windows/WindowPlaces.h"
 #include "host/windows/resource.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace host {
@@ -95,11 +97,20 @@ bool ToolPanel::OnCommand(UINT command) {
 void ToolPanel::Toggle(Tool& tool) {
   const std::string name = tool.name; // a box lets the user close everything, this tool included
   const bool open = tool.object->IsNonModalDialogOpen() != 0;
-  const EONX_ERR_ERRCODE_ result =
-      open ? tool.object->CloseDialogNonModal() : tool.object->ShowDialogNonModal(m_window);
+  const EONX_ERR_ERRCODE_ result = open ? tool.object->CloseDialogNonModal() : Show(tool);
   Refresh();
   if (result != EONX_ERR_NONE)
     ShowError(m_window, name + ": " + ResultText(result) + ".");
+}
+
+EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
+  const std::vector<HWND> before = OwnedWindows(m_window);
+  const EONX_ERR_ERRCODE_ result = tool.object->ShowDialogNonModal(m_window);
+  for (const HWND window : OwnedWindows(m_window)) {
+    if (std::find(before.begin(), before.end(), window) == before.end())
+      PlaceBeside(m_window, window, tool.command - IDM_FIRST_TOOL);
+  }
+  return result;
 }
 
 void ToolPanel::Refresh() {

@@ -42,6 +42,8 @@ private:
   };
   void Add(const Module::Kind& kind, Module::Object object);
   void Toggle(Tool& tool);
+  // A window that comes up for the first time gets a place where it covers nothing.
+  EONX_ERR_ERRCODE_ Show(Tool& tool);
 
   HWND m_window = nullptr;
   std::vector<Tool> m_tools;

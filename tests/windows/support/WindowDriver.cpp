@@ -12,6 +12,7 @@ constexpr int kBoxTextId = 0xFFFF;
 
 struct Search {
   const std::string& caption;
+  DWORD process;
   HWND found = nullptr;
 };
 
@@ -19,7 +20,7 @@ BOOL CALLBACK MatchTop(HWND window, LPARAM parameter) {
   auto& search = *reinterpret_cast<Search*>(parameter);
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
-  if (process != GetCurrentProcessId() || !IsWindowVisible(window) || Window(window).Text() != search.caption)
+  if (process != search.process || !IsWindowVisible(window) || Window(window).Text() != search.caption)
     return TRUE;
   search.found = window;
   return FALSE;
@@ -45,16 +46,16 @@ void WaitFor(const std::string& what, const std::function<bool()>& condition, in
   }
 }
 
-Window Window::FindTop(const std::string& caption) {
-  Search search{caption};
+Window Window::FindTop(const std::string& caption, DWORD process) {
+  Search search{caption, process};
   EnumWindows(MatchTop, reinterpret_cast<LPARAM>(&search));
   return Window(search.found);
 }
 
-Window Window::WaitForTop(const std::string& caption) {
+Window Window::WaitForTop(const std::string& caption, DWORD process) {
   Window window;
   WaitFor("the window \"" + caption + "\"", [&] {
-    window = FindTop(caption);
+    window = FindTop(caption, process);
     return window.Exists();
   });
   return window;
@@ -128,8 +129,7 @@ void Window::Activate() const {
 }
 
 void Window::WaitUntilGone(const std::string& what) const {
-  WaitFor(
-      what + " to go away", [this] { return !Exists() || !Visible(); });
+  WaitFor(what + " to go away", [this] { return !Exists() || !Visible(); });
 }
 
 std::vector<std::string> Window::Items() const {
@@ -170,8 +170,8 @@ std::string Window::BoxText() const {
   return Control(kBoxTextId).Text();
 }
 
-void Window::AnswerBox(const std::string& caption, const std::string& text, int button) {
-  const Window box = WaitForTop(caption);
+void Window::AnswerBox(const std::string& caption, const std::string& text, int button, DWORD process) {
+  const Window box = WaitForTop(caption, process);
   CHECK(box.BoxText() == text);
   box.PressControl(button);
   box.WaitUntilGone("the box \"" + caption + "\"");
@@ -182,14 +182,18 @@ void TypeKey(WORD virtualKey) {
   SendKey(virtualKey, KEYEVENTF_KEYUP);
 }
 
+void TypeKeyWith(WORD held, WORD virtualKey) {
+  SendKey(held, 0);
+  TypeKey(virtualKey);
+  SendKey(held, KEYEVENTF_KEYUP);
+}
+
 void TypeText(const std::string& text) {
   for (const char c : text) {
     const SHORT key = VkKeyScanA(c);
-    const bool shift = (key & 0x100) != 0;
-    if (shift)
-      SendKey(VK_SHIFT, 0);
-    TypeKey(LOBYTE(key));
-    if (shift)
-      SendKey(VK_SHIFT, KEYEVENTF_KEYUP);
+    if ((key & 0x100) != 0)
+      TypeKeyWith(VK_SHIFT, LOBYTE(key));
+    else
+      TypeKey(LOBYTE(key));
   }
 }

@@ -18,10 +18,10 @@ public:
   Window() = default;
   explicit Window(HWND handle) : m_handle(handle) {}
 
-  // A visible top-level window of this process with that caption; waits for it to appear.
-  static Window WaitForTop(const std::string& caption);
+  // A visible top-level window with that caption, of this process or another; waits for it to appear.
+  static Window WaitForTop(const std::string& caption, DWORD process = GetCurrentProcessId());
   // The same without waiting; may be none.
-  static Window FindTop(const std::string& caption);
+  static Window FindTop(const std::string& caption, DWORD process = GetCurrentProcessId());
 
   HWND Handle() const { return m_handle; }
   bool Exists() const { return IsWindow(m_handle) != FALSE; }
@@ -57,7 +57,8 @@ public:
   void TypeFileName(const std::string& path) const;
 
   // --- message boxes: waits for one with that caption, checks its text, presses the button with that id
-  static void AnswerBox(const std::string& caption, const std::string& text, int button = IDOK);
+  static void AnswerBox(const std::string& caption, const std::string& text, int button = IDOK,
+                        DWORD process = GetCurrentProcessId());
   std::string BoxText() const;
 
 private:
@@ -66,4 +67,6 @@ private:
 
 // One key, down and up, typed into whatever window has the keyboard focus.
 void TypeKey(WORD virtualKey);
+// The same while another key is held down.
+void TypeKeyWith(WORD held, WORD virtualKey);
 void TypeText(const std::string& text);
