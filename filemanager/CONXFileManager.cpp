@@ -1,6 +1,10 @@
 #include "filemanager/CONXFileManager.h"
 
-#include "frame/CONXDialog.h"
+#include "filemanager/CFileManagerDialog.h"
+
+CONXDialog* CONXFileManager::CreateNewDialog(OndWindow) {
+  return new CFileManagerDialog;
+}
 
 void CONXFileManager::DeleteDialog(CONXDialog* dialog) {
   CONXDialog::Delete(dialog);

@@ -8,5 +8,6 @@ public:
   std::uint32_t GetObjType() override { return ONX_OBJ_FILE_MANAGER; }
 
 protected:
+  CONXDialog* CreateNewDialog(OndWindow parent) override;
   void DeleteDialog(CONXDialog* dialog) override;
 };

@@ -134,6 +134,10 @@ bool CONXDialog::OnInitDialog() {
 void CONXDialog::OnDestroy() {
   COndDeviceClientApp::Get().UnregisterDialog(GetSafeHwnd());
   StopTimer();
+  ReleaseLocks();
+}
+
+void CONXDialog::ReleaseLocks() {
   for (CChannelLock* lock = m_lock; lock; lock = lock->m_outer)
     lock->Release();
 }
@@ -231,11 +235,10 @@ void CONXDialog::OnSizeDlgCtrlPlacement(int cx, int cy) {
   if (!moves)
     return;
   EndDeferWindowPos(moves);
-  for (const Placement& placement : m_placements) {
-    const HWND control = GetDlgItem(static_cast<int>(placement.id));
-    if (control && (HasAll(placement.flags, kStretchX) || HasAll(placement.flags, kStretchY)))
+  // The stretched ones need it; one that only moved may have lost its picture to the new place of another.
+  for (const Placement& placement : m_placements)
+    if (const HWND control = GetDlgItem(static_cast<int>(placement.id)))
       InvalidateRect(control, nullptr, FALSE);
-  }
 }
 
 // --- lists

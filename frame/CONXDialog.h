@@ -82,6 +82,8 @@ protected:
   COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
   // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
   static constexpr UINT_PTR kTimerId = 1;
+  // Gives back the channel although locks are in scope, which then hold nothing any more.
+  void ReleaseLocks();
   // For the constructors of derived dialogs.
   void SetTimerInterval(UINT milliseconds) { m_timerInterval = milliseconds; }
   void LoadSmallIcon(UINT iconId);

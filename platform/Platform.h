@@ -76,6 +76,8 @@ public:
   // Seeking past the end is fine: the file grows with the next write.
   bool Seek(std::uint64_t offset);
   std::size_t Read(char* buffer, std::size_t size);
+  // Up to `count` bytes. Throws std::bad_alloc.
+  std::string ReadText(std::size_t count);
   std::size_t Write(const char* data, std::size_t size);
   // Tells whether everything since opening went well, closing included. False when closed already.
   bool Close();

@@ -11,7 +11,8 @@ namespace platform {
 // is a quarter of the stack, within 16 and 128 KiB: a worker's small stack still gets somewhere, a large one leaves a
 // host's callback plenty.
 inline std::size_t FreeAboveReserve(std::uintptr_t bottom, std::uintptr_t top, std::uintptr_t current) {
-  const std::uintptr_t reserve = std::clamp<std::uintptr_t>((top - bottom) / 4, 16 * 1024, 128 * 1024);
+  constexpr std::uintptr_t kKiB = 1024;
+  const std::uintptr_t reserve = std::clamp((top - bottom) / 4, 16 * kKiB, 128 * kKiB);
   const std::uintptr_t floor = bottom + reserve;
   return current > floor ? current - floor : 0;
 }

@@ -10,9 +10,9 @@ namespace {
 constexpr std::uint32_t kSteps = 40; // characters of the bar
 constexpr std::uint32_t kFlag = 1;   // the channel's own; always this
 
-// As it shows in the output, which is zero-terminated.
+// As it shows in the output, where a zero byte would end the line too early.
 std::string Shown(const std::string& text) {
-  return text.c_str();
+  return text.substr(0, text.find('\0'));
 }
 
 std::string NamePart(const std::string& path) {

@@ -44,9 +44,7 @@ ScriptError CONXReadStringFromFileFunc::Compute(const SysCall& call) {
   const std::uint64_t count = std::min<std::uint64_t>(Number32(call, 2, kAll), size - offset);
   if (count > SharedText::kMaxSize)
     return kOutOfMemory;
-  std::string bytes(count, '\0');
-  bytes.resize(file->Read(bytes.data(), bytes.size()));
-  return call.SetText(std::move(bytes));
+  return call.SetText(file->ReadText(count));
 }
 
 ScriptError CONXGetFileSizeFunc::Compute(const SysCall& call) {

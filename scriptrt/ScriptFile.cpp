@@ -9,9 +9,8 @@ ScriptFileResult ReadScriptFile(const std::string& fullPath, std::string* text) 
   const std::optional<std::uint64_t> size = file->Size();
   if (!size)
     return ScriptFileResult::kCannotRead;
-  text->resize(*size);
-  return file->Read(text->data(), text->size()) == text->size() ? ScriptFileResult::kRead
-                                                                : ScriptFileResult::kCannotRead;
+  *text = file->ReadText(*size);
+  return text->size() == *size ? ScriptFileResult::kRead : ScriptFileResult::kCannotRead;
 }
 
 std::string FolderOfScript(const std::string& fullPath) {

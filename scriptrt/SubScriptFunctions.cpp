@@ -17,7 +17,7 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
                       function, call.result};
   const ScriptError error = RunScript(run);
   if (error != kScriptOk && Services().output)
-    Write(std::string("in subscript \"").append(call.TextAt(0).Bytes().c_str()).append("\"\n").c_str());
+    Write(("in subscript \"" + call.TextAt(0).Bytes() + "\"\n").c_str());
   return error;
 }
 

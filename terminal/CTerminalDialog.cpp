@@ -1,6 +1,7 @@
 #include "terminal/CTerminalDialog.h"
 
 #include "res/resource.h"
+#include "window/CTextMeasure.h"
 
 #include <algorithm>
 #include <chrono>
@@ -33,6 +34,14 @@ constexpr struct {
     {IDC_TERMINAL_STATUS, OND_PLACE_STRETCH_X | OND_PLACE_RIGHT | OND_PLACE_BOTTOM},
 };
 
+// In its parent's client area.
+RECT PlaceOf(HWND control) {
+  RECT place{};
+  GetWindowRect(control, &place);
+  MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&place), 2);
+  return place;
+}
+
 } // namespace
 
 CTerminalDialog::CTerminalDialog() : CONXDialog(IDD_TERMINAL), m_splitter(CLogListBox::kLines + 1) {
@@ -55,15 +64,32 @@ bool CTerminalDialog::OnWndMsg(const Message& message, LRESULT& result) {
 }
 
 bool CTerminalDialog::OnInitDialog() {
+  m_configuration.SubclassDlgItem(IDC_TERMINAL_CONFIGURATION, *this); // before its first status
   CONXDialog::OnInitDialog();
   m_answers.SubclassDlgItem(IDC_TERMINAL_ANSWERS, *this);
   m_input.SubclassDlgItem(IDC_TERMINAL_INPUT, *this);
   m_font.ApplyTo(m_answers);
   m_font.ApplyTo(m_input);
+  MakeRoomForAppendCr();
   for (const auto& placement : kPlacements)
     AutoDlgCtrlPlacement(placement.id, placement.flags);
   CheckDlgButton(IDC_TERMINAL_APPEND_CR, m_appendCr);
   return true;
+}
+
+// The template's room for "Append CR" is too small where the system has a wider font for the dialog's. The input line
+// gives what is missing.
+void CTerminalDialog::MakeRoomForAppendCr() {
+  const HWND box = GetDlgItem(IDC_TERMINAL_APPEND_CR);
+  const CTextMeasure measure(*this);
+  const int needed = GetSystemMetrics(SM_CXMENUCHECK) + measure.Width(GetDlgItemText(IDC_TERMINAL_APPEND_CR) + "  ");
+  const RECT place = PlaceOf(box), input = PlaceOf(m_input.GetSafeHwnd());
+  const int missing = needed - (place.right - place.left);
+  if (missing <= 0)
+    return;
+  MoveWindow(box, place.left - missing, place.top, needed, place.bottom - place.top, FALSE);
+  MoveWindow(m_input.GetSafeHwnd(), input.left, input.top, input.right - input.left - missing, input.bottom - input.top,
+             FALSE);
 }
 
 void CTerminalDialog::UpdateDialogState() {

@@ -7,6 +7,7 @@
 #include "terminal/TerminalHistory.h"
 #include "window/CFont.h"
 #include "window/CLogListBox.h"
+#include "window/CStatusGroup.h"
 
 class CTerminalDialog : public CONXDialog {
 public:
@@ -37,8 +38,10 @@ private:
   // Whether something came.
   bool Receive(const CChannelLock& lock);
   void ShowAnswers();
+  void MakeRoomForAppendCr();
 
   CFont m_font; // of answers and input line
+  CStatusGroup m_configuration;
   CLogListBox m_answers;
   CTerminalEdit m_input;
   AnswerSplitter m_splitter;

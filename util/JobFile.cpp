@@ -2,6 +2,7 @@
 // folder.
 #include "frame/CONXDeviceClient.h"
 #include "platform/Platform.h"
+#include "util/FileMode.h"
 #include "util/ScanNumber.h"
 
 #include <algorithm>
@@ -12,31 +13,6 @@
 #include <utility>
 
 namespace {
-
-constexpr const char* kBitReverse = "bit reverse";
-constexpr const char* kProgram = "program";
-
-const char* ModeWord(std::uint32_t mode) {
-  switch (mode) {
-  case OND_FILE_BIT_REVERSE:
-    return kBitReverse;
-  case OND_FILE_PROGRAM:
-    return kProgram;
-  default:
-    return "normal";
-  }
-}
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
-}
-
-std::uint32_t ModeOf(const std::string& word) {
-  if (EqualsIgnoringCase(word, kBitReverse))
-    return OND_FILE_BIT_REVERSE;
-  return EqualsIgnoringCase(word, kProgram) ? OND_FILE_PROGRAM : OND_FILE_NORMAL;
-}
 
 // 0 for text that is no number; only the low 8 bits count.
 std::uint8_t ByteOf(const std::string& text) {
@@ -68,7 +44,7 @@ void StoreField(std::size_t column, const std::string& text, const std::string& 
     entry->fileType = ByteOf(text);
     break;
   case 3:
-    entry->fileMode = ModeOf(text);
+    entry->fileMode = FileModeOf(text);
     break;
   default:
     break;
@@ -187,7 +163,7 @@ std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
   CONXDeviceClient::MakeRelativePath(folder, entry.path, &line);
   line.append("\t").append(std::to_string(entry.fileId));
   line.append("\t").append(std::to_string(entry.fileType));
-  line.append("\t").append(ModeWord(entry.fileMode)).append("\n");
+  line.append("\t").append(FileModeWord(entry.fileMode)).append("\n");
   return line;
 }
 

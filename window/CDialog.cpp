@@ -30,14 +30,16 @@ CDialog::~CDialog() {
   }
 }
 
+// OnInitDialog may open a box, behind which the window may be destroyed and this object be deleted.
 bool CDialog::CreateModeless(HWND parent) {
   RegisterCommonControls();
   m_initFailed = false;
-  const HWND window = CreateDialogParamA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(m_templateId), parent,
-                                         DialogProc, reinterpret_cast<LPARAM>(this));
-  if (window && m_initFailed)
-    ::DestroyWindow(window);
-  return window && !m_initFailed;
+  const CKeepAlive keep(*this);
+  CreateDialogParamA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(m_templateId), parent, DialogProc,
+                     reinterpret_cast<LPARAM>(this));
+  if (m_initFailed)
+    ::DestroyWindow(GetSafeHwnd());
+  return GetSafeHwnd() != nullptr;
 }
 
 INT_PTR CDialog::DoModal(HWND parent) {

@@ -67,6 +67,12 @@ void CWnd::SetTextOf(HWND window, const std::string& text) {
     ::SetWindowTextA(window, text.c_str());
 }
 
+void CWnd::EnableDlgItem(int id, bool enable) {
+  if (!enable && HasFocus(id))
+    Send(WM_NEXTDLGCTL);
+  ::EnableWindow(GetDlgItem(id), enable);
+}
+
 bool CWnd::OnWndMsg(const Message& message, LRESULT& result) {
   if (message.number == WM_NOTIFY) {
     result = SendMessageA(message.Notification().hwndFrom, kReflectedNotify, message.wParam, message.lParam);
@@ -83,8 +89,7 @@ bool CWnd::Dispatch(std::span<const MessageEntry> map, const Message& message, L
 }
 
 bool CWnd::HandleMessage(const Message& message, LRESULT& result, bool* failed) {
-  CWnd& keeper = *m_keeper;
-  ++keeper.m_running;
+  const CKeepAlive keep(*this);
   bool handled = false;
   try {
     handled = OnWndMsg(message, result);
@@ -96,11 +101,10 @@ bool CWnd::HandleMessage(const Message& message, LRESULT& result, bool* failed) 
     Unsubclass();
     m_hWnd = nullptr;
   }
-  keeper.HandlerReturned();
   return handled;
 }
 
-void CWnd::HandlerReturned() {
+void CWnd::OperationReturned() {
   if (--m_running == 0 && m_deleteWhenIdle)
     delete this;
 }

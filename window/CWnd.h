@@ -54,7 +54,8 @@ public:
   HWND GetDlgItem(int id) const { return ::GetDlgItem(m_hWnd, id); }
   std::string GetDlgItemText(int id) const { return TextOf(GetDlgItem(id)); }
   void SetDlgItemText(int id, const std::string& text) { SetTextOf(GetDlgItem(id), text); }
-  void EnableDlgItem(int id, bool enable) { ::EnableWindow(GetDlgItem(id), enable); }
+  // A control that loses the focus thereby hands it on to the next one.
+  void EnableDlgItem(int id, bool enable);
   bool HasFocus(int id) const { return m_hWnd && ::GetFocus() == GetDlgItem(id); }
   bool IsDlgButtonChecked(int id) const { return ::IsDlgButtonChecked(m_hWnd, id) == BST_CHECKED; }
   void CheckDlgButton(int id, bool checked) { ::CheckDlgButton(m_hWnd, id, checked ? BST_CHECKED : BST_UNCHECKED); }
@@ -68,6 +69,18 @@ public:
   void DeleteWhenIdle();
 
 protected:
+  // Keeps an object whose operation is running although it may be deleted meanwhile (DeleteWhenIdle).
+  class CKeepAlive {
+  public:
+    explicit CKeepAlive(CWnd& window) : m_keeper(*window.m_keeper) { ++m_keeper.m_running; }
+    CKeepAlive(const CKeepAlive&) = delete;
+    CKeepAlive& operator=(const CKeepAlive&) = delete;
+    ~CKeepAlive() { m_keeper.OperationReturned(); }
+
+  private:
+    CWnd& m_keeper;
+  };
+
   // Meant to be overridden: dispatches one message by the class's map and hands on to the base class what is not there.
   // False: the default handling follows.
   virtual bool OnWndMsg(const Message& message, LRESULT& result);
@@ -85,11 +98,11 @@ private:
   static void SetTextOf(HWND window, const std::string& text);
   static LRESULT CALLBACK ControlProc(HWND window, UINT number, WPARAM wParam, LPARAM lParam);
   void Unsubclass();
-  void HandlerReturned();
+  void OperationReturned();
 
   HWND m_hWnd = nullptr;
   WNDPROC m_superProc = nullptr; // of a subclassed control: its class's own procedure
   CWnd* m_keeper = this;         // the object that this one is part of: busy while this one is
-  int m_running = 0;             // handlers of this object and its parts on the stack
+  int m_running = 0;             // operations of this object and its parts on the stack
   bool m_deleteWhenIdle = false;
 };

@@ -43,9 +43,10 @@ std::string Resolved(std::string_view names) {
   return result;
 }
 
-// As long as it comes. Nothing for the empty path, and when the current folder is needed and cannot be had.
+// As long as it comes. Nothing for the empty path and for one with a zero byte, where the system would see another
+// name, and when the current folder is needed and cannot be had.
 std::optional<std::string> AbsolutePath(const std::string& given) {
-  if (given.empty())
+  if (given.empty() || given.find('\0') != std::string::npos)
     return std::nullopt;
   const std::string path = WithBackslashes(given);
   if (path.starts_with("\\\\"))

@@ -9,6 +9,8 @@ namespace platform {
 namespace {
 
 HANDLE OpenHandle(const std::string& path, DWORD access, DWORD disposition) {
+  if (path.find('\0') != std::string::npos)
+    return INVALID_HANDLE_VALUE; // the system would see another name
   return CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
                      FILE_ATTRIBUTE_NORMAL, nullptr);
 }

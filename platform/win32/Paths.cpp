@@ -20,6 +20,8 @@ std::optional<std::string> TakePath(const PathBuffer& buffer, DWORD length) {
 } // namespace
 
 std::optional<std::string> FullPath(const std::string& path) {
+  if (path.find('\0') != std::string::npos)
+    return std::nullopt; // the system would see another name
   PathBuffer buffer;
   return TakePath(buffer, GetFullPathNameA(path.c_str(), static_cast<DWORD>(buffer.size()), buffer.data(), nullptr));
 }

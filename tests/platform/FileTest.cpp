@@ -38,7 +38,8 @@ TEST_CASE("names with slashes are fine, folders and drives that are not there ar
   folder.Write("a", "x");
   CHECK(File::Open(folder.Path() + "/a", File::Mode::kRead));
   CHECK(File::Open(folder.PathOf("no\\such\\..\\..\\.\\a"), File::Mode::kRead));
-  for (const std::string& path : {folder.Path(), folder.PathOf("no\\a"), std::string("Q:\\a"), std::string()}) {
+  for (const std::string& path : {folder.Path(), folder.PathOf("no\\a"), std::string("Q:\\a"), std::string(),
+                                  folder.PathOf(std::string_view("a\0b", 3))}) {
     CAPTURE(path);
     CHECK_FALSE(File::Open(path, File::Mode::kRead));
     CHECK_FALSE(File::Open(path, File::Mode::kUpdate));
@@ -63,6 +64,9 @@ TEST_CASE("bytes go through unchanged") {
   CHECK(ReadAll(*in) == bytes);
   CHECK(in->Seek(6));
   CHECK(ReadAll(*in) == "\x1A\xFF");
+  CHECK(in->Seek(2));
+  CHECK(in->ReadText(3) == bytes.substr(2, 3));
+  CHECK(in->ReadText(1000) == bytes.substr(5));
   CHECK(in->Seek(100));
   CHECK(ReadAll(*in).empty());
   CHECK(in->Close());

@@ -62,6 +62,7 @@ TEST_CASE("a drive's root has no backslash as the current folder") {
 
 TEST_CASE("FullPath has limits") {
   CHECK_FALSE(FullPath(""));
+  CHECK_FALSE(FullPath(std::string("Z:\\a\0b", 6)));
   const std::string fits = "Z:\\" + std::string(240, 'x');
   CHECK(FullPath(fits) == fits);
   CHECK_FALSE(FullPath("Z:\\" + std::string(kMaxPath - 2, 'x')));

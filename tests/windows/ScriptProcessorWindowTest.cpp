@@ -1,107 +1,10 @@
 // The Script Processor's window: scripts run, write their log, and end, whatever happens to the window.
-#include "res/resource.h"
-#include "tests/support/GuardedChannel.h"
-#include "tests/support/TemporaryFolder.h"
-#include "tests/windows/support/TestHost.h"
-
-#include <doctest/doctest.h>
-
-#include <atomic>
-
-namespace {
-
-constexpr const char* kCaption = "Script processor";
-
-class ScriptChannel : public GuardedChannel {
-public:
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
-    GuardedChannel::GetInfoString(what, code);
-    return what == OND_INFO_ERROR && code == EONX_ERR_SCRIPT ? "the script failed" : "channel";
-  }
-  // Only runs wait for the channel.
-  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
-    const std::int32_t answer = GuardedChannel::Lock(owner, timeoutMs);
-    runs += timeoutMs != 0 && answer == 0;
-    return answer;
-  }
-  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
-    GuardedChannel::Transmit(data, length, written);
-    ++transmits;
-    return 0;
-  }
-
-  std::atomic<int> runs = 0, transmits = 0;
-};
-
-using Lines = std::vector<std::string>;
-
-// In one text, for messages that can be read.
-std::string Shown(const Lines& lines) {
-  std::string shown;
-  for (const std::string& line : lines)
-    shown += "[" + line + "]";
-  return shown;
-}
-
-// A host whose Script Processor is shown on a channel, and a folder for its scripts.
-struct Bench {
-  TestHost host;
-  TemporaryFolder folder;
-  ScriptChannel channel;
-  TestClient client{host, ONX_OBJ_SCRIPT_PROCESSOR};
-  Window window = client.Show(kCaption);
-  Window log = window.Control(IDC_SCRIPT_LOG);
-  Window execute = window.Control(IDC_SCRIPT_EXECUTE);
-
-  Bench() { client.Connect(&channel); }
-
-  // Chooses a script by the "..." button as a user does: the system's dialog, a typed name.
-  void Choose(const std::string& path) const {
-    window.PressControl(IDC_SCRIPT_BROWSE);
-    const Window chooser = Window::WaitForTop("Open a script file");
-    chooser.TypeFileName(path);
-    chooser.WaitUntilGone("the file dialog");
-    WaitFor("the window to show the path", [&] { return window.Control(IDC_SCRIPT_PATH).Text() == path; });
-  }
-  void Start(const std::string& script) const {
-    folder.Write("test.dcs", script);
-    if (window.Control(IDC_SCRIPT_PATH).Text() != folder.PathOf("test.dcs"))
-      Choose(folder.PathOf("test.dcs"));
-    execute.Press();
-  }
-  void WaitForEnd() const {
-    WaitFor(
-        "the script to end", [&] { return channel.LockDepth() == 0 && execute.Text() == "Execute script"; });
-  }
-  // Runs a script that succeeds; the log afterwards.
-  std::vector<std::string> Run(const std::string& script) const {
-    const int locks = channel.runs;
-    Start(script);
-    WaitFor("the run to begin", [&] { return channel.runs > locks; });
-    host.Settle(); // the press has been handled, so the button says "Stop script" until the end
-    WaitFor("the script to end", [&] {
-      if (Window::FindTop("Error").Exists())
-        FAIL("the script failed: " << Shown(log.Items()));
-      return execute.Text() == "Execute script";
-    });
-    return log.Items();
-  }
-  void WaitForLine(const std::string& line) const {
-    WaitFor(
-        "the log line \"" + line + "\"",
-        [&] {
-          const auto items = log.Items();
-          return !items.empty() && items.back() == line;
-        });
-  }
-};
-
-} // namespace
+#include "tests/windows/ScriptBench.h"
 
 TEST_CASE("the window is laid out as its users know it") {
   const TestHost host;
   const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
-  const Window window = client.Show(kCaption);
+  const Window window = client.Show(kScriptCaption);
   struct Control {
     int id;
     const char* kind;
@@ -152,7 +55,7 @@ TEST_CASE("the window is laid out as its users know it") {
 TEST_CASE("the window cannot be made narrower than it was, nor lower than 250 pixels") {
   const TestHost host;
   const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
-  const Window window = client.Show(kCaption);
+  const Window window = client.Show(kScriptCaption);
   const RECT before = window.Place();
   window.Resize(50, 50);
   const RECT after = window.Place();
@@ -161,7 +64,7 @@ TEST_CASE("the window cannot be made narrower than it was, nor lower than 250 pi
 }
 
 TEST_CASE("the log's lines") {
-  const Bench bench;
+  const ScriptBench bench;
   struct Case {
     std::string name;
     const char* script;
@@ -185,13 +88,13 @@ TEST_CASE("the log's lines") {
 }
 
 TEST_CASE("an unfinished line of one run does not reach into the next") {
-  const Bench bench;
+  const ScriptBench bench;
   CHECK(Shown(bench.Run(R"(print("12345");)")) == Shown(Lines{"12345"}));
   CHECK(Shown(bench.Run(R"(print("ab");)")) == Shown(Lines{"ab"}));
 }
 
 TEST_CASE("the log keeps the last 5001 lines and scrolls to the end") {
-  const Bench bench;
+  const ScriptBench bench;
   const Lines items = bench.Run(R"(var dword i; i = 0; while (i < 5003) { print(numtostr(i) + "\n"); i = i + 1; })");
   REQUIRE(items.size() == 5001);
   CHECK(items.front() == "2");
@@ -204,7 +107,7 @@ TEST_CASE("the log keeps the last 5001 lines and scrolls to the end") {
 }
 
 TEST_CASE("horizontal scrolling covers the widest line that is there") {
-  const Bench bench;
+  const ScriptBench bench;
   bench.Run(R"(print("short\n"); print("a line that is quite a bit longer than the other one\n"); print("x\n");)");
   const LRESULT wide = bench.log.Send(LB_GETHORIZONTALEXTENT);
   bench.Run(R"(print("short\n"); print("x\n");)");
@@ -220,7 +123,7 @@ TEST_CASE("horizontal scrolling covers the widest line that is there") {
 }
 
 TEST_CASE("a failed script shows its diagnostic in the log, then a box") {
-  const Bench bench;
+  const ScriptBench bench;
   bench.Start(R"(var dword d; print("a\n"); d = 1 / d;)");
   Window::AnswerBox("Error", "Error executing script: the script failed");
   bench.WaitForEnd();
@@ -230,7 +133,7 @@ TEST_CASE("a failed script shows its diagnostic in the log, then a box") {
 }
 
 TEST_CASE("failures before a script runs") {
-  Bench bench;
+  ScriptBench bench;
   bench.Run(R"(print("old\n");)");
 
   SUBCASE("no channel") {
@@ -256,7 +159,7 @@ TEST_CASE("failures before a script runs") {
 }
 
 TEST_CASE("Stop ends a script, and the same button starts the next one") {
-  const Bench bench;
+  const ScriptBench bench;
   bench.Start(R"(print("on\n"); while (1) { })");
   bench.WaitForLine("on");
   CHECK(bench.execute.Text() == "Stop script");
@@ -268,47 +171,71 @@ TEST_CASE("Stop ends a script, and the same button starts the next one") {
 }
 
 TEST_CASE("a window that goes away ends its script") {
-  Bench bench;
+  ScriptBench bench;
   const char* const scripts[] = {
       R"(print("on\n"); while (1) { })",
       R"(print("on\n"); while (1) { print("flood\n"); })",
       R"(print("on\n"); while (1) { transmitstring("x"); })",
+      R"(print("on\n"); delay(1000000);)",
   };
   for (const char* const script : scripts) {
     CAPTURE(script);
     bench.Start(script);
-    WaitFor("output", [&] { return bench.log.Send(LB_GETCOUNT) > 0; });
-    SUBCASE("destroyed from outside") {
-      bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
-      CHECK(bench.channel.LockDepth() == 0);
-      bench.window = bench.client.Show(kCaption);
-    }
-    SUBCASE("with its object") {
-      bench.client.Delete();
-      CHECK(bench.channel.LockDepth() == 0);
-      break;
-    }
-    bench.log = bench.window.Control(IDC_SCRIPT_LOG);
-    bench.execute = bench.window.Control(IDC_SCRIPT_EXECUTE);
+    WaitFor(
+        "output", [&] { return bench.log.Send(LB_GETCOUNT) > 0; });
+    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
+    CHECK(bench.channel.LockDepth() == 0);
+    bench.ShowAgain();
+  }
+  for (const char* const script : scripts) {
+    CAPTURE(script);
+    ScriptBench deleted;
+    deleted.Start(script);
+    WaitFor("output", [&] { return deleted.log.Send(LB_GETCOUNT) > 0; });
+    deleted.client.Delete();
+    CHECK(deleted.channel.LockDepth() == 0);
   }
 }
 
+TEST_CASE("a window that goes away at once after the start ends its script") {
+  ScriptBench bench;
+  bench.folder.Write("test.dcs", "while (1) { }");
+  for (int i = 0; i < 20; ++i) {
+    bench.Choose(bench.folder.PathOf("test.dcs"));
+    bench.host.Do([&] {
+      SendMessageA(bench.execute.Handle(), BM_CLICK, 0, 0);
+      DestroyWindow(bench.window.Handle());
+    });
+    CHECK(bench.channel.LockDepth() == 0);
+    bench.ShowAgain();
+  }
+}
+
+TEST_CASE("the object deleted behind an open box") {
+  ScriptBench bench;
+  bench.Start("nonsense();");
+  const Window box = Window::WaitForTop("Error");
+  bench.client.Delete();
+  CHECK_FALSE(box.Exists());
+  bench.host.Settle();
+}
+
 TEST_CASE("hiding the window does not disturb its script") {
-  const Bench bench;
+  const ScriptBench bench;
   bench.Start(R"(print("on\n"); while (1) { transmitstring("x"); })");
   bench.WaitForLine("on");
   bench.window.PressControl(IDOK);
   bench.window.WaitUntilGone("the window");
   const int before = bench.channel.transmits;
   WaitFor("the hidden window's script to go on", [&] { return bench.channel.transmits > before + 10; });
-  bench.client.Show(kCaption);
+  bench.client.Show(kScriptCaption);
   bench.execute.Press();
   Window::AnswerBox("Error", "Error executing script: the script failed");
   bench.WaitForEnd();
 }
 
 TEST_CASE("the channel is taken away during a run") {
-  const Bench bench;
+  const ScriptBench bench;
   bench.Start(R"(print("on\n"); while (1) { transmitstring("x"); })");
   bench.WaitForLine("on");
   bench.client.Connect(nullptr); // the run keeps what it began with

@@ -119,9 +119,12 @@ void Window::Resize(int width, int height) const {
 }
 
 void Window::Activate() const {
-  WaitFor("\"" + Text() + "\" to come to the front", [this] {
+  const DWORD thread = GetWindowThreadProcessId(m_handle, nullptr);
+  WaitFor("\"" + Text() + "\" to come to the front", [&] {
     SetForegroundWindow(m_handle);
-    return GetForegroundWindow() == m_handle;
+    GUITHREADINFO state{};
+    state.cbSize = sizeof(state);
+    return GetForegroundWindow() == m_handle && GetGUIThreadInfo(thread, &state) && state.hwndActive == m_handle;
   });
 }
 

@@ -1,0 +1,242 @@
+#include "filemanager/CFileManagerDialog.h"
+
+#include "filemanager/CProgressDialog.h"
+#include "filemanager/CopyTexts.h"
+#include "frame/ChannelText.h"
+#include "res/resource.h"
+#include "window/FormatText.h"
+
+#include <utility>
+
+namespace {
+
+constexpr DWORD kActionTimeoutMs = 500;
+constexpr const char* kLocked = "Communication device is locked";
+constexpr const char* kFormatQuestion = "You have selected to format the device.\n"
+                                        "This will destroy all data stored on the device.\n\n"
+                                        "Yes: Format all blocks on the device\n"
+                                        "No: Format only the blocks that are marked as used\n"
+                                        "Cancel: Have mercy on me!";
+
+bool IsClosing(const Message& command) {
+  return LOWORD(command.wParam) == IDOK || LOWORD(command.wParam) == IDCANCEL;
+}
+
+} // namespace
+
+CFileManagerDialog::CFileManagerDialog() : CONXDialog(IDD_FILE_MANAGER) {
+  LoadSmallIcon(IDI_FILE_MANAGER);
+}
+
+bool CFileManagerDialog::OnWndMsg(const Message& message, LRESULT& result) {
+  // Behind an open box or a copy only programs can press buttons; a second action must not come into the first.
+  if (message.number == WM_COMMAND && !IsClosing(message) && !IsWindowEnabled(GetSafeHwnd()))
+    return true;
+  static constexpr MessageEntry kMap[] = {
+      OnCommand<&CFileManagerDialog::OnAddFiles>(IDC_FM_ADD_FILES),
+      OnCommand<&CFileManagerDialog::OnClear>(IDC_FM_CLEAR),
+      OnCommand<&CFileManagerDialog::OnLoadJob>(IDC_FM_LOAD_JOB),
+      OnCommand<&CFileManagerDialog::OnSaveJob>(IDC_FM_SAVE_JOB),
+      OnCommand<&CFileManagerDialog::OnCopySelected>(IDC_FM_COPY_SELECTED),
+      OnCommand<&CFileManagerDialog::OnCopyAll>(IDC_FM_COPY_ALL),
+      OnCommand<&CFileManagerDialog::OnRefresh>(IDC_FM_REFRESH),
+      OnCommand<&CFileManagerDialog::OnFormat>(IDC_FM_FORMAT),
+      OnCommand<&CFileManagerDialog::OnDeleteFiles>(IDC_FM_DELETE_FILES),
+      OnCommand<&CFileManagerDialog::OnContinueOnError>(IDC_FM_CONTINUE_ON_ERROR),
+      OnMessage<&CFileManagerDialog::OnDropFiles>(WM_DROPFILES),
+      OnMessage<&CFileManagerDialog::OnShowWindow>(WM_SHOWWINDOW),
+  };
+  return Dispatch(kMap, message, result) || CONXDialog::OnWndMsg(message, result);
+}
+
+bool CFileManagerDialog::OnInitDialog() {
+  CONXDialog::OnInitDialog();
+  m_status.SubclassDlgItem(IDC_FM_CONFIGURATION, *this);
+  m_localList.SubclassDlgItem(IDC_FM_LOCAL_LIST, *this);
+  m_deviceList.SubclassDlgItem(IDC_FM_DEVICE_LIST, *this);
+  CheckDlgButton(IDC_FM_CONTINUE_ON_ERROR, m_continueOnError);
+  m_localList.InitColumns();
+  RefreshDeviceDirectory();
+  return true;
+}
+
+// A copy keeps the channel that it began with. Any other lock goes back now: the host may do away with the channel once
+// it is disconnected, and what a question was about is not there any more.
+void CFileManagerDialog::SetDeviceComm(COndDeviceComm_0* channel) {
+  if (channel != GetDeviceComm() && !m_progress)
+    ReleaseLocks();
+  CONXDialog::SetDeviceComm(channel);
+}
+
+void CFileManagerDialog::UpdateDialogState() {
+  if (GetSafeHwnd()) {
+    UpdateCommStatus(IDC_FM_CONFIGURATION);
+    EnableButtons();
+  }
+}
+
+void CFileManagerDialog::EnableButtons() {
+  const bool anyLocal = m_localList.GetItemCount() > 0;
+  const bool localSelected = m_localList.GetSelectedCount() > 0;
+  const bool deviceSelected = m_deviceList.GetSelectedCount() > 0;
+  const bool connected = GetDeviceComm() && GetDeviceComm()->GetState() == 1;
+  EnableDlgItem(IDC_FM_SAVE_JOB, anyLocal);
+  EnableDlgItem(IDC_FM_COPY_SELECTED, connected && localSelected);
+  EnableDlgItem(IDC_FM_COPY_ALL, connected && anyLocal);
+  EnableDlgItem(IDC_FM_REFRESH, connected);
+  EnableDlgItem(IDC_FM_FORMAT, connected);
+  EnableDlgItem(IDC_FM_DELETE_FILES, connected && deviceSelected);
+}
+
+void CFileManagerDialog::OnContinueOnError() {
+  m_continueOnError = IsDlgButtonChecked(IDC_FM_CONTINUE_ON_ERROR);
+}
+
+// However the window is hidden, a copy ends first. A parent that is minimised hides it too, but only for a while.
+bool CFileManagerDialog::OnShowWindow(const Message& message) {
+  const bool hides = message.wParam == FALSE && message.lParam == 0;
+  if (hides && m_progress)
+    m_progress->Abort();
+  return false;
+}
+
+// --- the device's directory
+
+void CFileManagerDialog::RefreshDeviceDirectory() {
+  if (!GetSafeHwnd())
+    return;
+  m_deviceList.InitColumns();
+  if (!GetDeviceComm())
+    return;
+  const CChannelLock lock(*this, kActionTimeoutMs);
+  if (!lock) {
+    ShowError(kLocked);
+    return;
+  }
+  SetDlgItemText(IDC_FM_SUMMARY, DirectorySummary(lock));
+  m_deviceList.Fill(lock);
+}
+
+std::string CFileManagerDialog::DirectorySummary(const CChannelLock& lock) {
+  const std::int32_t code = lock.channel()->ReadDirectory();
+  if (!lock)
+    return {};
+  if (code != 0)
+    return "Could not read device directory:\n" + ErrorText(*lock.channel(), code);
+  TDEVDIRINFO info{};
+  lock.channel()->GetDirectoryInfo(&info);
+  return FormatText("%u bytes in %u files\nrequire %u bytes on disk\n%llu bytes free", info.bytesInFiles,
+                    info.fileCount, info.bytesOnDevice, 1ULL * info.freeFactorB * info.freeFactorA);
+}
+
+// --- deleting
+
+// The files are those that were selected when the user was asked, on the device that they were on.
+void CFileManagerDialog::OnDeleteFiles() {
+  const auto count = static_cast<unsigned>(m_deviceList.GetSelectedCount());
+  if (count == 0) {
+    ShowError("No files marked to delete!");
+    return;
+  }
+  const std::vector<std::uint8_t> ids = m_deviceList.SelectedIds();
+  COndDeviceComm_0* const channel = GetDeviceComm();
+  const int answer =
+      MessageBox(FormatText("Deleting %u file%s from device, are you sure?", count, count == 1 ? "" : "s"), "Warning",
+                 MB_YESNO | MB_ICONQUESTION);
+  if (answer != IDYES || !channel || channel != GetDeviceComm())
+    return;
+  const CChannelLock lock(*this, kActionTimeoutMs);
+  if (!lock) {
+    ShowError(kLocked);
+    return;
+  }
+  DeleteDeviceFiles(lock, ids);
+  RefreshDeviceDirectory();
+}
+
+void CFileManagerDialog::DeleteDeviceFiles(const CChannelLock& lock, const std::vector<std::uint8_t>& ids) {
+  for (const std::uint8_t id : ids) {
+    if (!lock)
+      return;
+    COndDeviceComm_0& channel = *lock.channel();
+    if (const std::int32_t code = channel.DeleteDeviceFile(id); code != 0) {
+      ShowError(FormatText("Could not delete file with ID %u: %s", id, ErrorText(channel, code).c_str()));
+      return;
+    }
+  }
+}
+
+// --- formatting
+
+void CFileManagerDialog::OnFormat() {
+  COndDeviceComm_0* const channel = GetDeviceComm();
+  if (!channel)
+    return;
+  std::int32_t code = 0;
+  {
+    const CChannelLock lock(*this, kActionTimeoutMs);
+    if (!lock) {
+      ShowError(kLocked);
+      return;
+    }
+    code = AskAndFormat(lock);
+  }
+  if (code != 0 && channel == GetDeviceComm())
+    ShowError("Could not format device: " + ErrorText(*channel, code));
+}
+
+// The channel's result; 0 when the user does not want to, or the channel went away behind the question.
+std::int32_t CFileManagerDialog::AskAndFormat(const CChannelLock& lock) {
+  const int answer = MessageBox(kFormatQuestion, "WARNING", MB_YESNOCANCEL | MB_ICONEXCLAMATION | MB_DEFBUTTON3);
+  if (!lock || (answer != IDYES && answer != IDNO))
+    return 0;
+  const std::int32_t code = lock.channel()->FormatDevice(answer == IDNO ? 1 : 0);
+  RefreshDeviceDirectory();
+  return code;
+}
+
+// --- copying
+
+void CFileManagerDialog::OnCopySelected() {
+  if (m_localList.GetSelectedCount() == 0)
+    ShowError("No files marked to copy!");
+  else
+    Copy(&CFileManagerDialog::SelectedEntries);
+}
+
+void CFileManagerDialog::OnCopyAll() {
+  if (m_localList.GetItemCount() == 0)
+    ShowError("No files present to copy!");
+  else
+    Copy(&CFileManagerDialog::AllEntries);
+}
+
+void CFileManagerDialog::Copy(std::vector<TFILEENTRY> (CFileManagerDialog::*gather)() const) {
+  if (!GetDeviceComm())
+    return;
+  const CChannelLock lock(*this, kActionTimeoutMs);
+  if (!lock) {
+    ShowError(kLocked);
+    return;
+  }
+  CopyFilesToDevice((this->*gather)());
+  RefreshDeviceDirectory();
+}
+
+void CFileManagerDialog::CopyFilesToDevice(std::vector<TFILEENTRY> files) {
+  COndDeviceComm_0* const channel = GetDeviceComm();
+  CProgressDialog progress(channel, std::move(files), m_continueOnError);
+  m_progress = &progress;
+  progress.DoModal(GetSafeHwnd());
+  m_progress = nullptr;
+  if (!GetSafeHwnd())
+    return;
+  const std::string report = progress.HasRun()
+                                 ? CopyErrorsText(progress.GetErrors(), progress.GetFiles(),
+                                                  [channel](std::int32_t code) { return ErrorText(*channel, code); })
+                                 : "Unable to start copying";
+  if (channel != GetDeviceComm())
+    ReleaseLocks(); // the host took the channel back during the copy, which alone still used it
+  if (!report.empty())
+    ShowError(report);
+}

@@ -1,0 +1,112 @@
+#include "filemanager/CProgressDialog.h"
+
+#include "filemanager/CopyTexts.h"
+#include "res/resource.h"
+#include "window/CTextMeasure.h"
+
+#include <utility>
+
+namespace {
+
+// wParam: percentage of the files that are done, lParam: index of the file that begins
+constexpr UINT kFileStartedMessage = WM_APP;
+// wParam: steps done of the file that is being sent, of 100
+constexpr UINT kStepsDoneMessage = WM_APP + 1;
+
+constexpr SIZE_T kStackSize = 16384;
+
+} // namespace
+
+CProgressDialog::CProgressDialog(COndDeviceComm_0* channel, std::vector<TFILEENTRY> files, bool continueOnError)
+    : CDialog(IDD_PROGRESS), m_loop(channel, std::move(files), continueOnError) {}
+
+bool CProgressDialog::OnWndMsg(const Message& message, LRESULT& result) {
+  static constexpr MessageEntry kMap[] = {
+      OnMessage<&CProgressDialog::OnFileStartedMessage>(kFileStartedMessage),
+      OnMessage<&CProgressDialog::OnStepsDoneMessage>(kStepsDoneMessage),
+      OnMessage<&CProgressDialog::OnDestroy>(WM_DESTROY),
+  };
+  return Dispatch(kMap, message, result) || CDialog::OnWndMsg(message, result);
+}
+
+bool CProgressDialog::OnInitDialog() {
+  CDialog::OnInitDialog();
+  m_currentFile.SubclassDlgItem(IDC_PROGRESS_FILE, *this);
+  m_totalBar.SubclassDlgItem(IDC_PROGRESS_TOTAL_BAR, *this);
+  m_fileBar.SubclassDlgItem(IDC_PROGRESS_FILE_BAR, *this);
+  m_totalBar.SetRange(0, 100);
+  m_fileBar.SetRange(0, 100);
+  m_window = GetSafeHwnd();
+  m_worker = CreateThread(nullptr, kStackSize, ThreadProc, this, 0, nullptr);
+  m_hasRun = m_worker != nullptr;
+  if (!m_hasRun)
+    EndDialog(IDCANCEL);
+  return true;
+}
+
+// --- the worker's thread
+
+DWORD WINAPI CProgressDialog::ThreadProc(void* dialog) {
+  auto& self = *static_cast<CProgressDialog*>(dialog);
+  const std::int32_t result = self.m_loop.Run(self);
+  PostMessageA(self.m_window, WM_CLOSE, 0, 0);
+  return static_cast<DWORD>(result);
+}
+
+void CProgressDialog::OnFileStarted(std::size_t index) noexcept {
+  m_index = index;
+  if (!m_fileStartedPosted.exchange(true))
+    PostMessageA(m_window, kFileStartedMessage, PercentDone(index), static_cast<LPARAM>(index));
+}
+
+void CProgressDialog::OnStepsDone(std::uint32_t steps) noexcept {
+  m_steps = steps;
+  if (!m_stepsDonePosted.exchange(true))
+    PostMessageA(m_window, kStepsDoneMessage, steps, 0);
+}
+
+// --- the window's thread
+
+// The message is taken before its news is read, so that later news posts another one.
+
+void CProgressDialog::OnFileStartedMessage() {
+  m_fileStartedPosted = false;
+  const std::size_t index = m_index;
+  SetDlgItemText(IDC_PROGRESS_TOTAL, CopiedSoFarText(index, GetFiles().size()));
+  const CTextMeasure measure(m_currentFile);
+  const int room = m_currentFile.GetClientRect().right;
+  m_currentFile.SetWindowText(
+      CurrentFileText(GetFiles()[index].path, [&](const std::string& text) { return measure.Width(text) <= room; }));
+  m_totalBar.SetPos(static_cast<int>(PercentDone(index)));
+}
+
+void CProgressDialog::OnStepsDoneMessage() {
+  m_stepsDonePosted = false;
+  m_fileBar.SetPos(static_cast<int>(m_steps));
+}
+
+void CProgressDialog::OnCancel() {
+  EndWorker();
+  EndDialog(IDCANCEL);
+}
+
+bool CProgressDialog::OnDestroy() {
+  EndWorker();
+  return false;
+}
+
+void CProgressDialog::EndWorker() {
+  m_loop.Abort();
+  while (m_worker) {
+    constexpr DWORD kMessageSent = WAIT_OBJECT_0 + 1;
+    if (MsgWaitForMultipleObjectsEx(1, &m_worker, INFINITE, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) == kMessageSent) {
+      MSG message;
+      PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+      continue; // the worker may be taken down by now
+    }
+    DWORD result = 0;
+    GetExitCodeThread(m_worker, &result);
+    m_result = static_cast<std::int32_t>(result);
+    CloseHandle(std::exchange(m_worker, nullptr));
+  }
+}

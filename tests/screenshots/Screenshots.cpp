@@ -1,0 +1,64 @@
+// Shows every window of the module in states that fill it, and stops at each for `take` to take its picture: writes
+// "shot NAME WIDTHxHEIGHT+LEFT+TOP" and waits for a line.
+#include "tests/windows/ScriptBench.h"
+
+#include <cstdio>
+#include <iostream>
+
+namespace {
+
+void Shoot(const TestHost& host, const Window& window, const char* name) {
+  window.Activate();
+  host.Do([&] {
+    RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  });
+  window.Send(WM_NULL);
+  const RECT place = window.Place();
+  std::printf("shot %s %ldx%ld+%ld+%ld\n", name, place.right - place.left, place.bottom - place.top, place.left,
+              place.top);
+  std::fflush(stdout);
+  std::string line;
+  std::getline(std::cin, line);
+}
+
+} // namespace
+
+TEST_CASE("Script Processor") {
+  ScriptBench bench;
+  Shoot(bench.host, bench.window, "script-empty");
+  bench.Run("var dword i; i = 0; while (i < 60) { print(\"line \" + numtostr(i) + \" of a log that scrolls\\n\"); i = "
+            "i + 1; }");
+  bench.Run("print(\"channel 1   3.300 V   ok\\nchannel 2   1.801 V   ok\\n\\ta tab, an umlaut \\(xE4), and a line "
+            "that is so long that it "
+            "can only be read by scrolling to the right, all the way\\n[==============>            ]\");");
+  Shoot(bench.host, bench.window, "script-log");
+  const RECT place = bench.window.Place();
+  bench.window.Resize(place.right - place.left + 200, place.bottom - place.top - 100);
+  Shoot(bench.host, bench.window, "script-wide");
+  bench.window.Resize(0, 0);
+  Shoot(bench.host, bench.window, "script-smallest");
+  bench.Start("nonsense();");
+  Shoot(bench.host, Window::WaitForTop("Error"), "script-error");
+  Window::WaitForTop("Error").PressControl(IDOK);
+  bench.WaitForEnd();
+}
+
+TEST_CASE("Questions") {
+  ScriptBench bench;
+  const auto shoot = [&](const char* script, const char* name) {
+    bench.Start(script);
+    const Window question = Window::WaitForTop("Calibration");
+    Shoot(bench.host, question, name);
+    question.PressCloseBox();
+    bench.WaitForEnd();
+  };
+  shoot(
+      R"(userinputuint32("Calibration", "Reference resistance in ohms, as it is printed on the decade box, between 10 and 100000",
+      1000, 10, 100000);)",
+      "question-number");
+  shoot(R"(userinputstring("Calibration", "", "SN-0001");)", "question-text");
+  shoot(
+      R"(userlistinput("Calibration", "Measuring range", "100 mV" + chr(0) + "1 V" + chr(0) + "10 V, the one that is used for most of the measurements at this bench" + chr(0) + "automatic", 1);)",
+      "question-list");
+  shoot(R"(messagebox("Calibration", "Connect the probe to the reference, then press OK.");)", "question-message");
+}

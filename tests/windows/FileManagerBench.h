@@ -1,0 +1,116 @@
+// The File Manager's window on a device that does what a test says.
+#pragma once
+
+#include "res/resource.h"
+#include "tests/support/GuardedChannel.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/windows/support/TestHost.h"
+
+#include <commctrl.h>
+#include <doctest/doctest.h>
+
+#include <atomic>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+inline constexpr const char* kFileManagerCaption = "File manager";
+inline constexpr const char* kLockedText = "Communication device is locked";
+
+// A device with files. Its log tells what the user's actions did: polls of the status do not show.
+class FileDevice : public GuardedChannel {
+public:
+  static constexpr std::int32_t kAborted = -9;
+
+  // --- what the device does [set while no action runs, or atomics]
+  std::vector<TDEVDIRENTRY> directory;
+  TDEVDIRINFO info{512, 100, 3, 1000, 1536};
+  // The code of the n-th call from now (0: the next) of an operation, by its name in the log.
+  void Fail(const std::string& operation, int nth, std::int32_t code);
+  std::atomic<std::uint32_t> state = 1;
+  // While set, transfers stand still after having reported `steps`, until the client aborts or this is cleared.
+  std::atomic<bool> hold = false;
+  std::atomic<bool> deaf = false; // the client's wish to abort is not heard while transfers stand still
+  std::atomic<std::uint32_t> steps = 40;
+  // Called on the copying thread within each transfer.
+  std::function<void()> duringTransfer;
+
+  // --- what was done to it
+  std::vector<std::string> Log() const;
+  void ForgetLog();
+  std::atomic<int> transfers = 0; // begun
+
+  const char* GetInfoString(std::uint32_t what, std::int64_t code) override;
+  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override;
+  std::int32_t Unlock(void* owner) override;
+  std::uint32_t GetState() override;
+  std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
+                            TransferProgressCallback callback, void* context, std::uint32_t flag,
+                            std::uint32_t stepCount) override;
+  std::int32_t ReadDirectory() override;
+  std::uint64_t GetDirectoryEntryCount() override;
+  std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override;
+  std::int32_t GetDirectoryInfo(TDEVDIRINFO* info) override;
+  std::int32_t DeleteDeviceFile(std::uint8_t fileId) override;
+  std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override;
+
+private:
+  // Writes the log and answers what Fail asked for.
+  std::int32_t Act(const std::string& operation, const std::string& arguments = {});
+
+  struct Failure {
+    int callsUntil;
+    std::int32_t code;
+  };
+  mutable std::mutex m_mutex; // guards the fields below
+  std::vector<std::string> m_log;
+  std::map<std::string, Failure> m_failures;
+  std::vector<std::uint32_t> m_locks; // time limits of the locks that are held
+  std::string m_text;
+};
+
+// A list view, read and worked from outside.
+class ListView {
+public:
+  explicit ListView(Window window) : m_window(window) {}
+
+  Window Handle() const { return m_window; }
+  int Count() const { return static_cast<int>(m_window.Send(LVM_GETITEMCOUNT)); }
+  std::string Text(int row, int column) const;
+  void SetText(int row, int column, const std::string& text) const;
+  // Each row's texts, joined by '|'.
+  std::vector<std::string> Rows() const;
+  // "Header width alignment" of each column.
+  std::vector<std::string> Columns() const;
+  void Select(const std::vector<int>& rows) const; // and no others
+
+private:
+  Window m_window;
+};
+
+// A host whose File Manager is shown on the device, and a folder for files. `connected` false: without a channel.
+struct FileManagerBench {
+  explicit FileManagerBench(bool connected = true);
+
+  TestHost host;
+  TemporaryFolder folder;
+  FileDevice device;
+  TestClient client{host, ONX_OBJ_FILE_MANAGER};
+  Window window;
+
+  ListView Local() const { return ListView(window.Control(IDC_FM_LOCAL_LIST)); }
+  ListView Device() const { return ListView(window.Control(IDC_FM_DEVICE_LIST)); }
+  std::string Summary() const { return window.Control(IDC_FM_SUMMARY).Text(); }
+
+  // Drops files on the window, as the system does, and waits until they are there.
+  void Drop(const std::vector<std::string>& paths) const;
+  // Presses a button once it is enabled, and waits until the press has been handled or has opened a box.
+  void Press(int id) const;
+  void WaitUntilIdle(const std::string& what) const; // no lock, window enabled
+  // Presses a button, answers the system's dialog with that title by typing a name.
+  void Choose(int button, const std::string& title, const std::string& path) const;
+  void TypeInList(WORD virtualKey) const;
+};
+
+std::string Joined(const std::vector<std::string>& lines);

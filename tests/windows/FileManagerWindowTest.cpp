@@ -1,0 +1,443 @@
+// The File Manager's window as a whole, and the device's side of it.
+#include "tests/windows/FileManagerBench.h"
+
+namespace {
+
+constexpr const char* kRefresh =
+    "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Entry 1, Count, Entry 2, Count, Unlock";
+constexpr const char* kRefreshEmpty = "Lock 500, ReadDirectory, Info, Count, Unlock";
+constexpr const char* kFormatQuestion = "You have selected to format the device.\n"
+                                        "This will destroy all data stored on the device.\n\n"
+                                        "Yes: Format all blocks on the device\n"
+                                        "No: Format only the blocks that are marked as used\n"
+                                        "Cancel: Have mercy on me!";
+
+std::string ClassOf(HWND window) {
+  char name[40] = "";
+  GetClassNameA(window, name, sizeof(name));
+  return name;
+}
+
+} // namespace
+
+TEST_CASE("the window is laid out as its users know it") {
+  const FileManagerBench bench;
+  struct Control {
+    int id;
+    const char* kind;
+    DWORD type; // of a button
+    const char* text;
+    RECT place; // dialog units: left, top, width, height
+  };
+  const char* const status = "Channel description: channel\nChannel configuration: channel\nState: open";
+  const char* const summary = "1000 bytes in 3 files\nrequire 1536 bytes on disk\n51200 bytes free";
+  const Control controls[] = {
+      {4035, "Button", BS_GROUPBOX, status, {3, 3, 486, 44}},
+      {4018, "Button", BS_GROUPBOX, "Local", {3, 49, 314, 195}},
+      {4020, "SysListView32", 0, "", {8, 59, 304, 133}},
+      {4019, "Button", BS_GROUPBOX, "Device", {321, 49, 168, 195}},
+      {4021, "SysListView32", 0, "", {326, 59, 158, 133}},
+      {4062, "Button", BS_AUTOCHECKBOX, "Continue copying on error", {214, 206, 97, 10}},
+      {4025, "Button", BS_PUSHBUTTON, "Add files", {8, 225, 42, 14}},
+      {4038, "Button", BS_PUSHBUTTON, "Clear", {54, 225, 42, 14}},
+      {4039, "Button", BS_PUSHBUTTON, "Load job", {100, 225, 42, 14}},
+      {4040, "Button", BS_PUSHBUTTON, "Save job", {146, 225, 42, 14}},
+      {4022, "Button", BS_PUSHBUTTON, "Copy selected ->", {192, 225, 58, 14}},
+      {4026, "Button", BS_PUSHBUTTON, "Copy all ->", {254, 225, 58, 14}},
+      {4041, "Static", 0, summary, {326, 196, 158, 25}},
+      {4024, "Button", BS_PUSHBUTTON, "Refresh", {326, 226, 50, 14}},
+      {4037, "Button", BS_PUSHBUTTON, "Format", {380, 226, 50, 14}},
+      {4023, "Button", BS_PUSHBUTTON, "Delete file(s)", {434, 226, 50, 14}},
+      {1, "Button", BS_DEFPUSHBUTTON, "Close", {439, 249, 50, 14}},
+  };
+  HWND inTabOrder = GetWindow(bench.window.Handle(), GW_CHILD);
+  for (const Control& expected : controls) {
+    CAPTURE(expected.id);
+    REQUIRE(inTabOrder != nullptr);
+    const Window control(inTabOrder);
+    CHECK(GetDlgCtrlID(inTabOrder) == expected.id);
+    CHECK(ClassOf(inTabOrder) == expected.kind);
+    if (std::string(expected.kind) == "Button")
+      CHECK((GetWindowLongA(inTabOrder, GWL_STYLE) & BS_TYPEMASK) == static_cast<LONG>(expected.type));
+    CHECK(control.Text() == expected.text);
+    RECT place = expected.place; // position and size are mapped, and rounded, by themselves
+    MapDialogRect(bench.window.Handle(), &place);
+    const RECT actual = control.PlaceInside();
+    CHECK(actual.left == place.left);
+    CHECK(actual.top == place.top);
+    CHECK(actual.right - actual.left == place.right);
+    CHECK(actual.bottom - actual.top == place.bottom);
+    inTabOrder = GetWindow(inTabOrder, GW_HWNDNEXT);
+  }
+  CHECK(inTabOrder == nullptr);
+  CHECK((GetWindowLongA(bench.window.Handle(), GWL_STYLE) & WS_THICKFRAME) == 0);
+  CHECK((GetWindowLongA(bench.window.Handle(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) != 0);
+  CHECK(bench.window.Control(4062).Send(BM_GETCHECK) == BST_CHECKED);
+}
+
+TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring") {
+  FileManagerBench bench;
+  const auto width = [](const ListView& list) { return list.Handle().ClientSize().cx; };
+  const auto check = [&] {
+    CHECK(Joined(bench.Local().Columns()) == "Filename " + std::to_string(width(bench.Local()) - 150) +
+                                                 " left, File ID 50 right, File type 50 right, File mode 50 right");
+    CHECK(Joined(bench.Device().Columns()) ==
+          "File ID 60 right, File type 60 right, File size " + std::to_string(width(bench.Device()) - 120) + " right");
+  };
+  check();
+  const auto localBefore = width(bench.Local()), deviceBefore = width(bench.Device());
+  bench.Drop(std::vector<std::string>(40, "C:\\a.bin"));
+  bench.device.directory.resize(256);
+  bench.Press(IDC_FM_REFRESH);
+  check();
+  CHECK(width(bench.Local()) < localBefore);
+  CHECK(width(bench.Device()) < deviceBefore);
+  for (const ListView& list : {bench.Local(), bench.Device()}) {
+    const auto styles = list.Handle().Send(LVM_GETEXTENDEDLISTVIEWSTYLE);
+    CHECK((styles & (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT)) == (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT));
+    CHECK((GetWindowLongA(list.Handle().Handle(), GWL_STYLE) & WS_HSCROLL) == 0);
+  }
+}
+
+TEST_CASE("which buttons are enabled") {
+  FileManagerBench bench;
+  struct Case {
+    bool connected, open, rows, localSelected, deviceSelected;
+    const char* enabled;
+  };
+  const char* const always = "Add files Clear Load job Close";
+  const Case cases[] = {
+      {false, true, false, false, false, ""},
+      {false, true, true, true, true, "Save job"},
+      {true, false, true, true, true, "Save job"},
+      {true, true, false, false, false, "Refresh Format"},
+      {true, true, true, false, false, "Save job Copy all -> Refresh Format"},
+      {true, true, true, true, false, "Save job Copy selected -> Copy all -> Refresh Format"},
+      {true, true, false, false, true, "Refresh Format Delete file(s)"},
+  };
+  const auto list = [&](std::initializer_list<int> ids) {
+    std::string enabled;
+    for (const int id : ids) {
+      if (bench.window.Control(id).Enabled())
+        enabled += (enabled.empty() ? "" : " ") + bench.window.Control(id).Text();
+    }
+    return enabled;
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.enabled);
+    bench.Press(IDC_FM_CLEAR);
+    if (c.rows)
+      bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+    bench.Local().Select(c.localSelected ? std::vector{1} : std::vector<int>{});
+    bench.Device().Select(c.deviceSelected ? std::vector{0, 2} : std::vector<int>{});
+    bench.device.state = c.open ? 1 : 2;
+    bench.client.Connect(c.connected ? &bench.device : nullptr);
+    CHECK(list({4040, 4022, 4026, 4024, 4037, 4023}) == c.enabled);
+    CHECK(list({4025, 4038, 4039, 1}) == always);
+  }
+}
+
+TEST_CASE("selecting and the channel's state enable buttons by and by") {
+  FileManagerBench bench;
+  bench.Device().Select({1});
+  WaitFor("\"Delete file(s)\" to be enabled", [&] { return bench.window.Control(IDC_FM_DELETE_FILES).Enabled(); });
+  bench.device.state = 0;
+  WaitFor("\"Refresh\" to be disabled", [&] { return !bench.window.Control(IDC_FM_REFRESH).Enabled(); });
+}
+
+TEST_CASE("without a channel rows alone enable saving, at once") {
+  const FileManagerBench bench(false);
+  bench.Drop({"C:\\a.bin"});
+  CHECK(bench.window.Control(IDC_FM_SAVE_JOB).Enabled());
+  CHECK_FALSE(bench.window.Control(IDC_FM_COPY_ALL).Enabled());
+  bench.Press(IDC_FM_CLEAR);
+  CHECK_FALSE(bench.window.Control(IDC_FM_SAVE_JOB).Enabled());
+  CHECK(Joined(bench.Device().Columns()).starts_with("File ID 60"));
+}
+
+TEST_CASE("the keyboard stays in the window when the focused button is disabled") {
+  FileManagerBench bench;
+  bench.window.Activate();
+  const HWND refresh = bench.window.Control(IDC_FM_REFRESH).Handle();
+  bench.host.Do([&] { SetFocus(refresh); });
+  bench.device.state = 0;
+  WaitFor("\"Refresh\" to be disabled", [&] { return !IsWindowEnabled(refresh); });
+  const HWND focus = bench.host.Ask([] { return GetFocus(); });
+  CHECK(focus == bench.window.Control(IDOK).Handle());
+}
+
+TEST_CASE("the directory is read when the window opens and on \"Refresh\"") {
+  FileManagerBench bench;
+  CHECK(Joined(bench.device.Log()) == kRefresh);
+  CHECK(Joined(bench.Device().Rows()) == "3|1|100, 7|2|400, 200|0|500");
+
+  bench.device.directory = {{255, 255, 4294967295}};
+  bench.device.info = {4294967295, 4294967295, 1, 4294967295, 4294967295};
+  bench.device.ForgetLog();
+  bench.Press(IDC_FM_REFRESH);
+  CHECK(Joined(bench.device.Log()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
+  CHECK(Joined(bench.Device().Rows()) == "255|255|4294967295");
+  CHECK(bench.Summary() ==
+        "4294967295 bytes in 1 files\nrequire 4294967295 bytes on disk\n18446744065119617025 bytes free");
+}
+
+TEST_CASE("a refresh in which one call fails") {
+  FileManagerBench bench;
+  struct Case {
+    const char* operation;
+    const char* log;
+    const char* summary;
+    const char* rows;
+  };
+  const char* const good = "1000 bytes in 3 files\nrequire 1536 bytes on disk\n51200 bytes free";
+  const char* const allRows = "3|1|100, 7|2|400, 200|0|500";
+  const Case cases[] = {
+      {"ReadDirectory",
+       "Lock 500, ReadDirectory, GetInfoString 5, Count, Entry 0, Count, Entry 1, Count, Entry 2, Count, Unlock",
+       "Could not read device directory:\nerror 5", allRows},
+      {"Info", kRefresh, "0 bytes in 0 files\nrequire 0 bytes on disk\n0 bytes free", allRows},
+      {"Entry", kRefresh, good, "0|0|0, 7|2|400, 200|0|500"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.operation);
+    bench.device.Fail(c.operation, 0, 5);
+    bench.device.ForgetLog();
+    bench.Press(IDC_FM_REFRESH);
+    CHECK(Joined(bench.device.Log()) == c.log);
+    CHECK(bench.Summary() == c.summary);
+    CHECK(Joined(bench.Device().Rows()) == c.rows);
+  }
+  bench.Press(IDC_FM_REFRESH);
+  CHECK(bench.Summary() == good);
+}
+
+TEST_CASE("deleting asks, deletes in the list's order and reads the directory again") {
+  FileManagerBench bench;
+  bench.Device().Select({0});
+  bench.Press(IDC_FM_DELETE_FILES);
+  bench.device.ForgetLog();
+  Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDNO);
+  bench.WaitUntilIdle("the question");
+  CHECK(bench.device.Log().empty());
+
+  bench.Device().Select({2, 0});
+  bench.Press(IDC_FM_DELETE_FILES);
+  Window::AnswerBox("Warning", "Deleting 2 files from device, are you sure?", IDYES);
+  bench.WaitUntilIdle("deleting");
+  CHECK(Joined(bench.device.Log()) ==
+        "Lock 500, Delete 3, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
+  CHECK(Joined(bench.Device().Rows()) == "7|2|400");
+}
+
+TEST_CASE("deleting with odd rows, none, and failures") {
+  FileManagerBench bench;
+  SUBCASE("a row whose first column is no number is passed over") {
+    bench.Device().SetText(0, 0, "abc");
+    bench.Device().SetText(1, 0, " 263x"); // 7 in 8 bits
+    bench.Device().Select({0, 1, 2});
+    bench.Press(IDC_FM_DELETE_FILES);
+    bench.device.ForgetLog();
+    Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
+    bench.WaitUntilIdle("deleting");
+    CHECK(Joined(bench.device.Log()).starts_with("Lock 500, Delete 7, Delete 200, Lock 500"));
+  }
+  SUBCASE("the first failure ends it, the directory is read all the same") {
+    bench.device.Fail("Delete", 1, 6);
+    bench.Device().Select({0, 1, 2});
+    bench.Press(IDC_FM_DELETE_FILES);
+    bench.device.ForgetLog();
+    Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
+    Window::AnswerBox("Error", "Could not delete file with ID 7: error 6");
+    bench.WaitUntilIdle("deleting");
+    CHECK(Joined(bench.device.Log()) == "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, "
+                                        "Count, Entry 0, Count, Entry 1, Count, Unlock, Unlock");
+  }
+  SUBCASE("the selection may go before the button is disabled") {
+    bench.Device().Select({0});
+    WaitFor("\"Delete file(s)\" to be enabled", [&] { return bench.window.Control(IDC_FM_DELETE_FILES).Enabled(); });
+    bench.Device().Select({});
+    bench.device.ForgetLog();
+    PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_DELETE_FILES, 0);
+    Window::AnswerBox("Error", "No files marked to delete!");
+    CHECK(bench.device.Log().empty());
+  }
+  SUBCASE("the refresh behind it finds the channel locked") {
+    bench.device.Fail("Lock", 1, 1);
+    bench.Device().Select({0});
+    bench.Press(IDC_FM_DELETE_FILES);
+    bench.device.ForgetLog();
+    Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
+    Window::AnswerBox("Error", kLockedText);
+    bench.WaitUntilIdle("deleting");
+    CHECK(Joined(bench.device.Log()) == "Lock 500, Delete 3, Lock 500, Unlock");
+  }
+}
+
+TEST_CASE("formatting") {
+  FileManagerBench bench;
+  struct Case {
+    int answer;
+    std::int32_t code;
+    const char* log;
+  };
+  const Case cases[] = {
+      {IDYES, 0, "Lock 500, Format 0, Lock 500, ReadDirectory, Info, Count, Unlock, Unlock"},
+      {IDNO, 0, "Lock 500, Format 1, Lock 500, ReadDirectory, Info, Count, Unlock, Unlock"},
+      {IDCANCEL, 0, "Lock 500, Unlock"},
+      {IDYES, -3,
+       "Lock 500, Format 0, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock, GetInfoString -3"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.answer);
+    bench.device.directory = {{3, 1, 100}};
+    bench.device.ForgetLog();
+    if (c.code != 0)
+      bench.device.Fail("Format", 0, c.code);
+    bench.Press(IDC_FM_FORMAT);
+    Window box = Window::WaitForTop("WARNING");
+    CHECK((GetWindowLongA(GetDlgItem(box.Handle(), IDCANCEL), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
+    CHECK(bench.device.LockDepth() >= 1); // the channel is held while the question is open
+    Window::AnswerBox("WARNING", kFormatQuestion, c.answer);
+    if (c.code != 0)
+      Window::AnswerBox("Error", "Could not format device: error -3");
+    bench.WaitUntilIdle("formatting");
+    CHECK(Joined(bench.device.Log()) == c.log);
+  }
+}
+
+TEST_CASE("while another client holds the channel every action says so and touches nothing") {
+  FileManagerBench bench;
+  bench.Drop({"C:\\a.bin"});
+  bench.Local().Select({0});
+  bench.Device().Select({0});
+  for (const int id : {IDC_FM_COPY_SELECTED, IDC_FM_DELETE_FILES})
+    WaitFor("the buttons to be enabled", [&] { return bench.window.Control(id).Enabled(); });
+  int other = 0;
+  REQUIRE(bench.device.Lock(&other, 0) == 0);
+  bench.device.ForgetLog();
+  for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_COPY_ALL, IDC_FM_COPY_SELECTED, IDC_FM_DELETE_FILES}) {
+    CAPTURE(id);
+    bench.Press(id);
+    if (id == IDC_FM_DELETE_FILES)
+      Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
+    Window::AnswerBox("Error", kLockedText);
+  }
+  CHECK(Joined(bench.device.Log()) == "Lock 500, Lock 500, Lock 500, Lock 500, Lock 500");
+  bench.device.Unlock(&other);
+}
+
+TEST_CASE("a window opened while the channel is locked") {
+  TestHost host;
+  FileDevice device;
+  TestClient client(host, ONX_OBJ_FILE_MANAGER);
+  client.Connect(&device);
+  int other = 0;
+  REQUIRE(device.Lock(&other, 0) == 0);
+  // Showing returns when the box has been answered.
+  const HWND parent = host.MainWindow().Handle();
+  EONX_ERR_ERRCODE_ result = EONX_ERR_LOCKED;
+  std::thread show([&] { host.Do([&] { result = client->ShowDialogNonModal(parent); }); });
+  const Window box = Window::WaitForTop("Error");
+  CHECK(box.BoxText() == kLockedText);
+
+  SUBCASE("tells so and then stands there") {
+    box.PressControl(IDOK);
+    show.join();
+    CHECK(result == EONX_ERR_NONE);
+    CHECK(Window::WaitForTop(kFileManagerCaption).Visible());
+  }
+  SUBCASE("goes with its object") {
+    client.Delete();
+    show.join();
+    CHECK(result == EONX_ERR_DIALOG);
+    CHECK_FALSE(Window::FindTop(kFileManagerCaption).Exists());
+  }
+  device.Unlock(&other);
+}
+
+TEST_CASE("what happens behind an open question") {
+  struct Question {
+    int button;
+    const char* caption;
+    const char* text;
+    int no;
+  };
+  const Question questions[] = {
+      {IDC_FM_DELETE_FILES, "Warning", "Deleting 1 file from device, are you sure?", IDNO},
+      {IDC_FM_FORMAT, "WARNING", kFormatQuestion, IDCANCEL},
+  };
+  for (const Question& question : questions) {
+    CAPTURE(question.caption);
+    FileManagerBench bench;
+    FileDevice second;
+    const auto ask = [&] {
+      bench.Device().Select({0});
+      bench.Press(question.button);
+      return Window::WaitForTop(question.caption);
+    };
+    const auto answer = [&](int button) {
+      Window::AnswerBox(question.caption, question.text, button);
+      bench.WaitUntilIdle("the question");
+    };
+
+    // The channel goes, or another one comes: nothing is done to either, and no lock stays behind.
+    for (FileDevice* const next : {static_cast<FileDevice*>(nullptr), &second}) {
+      ask();
+      bench.client.Connect(next);
+      CHECK(bench.device.LockDepth() == 0);
+      bench.device.ForgetLog();
+      answer(IDYES);
+      CHECK(bench.device.Log().empty());
+      CHECK(second.Log().empty());
+      bench.client.Connect(&bench.device);
+    }
+
+    // A program presses buttons.
+    ask();
+    bench.device.ForgetLog();
+    for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_DELETE_FILES, IDC_FM_COPY_ALL})
+      bench.window.Send(WM_COMMAND, static_cast<WPARAM>(id));
+    CHECK(bench.device.Log().empty());
+    answer(question.no);
+
+    // The window goes: the question goes with it.
+    const Window box = ask();
+    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
+    CHECK_FALSE(box.Exists());
+    CHECK(bench.device.LockDepth() == 0);
+    bench.window = bench.client.Show(kFileManagerCaption);
+    ask();
+    answer(question.no);
+  }
+}
+
+TEST_CASE("the object may be deleted behind any box") {
+  struct Case {
+    int button;
+    const char* caption;
+    const char* failing; // operation, behind a first question answered with Yes
+  };
+  const Case cases[] = {{IDC_FM_FORMAT, "WARNING", nullptr},
+                        {IDC_FM_DELETE_FILES, "Warning", nullptr},
+                        {IDC_FM_DELETE_FILES, "Warning", "Delete"},
+                        {IDC_FM_FORMAT, "WARNING", "Format"}};
+  for (const Case& c : cases) {
+    CAPTURE(c.caption);
+    FileManagerBench bench;
+    bench.Device().Select({0});
+    bench.Press(c.button);
+    Window box = Window::WaitForTop(c.caption);
+    if (c.failing) {
+      bench.device.Fail(c.failing, 0, 5);
+      box.PressControl(IDYES);
+      box = Window::WaitForTop("Error");
+    }
+    bench.client.Delete();
+    CHECK_FALSE(box.Exists());
+    CHECK_FALSE(bench.window.Exists());
+    CHECK(bench.device.LockDepth() == 0);
+    bench.device.ForgetLog();
+    bench.host.Settle();
+    CHECK(bench.device.Log().empty());
+  }
+}

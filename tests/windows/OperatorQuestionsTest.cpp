@@ -1,0 +1,214 @@
+// Questions that scripts ask the operator, answered in their windows.
+#include "tests/windows/ScriptBench.h"
+
+namespace {
+
+constexpr const char* kQuestion = "Calibration";
+// Scripts print what they got, and whether it was confirmed.
+constexpr const char* kPrint = "\nprint(numtostr(v) + \" \" + numtostr(ok) + \"\\n\");";
+
+std::string NumberScript(const std::string& type, const std::string& call) {
+  return "var " + type + " v; var dword ok; ok = 7;\nv = " + call + ";" + kPrint;
+}
+
+} // namespace
+
+TEST_CASE("a number within limits") {
+  const ScriptBench bench;
+  struct Case {
+    const char* type;
+    std::string call;
+    const char* prompt;
+    const char* initial;
+    std::vector<std::pair<const char*, const char*>> refused; // typed text, words of the refusal
+    const char* answer;
+    const char* printed;
+  };
+  const Case cases[] = {
+      {"dword",
+       R"(userinputdword("Calibration", "Ohms", 50, 10, 20, &ok))",
+       "Ohms",
+       "20",
+       {{"25", "Value must be <= 20"}, {"9", "Value must be >= 10"}},
+       "15",
+       "15 1"},
+      {"int32",
+       R"(userinputint32("Calibration", "", 0, 0 - 5, 5, &ok))",
+       "Enter information",
+       "0",
+       {{"-6", "Value must be >= -5"}, {"6", "Value must be <= 5"}},
+       " -5x",
+       "-5 1"},
+      {"uint64",
+       R"(userinputuint64("Calibration", "P", 0, 0, 18446744073709551614:U, &ok))",
+       "P",
+       "0",
+       {{"18446744073709551615", "Value must be <= 18446744073709551614"}},
+       "18446744073709551614",
+       "18446744073709551614 1"},
+      {"int64",
+       R"(userinputint64("Calibration", "a && b", 3, 0 - 9223372036854775807, 4, &ok))",
+       "a && b",
+       "3",
+       {{"5", "Value must be <= 4"}},
+       "-9223372036854775807",
+       "-9223372036854775807 1"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.call);
+    bench.Start(NumberScript(c.type, c.call));
+    const Window question = Window::WaitForTop(kQuestion);
+    CHECK(question.Control(IDC_INPUT_PROMPT).Text() == c.prompt);
+    const Window field = question.Control(IDC_INPUT_VALUE);
+    CHECK(field.Text() == c.initial);
+    for (const auto& [typed, refusal] : c.refused) {
+      field.SetText(typed);
+      question.PressControl(IDOK);
+      Window::AnswerBox("Error", refusal);
+      CHECK(question.Visible());
+    }
+    field.SetText("ohms");
+    question.PressControl(IDOK);
+    WaitFor("the field to be set back", [&] { return field.Text() == c.initial; });
+    field.SetText(c.answer);
+    question.PressControl(IDOK);
+    bench.WaitForLine(c.printed);
+    bench.WaitForEnd();
+  }
+}
+
+TEST_CASE("Cancel gives the default as it was passed") {
+  const ScriptBench bench;
+  bench.Start(NumberScript("dword", R"(userinputdword("Calibration", "P", 50, 10, 20, &ok))"));
+  Window::WaitForTop(kQuestion).PressControl(IDCANCEL);
+  bench.WaitForLine("50 0");
+  bench.WaitForEnd();
+}
+
+TEST_CASE("a text") {
+  const ScriptBench bench;
+  const char* const script =
+      R"(var string s; var dword ok; s = userinputstring("Calibration", "Serial number", "SN-1", &ok);
+                                print(s + " " + numtostr(ok) + "\n");)";
+  const auto ask = [&] {
+    bench.Start(script);
+    const Window question = Window::WaitForTop(kQuestion);
+    CHECK(question.Control(IDC_INPUT_PROMPT).Text() == "Serial number");
+    CHECK(question.Control(IDC_INPUT_VALUE).Text() == "SN-1");
+    return question;
+  };
+  SUBCASE("typed on the keyboard, Enter") {
+    const Window question = ask();
+    question.Activate(); // the initial text is selected, so typing replaces it
+    TypeText("Sn 42");
+    WaitFor("the typed text", [&] { return question.Control(IDC_INPUT_VALUE).Text() == "Sn 42"; });
+    TypeKey(VK_RETURN);
+    bench.WaitForLine("Sn 42 1");
+  }
+  SUBCASE("Escape") {
+    ask().Activate();
+    TypeKey(VK_ESCAPE);
+    bench.WaitForLine("SN-1 0");
+  }
+  bench.WaitForEnd();
+}
+
+TEST_CASE("one item of a list") {
+  const ScriptBench bench;
+  const auto ask = [&](const std::string& items, const std::string& initial) {
+    bench.Start(R"(var int32 v; var dword ok; v = userlistinput("Calibration", "Range", )" + items + ", " + initial +
+                ", &ok);" + kPrint);
+    return Window::WaitForTop(kQuestion);
+  };
+  const char* const kItems = R"("1 V" + chr(0) + "10 V" + chr(0) + "auto")";
+  SUBCASE("the default, by Enter") {
+    const Window question = ask(kItems, "1");
+    CHECK(question.Control(IDC_LIST_PROMPT).Text() == "Range");
+    CHECK(Shown(question.Control(IDC_LIST_ITEMS).Items()) == "[1 V][10 V][auto]");
+    question.Activate();
+    TypeKey(VK_RETURN);
+    bench.WaitForLine("1 1");
+  }
+  SUBCASE("another one, by the arrow keys") {
+    const Window question = ask(kItems, "1");
+    question.Activate();
+    TypeKey(VK_DOWN);
+    TypeKey(VK_RETURN);
+    bench.WaitForLine("2 1");
+  }
+  SUBCASE("a default outside the list selects nothing, and OK waits for a choice") {
+    const Window question = ask(kItems, "3");
+    const Window list = question.Control(IDC_LIST_ITEMS);
+    CHECK(list.Send(LB_GETCURSEL) == LB_ERR);
+    question.PressControl(IDOK);
+    question.PressControl(IDOK);
+    list.Select(0);
+    question.PressControl(IDOK);
+    bench.WaitForLine("0 1");
+  }
+  SUBCASE("Cancel") {
+    ask(kItems, "0").PressControl(IDCANCEL);
+    bench.WaitForLine("-1 0");
+  }
+  SUBCASE("an empty list can only be cancelled") {
+    const Window question = ask("\"\"", "0");
+    question.PressControl(IDOK);
+    question.PressCloseBox();
+    bench.WaitForLine("-1 0");
+  }
+  bench.WaitForEnd();
+}
+
+TEST_CASE("a message waits until it was read") {
+  const ScriptBench bench;
+  bench.Start(R"(print("before\n"); messagebox("Calibration", "Connect the probe."); print("after\n");)");
+  const Window box = Window::WaitForTop(kQuestion);
+  CHECK(GetWindow(box.Handle(), GW_OWNER) == nullptr);
+  bench.WaitForLine("before");
+  Window::AnswerBox(kQuestion, "Connect the probe.");
+  bench.WaitForLine("after");
+  bench.WaitForEnd();
+}
+
+TEST_CASE("a stop request waits for the answer, a window that goes away does not") {
+  ScriptBench bench;
+  const char* const scripts[] = {
+      R"(messagebox("Calibration", "m"); print("on\n"); while (1) { })",
+      R"(userinputdword("Calibration", "P", 1); print("on\n"); while (1) { })",
+      R"(userlistinput("Calibration", "P", "a", 0); print("on\n"); while (1) { })",
+      // Every question that follows is answered too.
+      R"(while (1) { userinputstring("Calibration", "P", "a"); })",
+  };
+  for (const char* const script : scripts) {
+    CAPTURE(script);
+    SUBCASE("stopped") {
+      bench.Start(script);
+      const Window question = Window::WaitForTop(kQuestion);
+      bench.execute.Press();
+      bench.host.Settle();
+      CHECK(question.Visible());
+      question.PressCloseBox();
+      Window::AnswerBox("Error", "Error executing script: the script failed");
+      bench.WaitForEnd();
+    }
+    SUBCASE("the window destroyed") {
+      bench.Start(script);
+      const Window question = Window::WaitForTop(kQuestion);
+      bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
+      CHECK_FALSE(question.Exists());
+      CHECK(bench.channel.LockDepth() == 0);
+      bench.ShowAgain();
+    }
+  }
+  SUBCASE("the object deleted, with a refusal in front of its question") {
+    bench.Start(R"(userinputdword("Calibration", "P", 1, 0, 2);)");
+    const Window question = Window::WaitForTop(kQuestion);
+    question.Control(IDC_INPUT_VALUE).SetText("3");
+    question.PressControl(IDOK);
+    const Window refusal = Window::WaitForTop("Error");
+    bench.client.Delete();
+    CHECK_FALSE(refusal.Exists());
+    CHECK_FALSE(question.Exists());
+    CHECK(bench.channel.LockDepth() == 0);
+  }
+}
