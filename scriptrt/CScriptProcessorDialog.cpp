@@ -8,6 +8,8 @@
 
 #include <shellapi.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kMinimumHeight = 250; // pixels
@@ -42,8 +44,8 @@ CFileDialog ScriptFileDialog(const char* title) {
   return dialog;
 }
 
-// Opens a file in the program for text files. The shell's answer: 32 or less is an error.
-UINT_PTR OpenInEditor(HWND window, const std::string& path) {
+// Opens a file as one of a class. The shell's answer: 32 or less is an error.
+UINT_PTR OpenAs(const char* fileClass, HWND window, const std::string& path) {
   const std::string folder = path.substr(0, path.rfind('\\'));
   SHELLEXECUTEINFOA request{};
   request.cbSize = sizeof(request);
@@ -52,10 +54,17 @@ UINT_PTR OpenInEditor(HWND window, const std::string& path) {
   request.lpVerb = "open";
   request.lpFile = path.c_str();
   request.lpDirectory = folder.c_str();
-  request.lpClass = ".TXT";
+  request.lpClass = fileClass;
   request.nShow = SW_SHOWNORMAL;
   ShellExecuteExA(&request);
   return reinterpret_cast<UINT_PTR>(request.hInstApp);
+}
+
+// Opens a file in the program for text files. Wine's shell does not take an extension for a class, so the second try
+// names the class that text files have everywhere.
+UINT_PTR OpenInEditor(HWND window, const std::string& path) {
+  const UINT_PTR answer = OpenAs(".TXT", window, path);
+  return answer > 32 ? answer : std::max(answer, OpenAs("txtfile", window, path));
 }
 
 } // namespace

@@ -7,10 +7,10 @@ void AnswerSplitter::Feed(std::string_view bytes) {
     const bool afterCr = std::exchange(m_lastWasCr, byte == '\r');
     if (byte == '\r' || byte == '\n') {
       if (!afterCr)
-        EndLine();
+        EndLine(kLongestLine);
     } else {
-      if (m_unfinished.size() == kLongestLine)
-        EndLine();
+      if (m_unfinished.size() == m_limit)
+        EndLine(kLongestContinuation);
       m_unfinished += byte == '\0' ? ' ' : byte;
     }
   }
@@ -28,11 +28,13 @@ AnswerSplitter::Lines AnswerSplitter::TakeLines() {
 
 void AnswerSplitter::ForgetUnfinished() {
   m_unfinished.clear();
+  m_limit = kLongestLine;
   m_unfinishedTaken = false;
 }
 
-void AnswerSplitter::EndLine() {
+void AnswerSplitter::EndLine(std::size_t nextLimit) {
   m_lines.push_back(std::exchange(m_unfinished, {}));
   if (m_lines.size() > m_keep)
     m_lines.pop_front();
+  m_limit = nextLimit;
 }

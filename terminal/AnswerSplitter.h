@@ -13,9 +13,11 @@
 // Bytes go in in pieces of any size; now and then the lines are taken out, for somebody who shows them.
 class AnswerSplitter {
 public:
-  // A device that never ends its line gets a new one all the same: whoever shows an unfinished line has to show it
-  // anew each time it grows, and that must not take ever longer.
-  static constexpr std::size_t kLongestLine = 1 << 20; // bytes
+  // Whoever shows an unfinished line shows it anew each time it grows, and draws all of it, so it must not grow for
+  // ever. A line that reaches the first size goes on in lines of the second one, until the device ends it: many lines
+  // of the first size in one window would take a second to draw.
+  static constexpr std::size_t kLongestLine = 1 << 20;         // bytes
+  static constexpr std::size_t kLongestContinuation = 1 << 14; // bytes
 
   struct Lines {
     std::deque<std::string> lines; // the oldest first; the last one may be unfinished
@@ -32,11 +34,12 @@ public:
   void ForgetUnfinished();
 
 private:
-  void EndLine();
+  void EndLine(std::size_t nextLimit);
 
   std::size_t m_keep;
   std::deque<std::string> m_lines; // finished since the last call of TakeLines
   std::string m_unfinished;
-  bool m_unfinishedTaken = false; // at the last call of TakeLines there was an unfinished line
+  std::size_t m_limit = kLongestLine; // of the unfinished line
+  bool m_unfinishedTaken = false;     // at the last call of TakeLines there was an unfinished line
   bool m_lastWasCr = false;
 };

@@ -14,8 +14,10 @@ constexpr DWORD kSendLockMs = 500;
 constexpr std::uint32_t kChunk = 1023; // bytes
 
 // A poll reads until nothing more is there. A device that never stops would keep it, and the window with it, for ever;
-// after this time the rest waits for the next poll.
-constexpr std::chrono::milliseconds kReadingTime{30};
+// beyond either limit the rest waits for the next poll. The first is for slow channels, the second for fast ones:
+// measuring and drawing what was read takes longer than reading it.
+constexpr std::chrono::milliseconds kReadingTime{20};
+constexpr std::size_t kReadingBytes = 3 << 19; // 1.5 MiB
 
 constexpr POINT kMinimumSize{200, 250}; // pixels
 
@@ -198,17 +200,16 @@ void CTerminalDialog::Poll() {
 bool CTerminalDialog::Receive(const CChannelLock& lock) {
   const auto end = std::chrono::steady_clock::now() + kReadingTime;
   char chunk[kChunk];
-  bool received = false;
-  while (lock) {
+  std::size_t total = 0;
+  while (lock && total < kReadingBytes && (total == 0 || std::chrono::steady_clock::now() < end)) {
     std::uint64_t count = 0;
     if (lock.channel()->Receive(chunk, kChunk, &count) != 0 || count == 0)
       break;
-    m_splitter.Feed({chunk, static_cast<std::size_t>(std::min<std::uint64_t>(count, kChunk))});
-    received = true;
-    if (std::chrono::steady_clock::now() >= end)
-      break;
+    const std::size_t received = std::min<std::size_t>(count, kChunk);
+    m_splitter.Feed({chunk, received});
+    total += received;
   }
-  return received;
+  return total != 0;
 }
 
 // What somebody sees is the list at the end: one scroll, one repaint, one measuring, however much has come.

@@ -14,12 +14,13 @@ import tempfile
 TIMEOUT = 120  # seconds
 
 
-def run(command, folder=None):
-    """Standard output, standard error and exit code of a command; what hangs is killed and has a text for a code."""
+def run(command, folder=None, text=b""):
+    """Standard output, standard error and exit code of a command that reads `text`; what hangs is killed and has a text for a
+    code."""
     # Messages go through a file: Wine's desktop, which the first program with a window starts, keeps that stream open.
     with tempfile.TemporaryFile() as messages:
         try:
-            process = subprocess.run(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+            process = subprocess.run(command, cwd=folder, input=text, stdout=subprocess.PIPE,
                                      stderr=messages, timeout=TIMEOUT, check=False)
             output, code = process.stdout, process.returncode
         except subprocess.TimeoutExpired as expired:

@@ -88,6 +88,7 @@ USAGE_ERRORS = [
     (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
     (["run", "a", "--block-time", "-1"], b"--block-time"),
     (["run", "a", "--block-time", "1s"], b"--block-time"),
+    ([], b"--help"),
 ]
 # ondhost without a command opens its windows.
 WINDOWS_ERRORS = [
@@ -97,7 +98,7 @@ WINDOWS_ERRORS = [
 
 
 def check_usage():
-    for arguments, message in USAGE_ERRORS + [([], b"--help")] if name == "ondscript" else USAGE_ERRORS[:3] + WINDOWS_ERRORS:
+    for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:3] + WINDOWS_ERRORS:
         expect(arguments, 2, message=message)
     for arguments in (["--help"], ["run", "--help"]):
         code, output, messages = Call(arguments).end()

@@ -137,25 +137,34 @@ TEST_CASE("every byte but CR and LF is kept, zero as a blank") {
   CHECK(screen.lines == std::vector{expected});
 }
 
-TEST_CASE("a line without an end is one line up to its longest size") {
-  constexpr std::size_t kLongest = AnswerSplitter::kLongestLine;
-  Screen screen(10);
-  const std::string piece(kLongest / 4, 'x');
-  for (int i = 0; i < 4; ++i) {
-    screen.splitter.Feed(piece);
+TEST_CASE("a line without an end is one line up to a size, and goes on in smaller ones") {
+  constexpr std::size_t kLongest = AnswerSplitter::kLongestLine, kNext = AnswerSplitter::kLongestContinuation;
+  Screen screen(100);
+  const auto feed = [&](std::size_t count) {
+    screen.splitter.Feed(std::string(count, 'x'));
     screen.Show();
-    CHECK(screen.lines.size() == 1);
-  }
+  };
+  const auto sizes = [&] {
+    std::vector<std::size_t> all;
+    for (const std::string& line : screen.lines)
+      all.push_back(line.size());
+    return all;
+  };
+  for (int i = 0; i < 4; ++i)
+    feed(kLongest / 4);
+  CHECK(sizes() == std::vector{kLongest});
   SUBCASE("its end comes just then") {
-    screen.splitter.Feed("\r\nnext");
+    screen.splitter.Feed("\r\n");
+    feed(1);
+    CHECK(sizes() == std::vector<std::size_t>{kLongest, 1});
   }
   SUBCASE("it goes on") {
-    screen.splitter.Feed("next");
+    feed(2 * kNext + 1);
+    CHECK(sizes() == std::vector<std::size_t>{kLongest, kNext, kNext, 1});
+    screen.splitter.Feed("\n");
+    feed(kLongest + 1);
+    CHECK(sizes() == std::vector<std::size_t>{kLongest, kNext, kNext, 1, kLongest, 1});
   }
-  screen.Show();
-  REQUIRE(screen.lines.size() == 2);
-  CHECK(screen.lines[0] == std::string(kLongest, 'x'));
-  CHECK(screen.lines[1] == "next");
 }
 
 TEST_CASE("after forgetting, the rest of a line is a line of its own") {

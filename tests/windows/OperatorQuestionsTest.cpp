@@ -1,6 +1,9 @@
 // Questions that scripts ask the operator, answered in their windows.
 #include "tests/windows/ScriptBench.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace {
 
 constexpr const char* kQuestion = "Calibration";
@@ -211,4 +214,41 @@ TEST_CASE("a stop request waits for the answer, a window that goes away does not
     CHECK_FALSE(question.Exists());
     CHECK(bench.channel.LockDepth() == 0);
   }
+}
+
+// The questions of examples/calibrate.dcs, answered as the script's test on the terminal answers them.
+TEST_CASE("the calibration example") {
+  const auto read = [](const char* path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  const std::string script = read(OND_EXAMPLE_SCRIPT);
+  const std::string printed = read(OND_EXAMPLE_OUTPUT);
+  REQUIRE(!script.empty());
+  REQUIRE(!printed.empty());
+  const auto reads = [](const char* typed) {
+    const Window question = Window::WaitForTop(kQuestion);
+    question.Control(IDC_INPUT_VALUE).SetText(typed);
+    question.PressControl(IDOK);
+    return question;
+  };
+
+  const ScriptBench bench;
+  bench.Start(script);
+  const Window range = Window::WaitForTop(kQuestion);
+  range.Control(IDC_LIST_ITEMS).Select(1);
+  range.PressControl(IDOK);
+  range.WaitUntilGone("the question for the range");
+  reads("Kim").WaitUntilGone("the question for the name");
+  Window::AnswerBox(kQuestion, "Output 0 is set to 1000 mV. Wait until the meter is steady.");
+  const Window low = reads("2100");
+  Window::AnswerBox("Error", "Value must be <= 1200");
+  low.Control(IDC_INPUT_VALUE).SetText("1010");
+  low.PressControl(IDOK);
+  low.WaitUntilGone("the first reading");
+  Window::AnswerBox(kQuestion, "Output 0 is set to 3000 mV. Wait until the meter is steady.");
+  reads("2980").WaitUntilGone("the second reading");
+  Window::AnswerBox(kQuestion, "Done: offset -25 mV, gain 1015228 ppm.");
+  bench.WaitForLine(printed.substr(0, printed.find('\r')));
+  bench.WaitForEnd();
 }

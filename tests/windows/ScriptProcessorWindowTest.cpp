@@ -244,3 +244,89 @@ TEST_CASE("the channel is taken away during a run") {
   Window::AnswerBox("Error", "Error executing script: 21");
   WaitFor("the lock to go back to the channel that gave it", [&] { return bench.channel.LockDepth() == 0; });
 }
+
+TEST_CASE("long lines, every byte, and a script of 50 MiB") {
+  const ScriptBench bench;
+  SUBCASE("a line of 1 MiB") {
+    const Lines items = bench.Run(R"(var string s; var dword i; i = 0; s = "0123456789abcdef";
+                                     while (i < 16) { s = s + s; i = i + 1; } print(s); print("\n");)");
+    REQUIRE(items.size() == 1);
+    CHECK(items[0].size() == 1U << 20);
+    CHECK(items[0].ends_with("cdef0123456789abcdef"));
+  }
+  SUBCASE("the bytes from 1 to 255") {
+    const Lines items = bench.Run("var dword i; i = 1; while (i < 256) { print(chr(i)); i = i + 1; }");
+    std::string overwriting; // the carriage return, 13, sends what follows to the start of the line
+    for (int c = 14; c < 256; ++c)
+      overwriting += static_cast<char>(c);
+    REQUIRE(items.size() == 2);
+    CHECK(items[0] == "\x01\x02\x03\x04\x05\x06\x07\x08\x09");
+    CHECK(items[1] == overwriting);
+  }
+  SUBCASE("50 MiB") {
+    std::string script;
+    while (script.size() < 50U << 20)
+      script += "# a comment line, as there are many in a long script\n";
+    CHECK(Shown(bench.Run(script + "print(\"end\\n\");")) == "[end]");
+  }
+}
+
+TEST_CASE("a whole session by keyboard alone") {
+  const ScriptBench bench;
+  bench.folder.Write("keys.dcs", R"(print("typed\n");)");
+  const auto waitForFocus = [&](int id) {
+    WaitFor("the focus on control " + std::to_string(id),
+            [&] { return bench.host.Ask([] { return GetFocus(); }) == bench.window.Control(id).Handle(); });
+  };
+  bench.window.Activate();
+  bench.host.Do([&] { SetFocus(bench.log.Handle()); });
+  TypeKey(VK_TAB);
+  waitForFocus(IDC_SCRIPT_BROWSE);
+  TypeKey(VK_RETURN);
+  const Window chooser = Window::WaitForTop("Open a script file");
+  chooser.Activate();
+  TypeText(bench.folder.PathOf("keys.dcs"));
+  TypeKey(VK_RETURN);
+  chooser.WaitUntilGone("the file dialog");
+  WaitFor("the path", [&] { return bench.window.Control(IDC_SCRIPT_PATH).Text() == bench.folder.PathOf("keys.dcs"); });
+  bench.window.Activate();
+  waitForFocus(IDC_SCRIPT_BROWSE);
+  for (const int id : {IDC_SCRIPT_COPY, IDC_SCRIPT_NEW, IDC_SCRIPT_EDIT, IDC_SCRIPT_EXECUTE}) {
+    TypeKey(VK_TAB);
+    waitForFocus(id);
+  }
+  TypeKey(VK_SPACE);
+  bench.WaitForLine("typed");
+  bench.WaitForEnd();
+  TypeKey(VK_ESCAPE);
+  bench.window.WaitUntilGone("the window after Escape");
+}
+
+TEST_CASE("New makes an empty script and opens it in the editor") {
+  const ScriptBench bench;
+  const std::string path = bench.folder.PathOf("new.dcs");
+  bench.window.PressControl(IDC_SCRIPT_NEW);
+  Window chooser = Window::WaitForTop("New script file");
+  chooser.TypeFileName(bench.folder.PathOf("new")); // the extension is added
+  chooser.WaitUntilGone("the file dialog");
+  WaitFor("the new script to be chosen", [&] { return bench.window.Control(IDC_SCRIPT_PATH).Text() == path; });
+  CHECK(bench.folder.Read("new.dcs").empty());
+  const auto closeEditor = [] { // a program of its own
+    HWND editor = nullptr;
+    WaitFor("the editor to show the script", [&] {
+      editor = FindWindowA("Notepad", "new.dcs - Notepad");
+      return editor != nullptr;
+    });
+    PostMessageA(editor, WM_CLOSE, 0, 0);
+    WaitFor("the editor to close", [&] { return !IsWindow(editor); });
+  };
+  closeEditor();
+  bench.window.PressControl(IDC_SCRIPT_EDIT);
+  closeEditor();
+}
+
+TEST_CASE("Edit without a script") {
+  const ScriptBench bench;
+  PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_SCRIPT_EDIT, 0); // the button itself is disabled
+  Window::AnswerBox("Error", "No file name present");
+}

@@ -75,8 +75,8 @@ void TerminalWindow::Focus(int id) const {
   window.Send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id).Handle()), TRUE); // as Tab does
 }
 
-HWND TerminalWindow::FocusedWindow() const {
-  return host.Ask([] { return GetFocus(); });
+bool TerminalWindow::HasFocus(int id) const {
+  return host.Ask([] { return GetFocus(); }) == Control(id).Handle();
 }
 
 void TerminalWindow::Send(const std::string& line) const {

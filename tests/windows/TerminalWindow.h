@@ -50,7 +50,7 @@ public:
   void Poll() const { window.Send(WM_TIMER, 1); }
 
   void Focus(int id) const;
-  HWND FocusedWindow() const;
+  bool HasFocus(int id) const;
   // Puts the line into the input line, presses Enter and waits for a word in the status line.
   void Send(const std::string& line) const;
   void SetAppendCr(bool append) const;
