@@ -63,8 +63,12 @@ void PlaceBeside(HWND mainWindow, HWND window, std::size_t index) {
   const RECT main = PlaceOf(mainWindow);
   const RECT own = PlaceOf(window);
   const int offset = static_cast<int>(index) * Step();
-  const int x = std::min<int>(main.right + offset, screen.right - (own.right - own.left));
-  const int y = std::min<int>(main.top + offset, screen.bottom - (own.bottom - own.top));
+  // As far to the right and down as the screen allows.
+  const int farthestX = screen.right - (own.right - own.left);
+  const int farthestY = screen.bottom - (own.bottom - own.top);
+  const bool below = main.right + offset > farthestX && main.bottom + offset <= farthestY;
+  const int x = std::min<int>((below ? main.left : main.right) + offset, farthestX);
+  const int y = std::min<int>((below ? main.bottom : main.top) + offset, farthestY);
   Move(window, std::max<int>(x, screen.left), std::max<int>(y, screen.top));
 }
 

@@ -14,7 +14,8 @@ void PlaceMainWindow(HWND window);
 // is among these after an object was asked to show its own, and was not before, is the object's.
 std::vector<HWND> OwnedWindows(HWND owner);
 
-// Puts a window beside the main window, the `index`-th a step further down and to the right, but within the screen.
+// Puts a window to the right of the main window, or below it where there is no room; the `index`-th some steps further
+// down and to the right. Where neither has room it covers a part of the main window, but stays within the screen.
 void PlaceBeside(HWND mainWindow, HWND window, std::size_t index);
 
 } // namespace host

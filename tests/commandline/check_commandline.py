@@ -78,7 +78,6 @@ def check_results():
 USAGE_ERRORS = [
     (["run"], b"FILE is required"),
     (["walk"], b"walk"),
-    ([], b"--help"),
     (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
     # What follows is the same code in both programs.
     (["run", "a", "b"], b"b"),
@@ -89,11 +88,17 @@ USAGE_ERRORS = [
     (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
     (["run", "a", "--block-time", "-1"], b"--block-time"),
     (["run", "a", "--block-time", "1s"], b"--block-time"),
+    ([], b"--help"),
+]
+# ondhost without a command opens its windows.
+WINDOWS_ERRORS = [
+    (["--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
+    (["--device-dir", "d", "list"], b"options stand behind the command"),
 ]
 
 
 def check_usage():
-    for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:4]:
+    for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:3] + WINDOWS_ERRORS:
         expect(arguments, 2, message=message)
     for arguments in (["--help"], ["run", "--help"]):
         code, output, messages = Call(arguments).end()
