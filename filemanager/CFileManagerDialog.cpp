@@ -50,8 +50,8 @@ bool CFileManagerDialog::OnWndMsg(const Message& message, LRESULT& result) {
 }
 
 bool CFileManagerDialog::OnInitDialog() {
+  m_status.SubclassDlgItem(IDC_FM_CONFIGURATION, *this); // before its text is set
   CONXDialog::OnInitDialog();
-  m_status.SubclassDlgItem(IDC_FM_CONFIGURATION, *this);
   m_localList.SubclassDlgItem(IDC_FM_LOCAL_LIST, *this);
   m_deviceList.SubclassDlgItem(IDC_FM_DEVICE_LIST, *this);
   CheckDlgButton(IDC_FM_CONTINUE_ON_ERROR, m_continueOnError);

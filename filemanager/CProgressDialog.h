@@ -40,7 +40,7 @@ public:
 
 protected:
   bool OnInitDialog() override;
-  void OnOK() override {} // Enter means nothing here
+  void OnOK() override { OnCancel(); } // Enter, on the only button that there is
   void OnCancel() override;
   bool OnWndMsg(const Message& message, LRESULT& result) override;
 

@@ -75,6 +75,9 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT number, WPARAM wParam, LP
   auto* const dialog = reinterpret_cast<CDialog*>(GetWindowLongPtrA(window, DWLP_USER));
   if (!dialog)
     return FALSE;
+  // A modal loop of this thread notices the end of its window only with the next message, which it then throws away.
+  if (number == WM_NCDESTROY)
+    PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0);
   LRESULT result = 0;
   if (number == WM_INITDIALOG) {
     dialog->HandleMessage({number, wParam, lParam}, result, &dialog->m_initFailed);

@@ -4,6 +4,28 @@ namespace {
 
 constexpr UINT kTextFlags = DT_NOPREFIX | DT_NOCLIP | DT_LEFT;
 
+// From BeginPaint to EndPaint, in the window's own font.
+class Painting {
+public:
+  explicit Painting(const CWnd& window)
+      : m_window(window.GetSafeHwnd()), m_context(BeginPaint(m_window, &m_paint)),
+        m_previousFont(SelectObject(m_context, reinterpret_cast<HGDIOBJ>(window.Send(WM_GETFONT)))) {}
+  Painting(const Painting&) = delete;
+  Painting& operator=(const Painting&) = delete;
+  ~Painting() {
+    SelectObject(m_context, m_previousFont);
+    EndPaint(m_window, &m_paint);
+  }
+
+  HDC Context() const { return m_context; }
+
+private:
+  HWND m_window;
+  PAINTSTRUCT m_paint{};
+  HDC m_context;
+  HGDIOBJ m_previousFont;
+};
+
 int LineHeight(HDC context) {
   TEXTMETRICA metrics{};
   GetTextMetricsA(context, &metrics);
@@ -30,12 +52,8 @@ LRESULT CStatusGroup::OnSetText(const Message& message) {
 }
 
 void CStatusGroup::OnPaint() {
-  PAINTSTRUCT paint;
-  const HDC context = BeginPaint(GetSafeHwnd(), &paint);
-  const HGDIOBJ font = SelectObject(context, reinterpret_cast<HGDIOBJ>(Send(WM_GETFONT)));
-  Draw(context);
-  SelectObject(context, font);
-  EndPaint(GetSafeHwnd(), &paint);
+  const Painting painting(*this);
+  Draw(painting.Context());
 }
 
 // The frame runs through the middle of its caption.

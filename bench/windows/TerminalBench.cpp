@@ -119,8 +119,12 @@ int main() {
   BurstChannel channel;
   CONXDeviceClient_0* const client = OndDeviceClientCreateInstance(ONX_OBJ_TERMINAL);
   client->Connect(&channel);
-  client->ShowDialogNonModal(nullptr);
+  const bool shown = client->ShowDialogNonModal(nullptr) == EONX_ERR_NONE;
   const HWND terminal = FindWindowA(nullptr, "Terminal");
+  if (!shown || !terminal) {
+    std::fprintf(stderr, "no Terminal on the screen; is there a display?\n");
+    return 1;
+  }
   const HWND list = GetDlgItem(terminal, IDC_TERMINAL_ANSWERS);
   const HWND bare = MakeBareList(list);
 

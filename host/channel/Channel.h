@@ -1,5 +1,5 @@
-// What every channel of this folder is. *Sources* move bytes and files (`sim/`); *decorators* stand around one of them
-// and add what every channel needs: locking, injected faults. `ChannelFactory.h` builds the whole chain.
+// What every channel of this folder is. *Sources* move bytes and files (`sim/`, `stream/`); *decorators* stand around
+// one of them and add what every channel needs: locking, injected faults. `ChannelFactory.h` builds the whole chain.
 #pragma once
 
 #include "frame/OndDeviceClient.h"
@@ -13,6 +13,13 @@ public:
   Channel(const Channel&) = delete;
   Channel& operator=(const Channel&) = delete;
   virtual ~Channel() = default;
+
+  // A channel may still be connecting when it is made. Waits until it is open, or closed for good; the source bounds
+  // the time. 0, or the code whose text tells why it is closed. [any thread but a window's]
+  virtual std::int32_t WaitUntilOpen() { return 0; }
+  // Waits until everything that was passed to `Transmit` has left, as long as something moves. 0, or a code whose text
+  // tells why some of it never did, refused calls included. [any thread but a window's]
+  virtual std::int32_t WaitUntilSent() { return 0; }
 };
 
 } // namespace host

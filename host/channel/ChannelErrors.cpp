@@ -26,6 +26,12 @@ const char* ChannelErrorText(std::int64_t code) {
     return "Unknown file mode";
   case kStorageFailed:
     return "Device storage cannot be written";
+  case kNotOpen:
+    return "Channel is not open yet";
+  case kDataNotTaken:
+    return "Device does not take its data";
+  case kNoDeviceFiles:
+    return "Device files are not possible over a raw byte stream";
   }
   return nullptr;
 }

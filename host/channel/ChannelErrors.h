@@ -18,6 +18,9 @@ enum ChannelError : std::int32_t {
   kLocalFileUnreadable = 8,
   kUnknownFileMode = 9,
   kStorageFailed = 10,
+  kNotOpen = 11,      // a channel that is closed tells why instead of the constant text
+  kDataNotTaken = 12, // too much waits to be sent, or nothing moves
+  kNoDeviceFiles = 13,
 };
 
 // The constant text of a code; null for a code that is none of the above.

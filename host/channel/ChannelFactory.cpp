@@ -1,6 +1,7 @@
 #include "host/channel/ChannelFactory.h"
 
 #include "host/channel/LockingChannel.h"
+#include "host/channel/stream/StreamChannel.h"
 #include "host/support/Text.h"
 
 #include <utility>
@@ -24,12 +25,31 @@ ChannelResult MakeSimulated(const ChannelOptions& options, const std::string& se
   return {std::make_unique<SimulatedDevice>(options.sim, std::move(folder)), {}, false};
 }
 
+ChannelResult MakeTcp(const ChannelOptions& options, const std::string& settings) {
+  std::string error;
+  const auto address = ParseTcpAddress(settings, error);
+  if (!address)
+    return Failed(Quoted(options.text) + ": " + error, true);
+  return {std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes", MakeTcpLink(*address)),
+          {},
+          false};
+}
+
+ChannelResult MakeSerial(const ChannelOptions& options, const std::string& settings) {
+  std::string error;
+  const auto line = ParseSerialLine(settings, error);
+  if (!line)
+    return Failed(Quoted(options.text) + ": " + error, true);
+  return {
+      std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line)), {}, false};
+}
+
 // How each kind of channel is made from the settings behind its name.
 struct Kind {
   const char* name;
   ChannelResult (*make)(const ChannelOptions& options, const std::string& settings);
 };
-constexpr Kind kKinds[] = {{"sim", MakeSimulated}};
+constexpr Kind kKinds[] = {{"sim", MakeSimulated}, {"tcp", MakeTcp}, {"serial", MakeSerial}};
 
 ChannelResult MakeSource(const ChannelOptions& options) {
   const std::size_t colon = options.text.find(':');

@@ -24,8 +24,9 @@ struct ChannelResult {
 };
 
 // Forms of ChannelOptions::text, for help texts.
-inline constexpr const char* kChannelForms = "sim";
+inline constexpr const char* kChannelForms = "sim, tcp:HOST:PORT, serial:PORT:BAUD[:FORMAT]";
 
+// Does not wait for a connection: the channel may still be connecting, see `Channel::WaitUntilOpen`.
 ChannelResult MakeChannel(const ChannelOptions& options);
 
 } // namespace host

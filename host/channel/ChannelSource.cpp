@@ -38,12 +38,16 @@ const char* ChannelSource::GetInfoString(std::uint32_t what, std::int64_t code) 
   case OND_INFO_CONFIGURATION:
     return m_configuration.c_str();
   case OND_INFO_ERROR: {
-    const char* text = ChannelErrorText(code);
+    const char* text = ErrorText(code);
     return text != nullptr ? text : TextOfForeignCode(code);
   }
   default:
     return "";
   }
+}
+
+const char* ChannelSource::ErrorText(std::int64_t code) {
+  return ChannelErrorText(code);
 }
 
 std::int32_t ChannelSource::Lock(void*, std::uint32_t) {
@@ -80,26 +84,35 @@ std::int32_t ChannelSource::Transmit(const char* data, std::uint64_t length, std
   });
 }
 
+template <class Work>
+std::int32_t ChannelSource::WithFiles(Work work) noexcept {
+  return Guarded([&]() -> std::int32_t {
+    std::int32_t code = kChannelOk;
+    DeviceFiles* const files = Files(code);
+    return files != nullptr ? work(*files) : code;
+  });
+}
+
 std::int32_t ChannelSource::TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                                    std::uint8_t fileType, std::uint32_t fileMode,
                                                    TransferProgressCallback callback, void* context, std::uint32_t,
                                                    std::uint32_t steps) {
-  return Guarded([&]() -> std::int32_t {
+  return WithFiles([&](DeviceFiles& files) -> std::int32_t {
     if (data == nullptr && length != 0)
       return kInvalidArgument;
     const std::string_view bytes(data, static_cast<std::size_t>(length));
-    return SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
+    return files.SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
   });
 }
 
 std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType,
                                          std::uint32_t fileMode, TransferProgressCallback callback, void* context,
                                          std::uint32_t, std::uint32_t steps) {
-  return Guarded([&]() -> std::int32_t {
+  return WithFiles([&](DeviceFiles& files) -> std::int32_t {
     if (localPath == nullptr)
       return kInvalidArgument;
     std::string bytes;
-    switch (ReadWholeFile(localPath, LargestFile(), bytes)) {
+    switch (ReadWholeFile(localPath, files.LargestFile(), bytes)) {
     case ReadOutcome::kFailed:
       return kLocalFileUnreadable;
     case ReadOutcome::kTooLarge:
@@ -107,14 +120,14 @@ std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fil
     case ReadOutcome::kComplete:
       break;
     }
-    return SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
+    return files.SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
   });
 }
 
 std::int32_t ChannelSource::ReadDirectory() {
-  return Guarded([&]() -> std::int32_t {
+  return WithFiles([&](DeviceFiles& files) -> std::int32_t {
     Directory directory;
-    const std::int32_t code = ListFiles(directory);
+    const std::int32_t code = files.ListFiles(directory);
     if (code != kChannelOk)
       return code;
     const std::lock_guard guard(m_directoryMutex);
@@ -145,11 +158,11 @@ std::int32_t ChannelSource::GetDirectoryInfo(TDEVDIRINFO* info) {
 }
 
 std::int32_t ChannelSource::DeleteDeviceFile(std::uint8_t fileId) {
-  return Guarded([&] { return DeleteFile(fileId); });
+  return WithFiles([&](DeviceFiles& files) { return files.DeleteFile(fileId); });
 }
 
 std::int32_t ChannelSource::FormatDevice(std::uint32_t usedBlocksOnly) {
-  return Guarded([&] { return Format(usedBlocksOnly != 0); });
+  return WithFiles([&](DeviceFiles& files) { return files.Format(usedBlocksOnly != 0); });
 }
 
 } // namespace host

@@ -34,6 +34,19 @@ struct Directory {
   TDEVDIRINFO info{};
 };
 
+// The files of a device, behind the contract's checks and translations. [any thread]
+class DeviceFiles {
+public:
+  virtual std::uint64_t LargestFile() const = 0; // in bytes; larger ones are refused without being read
+  virtual std::int32_t SendFile(const DeviceFile& file, const TransferProgress& progress) = 0;
+  virtual std::int32_t ListFiles(Directory& directory) = 0;
+  virtual std::int32_t DeleteFile(std::uint8_t fileId) = 0;
+  virtual std::int32_t Format(bool usedBlocksOnly) = 0;
+
+protected:
+  ~DeviceFiles() = default;
+};
+
 // Checks arguments, reads local files, holds the directory between its operations, and lets no exception out. Locking
 // is a decorator's business: here it always succeeds.
 class ChannelSource : public Channel {
@@ -65,13 +78,16 @@ protected:
   virtual bool IsOpen() = 0;
   virtual std::int32_t ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) = 0;
   virtual std::int32_t SendBytes(std::string_view bytes) = 0;
-  virtual std::uint64_t LargestFile() const = 0; // in bytes; larger ones are refused without being read
-  virtual std::int32_t SendFile(const DeviceFile& file, const TransferProgress& progress) = 0;
-  virtual std::int32_t ListFiles(Directory& directory) = 0;
-  virtual std::int32_t DeleteFile(std::uint8_t fileId) = 0;
-  virtual std::int32_t Format(bool usedBlocksOnly) = 0;
+  // Null: files cannot be reached, and `code` tells why.
+  virtual DeviceFiles* Files(std::int32_t& code) = 0;
+  // The text of a code, the source's for as long as it lives; null when it is unknown.
+  virtual const char* ErrorText(std::int64_t code);
 
 private:
+  // The answer of a file operation: `work` with the files, or why there are none.
+  template <class Work>
+  std::int32_t WithFiles(Work work) noexcept;
+
   const std::string m_description;
   const std::string m_configuration;
   std::mutex m_directoryMutex;

@@ -63,6 +63,10 @@ void PrintRunEnd(std::string_view program, const std::string& script, const RunE
     PrintMessage(program, script.empty() ? text : script + ": " + text);
 }
 
+std::string ErrorText(Channel& channel, std::int32_t code) {
+  return channel.GetInfoString(OND_INFO_ERROR, code);
+}
+
 } // namespace
 
 int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
@@ -75,6 +79,10 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
   if (!made.channel) {
     PrintMessage(program, made.badText ? "--channel: " + made.error : made.error);
     return made.badText ? kExitUsage : kExitNoChannel;
+  }
+  if (const std::int32_t code = made.channel->WaitUntilOpen(); code != 0) {
+    PrintMessage(program, arguments.channel.text + ": " + ErrorText(*made.channel, code));
+    return kExitNoChannel;
   }
   const Connection connection(machine, *made.channel);
   auto records = RecordsToSet(arguments.variables);
@@ -91,7 +99,11 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     PrintMessage(program, "standard output cannot be written");
     return kExitStream;
   }
-  return end.result;
+  // A script that was stopped does not wait for its device.
+  const std::int32_t unsent = end.interrupted ? 0 : made.channel->WaitUntilSent();
+  if (unsent != 0)
+    PrintMessage(program, arguments.channel.text + ": not everything was sent: " + ErrorText(*made.channel, unsent));
+  return end.result == EONX_ERR_NONE && unsent != 0 ? static_cast<int>(kExitNoChannel) : end.result;
 }
 
 } // namespace host

@@ -173,47 +173,57 @@ TEST_CASE("a message waits until it was read") {
   bench.WaitForEnd();
 }
 
-TEST_CASE("a stop request waits for the answer, a window that goes away does not") {
-  ScriptBench bench;
-  const char* const scripts[] = {
-      R"(messagebox("Calibration", "m"); print("on\n"); while (1) { })",
-      R"(userinputdword("Calibration", "P", 1); print("on\n"); while (1) { })",
-      R"(userlistinput("Calibration", "P", "a", 0); print("on\n"); while (1) { })",
-      // Every question that follows is answered too.
-      R"(while (1) { userinputstring("Calibration", "P", "a"); })",
-  };
-  for (const char* const script : scripts) {
+namespace {
+
+// Scripts that are stopped, or left alone, while their first question is open.
+const char* const kAskingScripts[] = {
+    R"(messagebox("Calibration", "m"); print("on\n"); while (1) { })",
+    R"(userinputdword("Calibration", "P", 1); print("on\n"); while (1) { })",
+    R"(userlistinput("Calibration", "P", "a", 0); print("on\n"); while (1) { })",
+    R"(while (1) { userinputstring("Calibration", "P", "a"); })", // every question that follows is answered too
+};
+
+} // namespace
+
+TEST_CASE("a stop request waits for the answer") {
+  const ScriptBench bench;
+  for (const char* const script : kAskingScripts) {
     CAPTURE(script);
-    SUBCASE("stopped") {
-      bench.Start(script);
-      const Window question = Window::WaitForTop(kQuestion);
-      bench.execute.Press();
-      bench.host.Settle();
-      CHECK(question.Visible());
-      question.PressCloseBox();
-      Window::AnswerBox("Error", "Error executing script: the script failed");
-      bench.WaitForEnd();
-    }
-    SUBCASE("the window destroyed") {
-      bench.Start(script);
-      const Window question = Window::WaitForTop(kQuestion);
-      bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
-      CHECK_FALSE(question.Exists());
-      CHECK(bench.channel.LockDepth() == 0);
-      bench.ShowAgain();
-    }
-  }
-  SUBCASE("the object deleted, with a refusal in front of its question") {
-    bench.Start(R"(userinputdword("Calibration", "P", 1, 0, 2);)");
+    bench.Start(script);
     const Window question = Window::WaitForTop(kQuestion);
-    question.Control(IDC_INPUT_VALUE).SetText("3");
-    question.PressControl(IDOK);
-    const Window refusal = Window::WaitForTop("Error");
-    bench.client.Delete();
-    CHECK_FALSE(refusal.Exists());
+    bench.execute.Press();
+    bench.host.Settle();
+    CHECK(question.Visible());
+    question.PressCloseBox();
+    Window::AnswerBox("Error", "Error executing script: the script failed");
+    bench.WaitForEnd();
+  }
+}
+
+TEST_CASE("a question goes with the window of its script") {
+  ScriptBench bench;
+  for (const char* const script : kAskingScripts) {
+    CAPTURE(script);
+    bench.Start(script);
+    const Window question = Window::WaitForTop(kQuestion);
+    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
     CHECK_FALSE(question.Exists());
     CHECK(bench.channel.LockDepth() == 0);
+    bench.ShowAgain();
   }
+}
+
+TEST_CASE("a question goes with its object, and so does the refusal in front of it") {
+  ScriptBench bench;
+  bench.Start(R"(userinputdword("Calibration", "P", 1, 0, 2);)");
+  const Window question = Window::WaitForTop(kQuestion);
+  question.Control(IDC_INPUT_VALUE).SetText("3");
+  question.PressControl(IDOK);
+  const Window refusal = Window::WaitForTop("Error");
+  bench.client.Delete();
+  CHECK_FALSE(refusal.Exists());
+  CHECK_FALSE(question.Exists());
+  CHECK(bench.channel.LockDepth() == 0);
 }
 
 // The questions of examples/calibrate.dcs, answered as the script's test on the terminal answers them.

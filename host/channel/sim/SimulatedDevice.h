@@ -16,7 +16,7 @@ struct SimulatedDeviceOptions {
   std::uint32_t blocks = 8192;            // of kBlockSize bytes
 };
 
-class SimulatedDevice : public ChannelSource {
+class SimulatedDevice : public ChannelSource, private DeviceFiles {
 public:
   SimulatedDevice(const SimulatedDeviceOptions& options, std::optional<StoreFolder> folder);
 
@@ -24,6 +24,7 @@ private:
   bool IsOpen() override { return true; }
   std::int32_t ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) override;
   std::int32_t SendBytes(std::string_view bytes) override;
+  DeviceFiles* Files(std::int32_t&) override { return this; }
   std::uint64_t LargestFile() const override { return m_files.Capacity(); }
   std::int32_t SendFile(const DeviceFile& file, const TransferProgress& progress) override;
   std::int32_t ListFiles(Directory& directory) override;

@@ -1,0 +1,57 @@
+// A byte stream of the system's: a TCP connection or a serial port. Bodies: win32/ and posix/.
+#pragma once
+
+#include "host/channel/stream/Signal.h"
+#include "host/channel/stream/StreamSettings.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Why a link could not be made, or has ended; empty while all is well. For users, mostly in the system's words.
+using LinkFailure = std::string;
+
+// How long the making of a connection may take.
+inline constexpr std::chrono::seconds kConnectTime{10};
+
+// What one call of `Link::Move` has done. All of it counts, also in front of a failure.
+struct Movement {
+  std::size_t sent = 0;      // bytes from the front of what was to be sent
+  std::string_view received; // the link's own, until the next call
+  LinkFailure failure;       // set: the link has ended for good
+};
+
+// Everything but `WakeSignal` belongs to one thread, the one that drives the link. The destructor gives the system's
+// part back at once, together with whatever has not been sent.
+class Link {
+public:
+  Link() = default;
+  Link(const Link&) = delete;
+  Link& operator=(const Link&) = delete;
+  virtual ~Link() = default;
+
+  // 1. Makes the connection, within kConnectTime. A raised signal ends the attempt.
+  virtual LinkFailure Open() = 0;
+
+  // 2. Again and again: waits until something has moved, the link has ended, or the signal is raised, which it clears.
+  //
+  // `toSend` begins with the first byte that no call has reported as sent. Its bytes must stay where they are until
+  // then, or until the link ends: the system may be reading them between two calls. Sent are those that closing the
+  // link cannot lose any more, as far as the system tells.
+  // Without `mayReceive` bytes are left to the system; those that were asked for before may still come.
+  virtual Movement Move(std::string_view toSend, bool mayReceive) = 0;
+
+  // Raising it ends the wait of the call that is under way, or of the next. [any thread, also after the link's end]
+  const std::shared_ptr<Signal>& WakeSignal() const { return m_wake; }
+
+private:
+  const std::shared_ptr<Signal> m_wake = std::make_shared<Signal>();
+};
+
+std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line);
+
+} // namespace host

@@ -1,0 +1,133 @@
+#include "host/channel/stream/StreamChannel.h"
+
+#include "host/channel/ChannelErrors.h"
+
+#include <utility>
+
+namespace host {
+
+StreamChannel::StreamChannel(std::string description, std::string configuration, std::unique_ptr<Link> link)
+    : ChannelSource(std::move(description), std::move(configuration)), m_wake(link->WakeSignal()),
+      m_thread(&StreamChannel::Run, this, std::move(link)) {}
+
+StreamChannel::~StreamChannel() {
+  {
+    std::unique_lock guard(m_mutex);
+    m_changed.wait_for(guard, kFarewellTime, [this] { return m_state != State::kOpen || m_unsent == 0; });
+    m_ending = true;
+  }
+  m_wake->Raise();
+  m_thread.join();
+}
+
+std::int32_t StreamChannel::WaitUntilOpen() {
+  std::unique_lock guard(m_mutex);
+  m_changed.wait(guard, [this] { return m_state != State::kConnecting; });
+  return IsOpen() ? kChannelOk : kNotOpen;
+}
+
+std::int32_t StreamChannel::WaitUntilSent() {
+  std::unique_lock guard(m_mutex);
+  bool moving = true;
+  while (moving && IsOpen() && m_unsent != 0) {
+    const auto moved = [this, before = m_unsent] { return m_unsent != before || !IsOpen(); };
+    moving = m_changed.wait_for(guard, kPatience, moved);
+  }
+  if (m_unsent == 0 && !m_refused)
+    return kChannelOk;
+  return IsOpen() ? kDataNotTaken : kNotOpen;
+}
+
+const char* StreamChannel::ErrorText(std::int64_t code) {
+  if (code == kNotOpen && m_state == State::kClosed)
+    return m_closedBecause.c_str();
+  return ChannelSource::ErrorText(code);
+}
+
+std::int32_t StreamChannel::ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) {
+  std::unique_lock guard(m_mutex);
+  const bool wasFull = m_incoming.Size() >= kReceiveCapacity;
+  received = m_incoming.Take(buffer, capacity);
+  const bool atEnd = m_incoming.Size() == 0 && received == 0 && !IsOpen();
+  guard.unlock();
+  if (wasFull)
+    m_wake->Raise();
+  return atEnd ? kNotOpen : kChannelOk;
+}
+
+std::int32_t StreamChannel::SendBytes(std::string_view bytes) {
+  std::unique_lock guard(m_mutex);
+  const auto fits = [&] { return bytes.size() <= kSendCapacity - m_unsent; };
+  m_changed.wait_for(guard, kRoomTime, [&] { return fits() || !IsOpen(); });
+  if (!IsOpen() || !fits()) {
+    m_refused = true;
+    return IsOpen() ? kDataNotTaken : kNotOpen;
+  }
+  m_outgoing.append(bytes);
+  m_unsent += bytes.size();
+  guard.unlock();
+  m_wake->Raise();
+  return kChannelOk;
+}
+
+DeviceFiles* StreamChannel::Files(std::int32_t& code) {
+  code = IsOpen() ? kNoDeviceFiles : kNotOpen;
+  return nullptr;
+}
+
+void StreamChannel::Run(std::unique_ptr<Link> link) noexcept {
+  LinkFailure failure;
+  try {
+    failure = Drive(*link);
+  } catch (...) {
+    failure = "Out of memory"; // short enough to need none
+  }
+  link.reset(); // before the state says so: who sees it may want the port
+  {
+    const std::lock_guard guard(m_mutex);
+    m_closedBecause = std::move(failure);
+    m_state = State::kClosed;
+  }
+  m_changed.notify_all();
+}
+
+LinkFailure StreamChannel::Drive(Link& link) {
+  LinkFailure failure = link.Open();
+  if (!failure.empty())
+    return failure;
+  {
+    const std::lock_guard guard(m_mutex);
+    m_state = State::kOpen;
+  }
+  m_changed.notify_all();
+  for (bool mayReceive = true; failure.empty() && Prepare(mayReceive);) {
+    Movement movement = link.Move(std::string_view(m_sending).substr(m_sent), mayReceive);
+    Settle(movement);
+    failure = std::move(movement.failure);
+  }
+  return failure;
+}
+
+bool StreamChannel::Prepare(bool& mayReceive) {
+  const std::lock_guard guard(m_mutex);
+  if (m_sent == m_sending.size()) {
+    m_sending.clear();
+    m_sending.swap(m_outgoing);
+    m_sent = 0;
+  }
+  mayReceive = m_incoming.Size() < kReceiveCapacity;
+  return !m_ending;
+}
+
+void StreamChannel::Settle(const Movement& movement) {
+  {
+    const std::lock_guard guard(m_mutex);
+    m_incoming.Append(movement.received);
+    m_sent += movement.sent;
+    m_unsent -= movement.sent;
+  }
+  if (movement.sent != 0)
+    m_changed.notify_all();
+}
+
+} // namespace host

@@ -1,0 +1,46 @@
+// How a TCP connection is made, as far as it is the same on all systems.
+#pragma once
+
+#include "host/channel/stream/Link.h"
+
+#include <array>
+#include <functional>
+#include <vector>
+
+namespace host {
+
+// One of the addresses that a name stands for: a `sockaddr`.
+struct SocketAddress {
+  alignas(8) std::array<char, 128> bytes{};
+  std::size_t size = 0;
+  int family = 0;
+};
+
+struct Addresses {
+  std::vector<SocketAddress> all;
+  LinkFailure failure; // set: there are none
+};
+
+using ConnectDeadline = std::chrono::steady_clock::time_point;
+
+// Looks the host up and passes its addresses to `connect`, one after the other until one answers; each has its share of
+// kConnectTime. `connect` gets the address and the time at which it is to give up. Ends early when `end` is raised.
+LinkFailure ConnectTcp(const TcpAddress& address, const Signal& end,
+                       const std::function<LinkFailure(const SocketAddress&, ConnectDeadline)>& connect);
+
+// For an attempt that was ended; nobody sees it.
+inline constexpr const char* kEnded = "Ended";
+// "No answer within 10 s".
+LinkFailure NoAnswer();
+
+// Whole milliseconds until then, rounded up; 0 when it has passed.
+int MillisecondsUntil(ConnectDeadline deadline);
+
+// --- the system part
+
+// Looks a host up; may take as long as the system likes. [any thread]
+Addresses LookUp(const TcpAddress& address);
+// Waits for one of two signals until then. True: `end` is raised.
+bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline);
+
+} // namespace host

@@ -1,0 +1,104 @@
+#include "host/channel/stream/win32/OverlappedLink.h"
+
+#include "host/support/SystemError.h"
+
+#include <algorithm>
+#include <new>
+
+namespace host {
+namespace {
+
+LinkFailure FailureOf(DWORD error) {
+  return error != 0 ? SystemErrorText(static_cast<int>(error)) : LinkFailure();
+}
+
+bool HasEnded(const Operation& operation) {
+  return operation.pending && WaitForSingleObject(operation.Done(), 0) == WAIT_OBJECT_0;
+}
+
+} // namespace
+
+Operation::Operation() {
+  m_record.hEvent = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+  if (m_record.hEvent == nullptr)
+    throw std::bad_alloc();
+}
+
+Operation::~Operation() {
+  CloseHandle(m_record.hEvent);
+}
+
+OVERLAPPED* Operation::Prepare() {
+  const HANDLE done = m_record.hEvent;
+  m_record = {};
+  m_record.hEvent = done;
+  return &m_record;
+}
+
+Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
+  Movement movement;
+  const auto start = [&](Operation& operation, auto begin) {
+    if (operation.pending || !movement.failure.empty())
+      return;
+    movement.failure = FailureOf(begin(operation.Prepare()));
+    operation.pending = movement.failure.empty();
+  };
+  if (mayReceive) {
+    start(m_receiving, [this](OVERLAPPED* record) {
+      return StartReceiving(m_received.data(), static_cast<DWORD>(m_piece), record);
+    });
+  }
+  if (!toSend.empty()) {
+    const auto size = static_cast<DWORD>(std::min(toSend.size(), m_piece));
+    start(m_sending, [&](OVERLAPPED* record) { return StartSending(toSend.data(), size, record); });
+  }
+  if (movement.failure.empty())
+    Wait();
+  // What has arrived counts also when sending has just failed.
+  FinishReceiving(movement);
+  FinishSending(movement);
+  return movement;
+}
+
+void OverlappedLink::Wait() {
+  const auto wake = reinterpret_cast<HANDLE>(WakeSignal()->Native());
+  HANDLE handles[3] = {wake};
+  DWORD count = 1;
+  for (const Operation* operation : {&m_receiving, &m_sending}) {
+    if (operation->pending)
+      handles[count++] = operation->Done();
+  }
+  if (WaitForMultipleObjects(count, handles, FALSE, INFINITE) == WAIT_OBJECT_0)
+    WakeSignal()->Clear();
+}
+
+void OverlappedLink::FinishReceiving(Movement& movement) {
+  if (!HasEnded(m_receiving))
+    return;
+  m_receiving.pending = false;
+  const OperationResult result = Result(m_receiving.Record());
+  movement.received = {m_received.data(), result.count};
+  if (movement.failure.empty())
+    movement.failure = result.error == 0 && result.count == 0 ? EndOfStream() : FailureOf(result.error);
+}
+
+void OverlappedLink::FinishSending(Movement& movement) {
+  if (!HasEnded(m_sending))
+    return;
+  m_sending.pending = false;
+  const OperationResult result = Result(m_sending.Record());
+  movement.sent = result.count;
+  if (movement.failure.empty())
+    movement.failure = FailureOf(result.error);
+}
+
+void OverlappedLink::EndOperations(HANDLE handle) {
+  CancelIoEx(handle, nullptr);
+  for (Operation* operation : {&m_receiving, &m_sending}) {
+    if (operation->pending)
+      WaitForSingleObject(operation->Done(), INFINITE);
+    operation->pending = false;
+  }
+}
+
+} // namespace host

@@ -1,0 +1,66 @@
+// A link with overlapped operations: what sockets and serial ports have in common.
+#pragma once
+
+#include "host/channel/stream/Link.h"
+
+#include <array>
+#include <windows.h>
+
+namespace host {
+
+// One operation that the system carries out on its own while `pending`; it uses the memory that it was started with
+// until then.
+class Operation {
+public:
+  Operation(); // throws std::bad_alloc when the system has no event left
+  ~Operation();
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+
+  // A fresh record for the call that starts the operation.
+  OVERLAPPED* Prepare();
+  HANDLE Done() const { return m_record.hEvent; }
+  OVERLAPPED* Record() { return &m_record; }
+
+  bool pending = false;
+
+private:
+  OVERLAPPED m_record{};
+};
+
+// How an operation went. `error` is a code of the system's, 0 for success.
+struct OperationResult {
+  DWORD count = 0;
+  DWORD error = 0;
+};
+
+class OverlappedLink : public Link {
+public:
+  Movement Move(std::string_view toSend, bool mayReceive) final;
+
+protected:
+  // For `Open`: how much moves in one operation. Pieces are what can be counted and ended; the larger, the faster.
+  void SetPiece(std::size_t bytes) { m_piece = bytes < m_received.size() ? bytes : m_received.size(); }
+  // For the destructor of the derived class, as long as the handle is open: ends what is pending and waits for that.
+  void EndOperations(HANDLE handle);
+
+  // Each starts an operation, or fails at once; the answer is a code of the system's, 0 for success.
+  virtual DWORD StartReceiving(char* buffer, DWORD size, OVERLAPPED* record) = 0;
+  virtual DWORD StartSending(const char* bytes, DWORD size, OVERLAPPED* record) = 0;
+  // Of an operation that has ended.
+  virtual OperationResult Result(OVERLAPPED* record) = 0;
+  // Nothing was received and nothing failed: the failure to report, or nothing when that is harmless.
+  virtual LinkFailure EndOfStream() = 0;
+
+private:
+  void Wait();
+  void FinishReceiving(Movement& movement);
+  void FinishSending(Movement& movement);
+
+  Operation m_receiving;
+  Operation m_sending;
+  std::size_t m_piece = 65536;
+  std::array<char, 65536> m_received;
+};
+
+} // namespace host

@@ -1,0 +1,179 @@
+// Uses one channel as a program with a window would, and tells what happened:  channelprobe CHANNEL SCENARIO [NUMBER]
+//
+//   echo BYTES   sends bytes of all values and compares what comes back
+//   flood BYTES  sends to a device that may not read, in pieces of 1 MiB, and ends without waiting
+//   watch        waits for the end of the connection; then tells what every operation answers
+//   leave        ends the channel at once
+//
+// Prints one "NAME VALUE" for a line. No operation waits for the device, so the longest of all calls is among them.
+#include "host/channel/ChannelErrors.h"
+#include "host/channel/ChannelFactory.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kPatience{40}; // for everything that should happen
+constexpr milliseconds kPause{2};             // between two looks
+constexpr std::size_t kPiece = 1 << 20;
+
+steady_clock::duration g_longestCall{};
+
+// Makes one call and measures it.
+template <class Call>
+auto Timed(Call call) {
+  const auto start = steady_clock::now();
+  auto result = call();
+  g_longestCall = std::max(g_longestCall, steady_clock::now() - start);
+  return result;
+}
+
+void Print(const char* name, const std::string& value) {
+  std::printf("%s %s\n", name, value.c_str());
+}
+
+void PrintTime(const char* name, steady_clock::duration time) {
+  Print(name, std::to_string(std::chrono::duration_cast<milliseconds>(time).count()));
+}
+
+std::string ByteAt(std::size_t position, std::size_t count) {
+  std::string bytes(count, '\0');
+  for (std::size_t i = 0; i < count; ++i) // a pattern that does not repeat with a buffer's size
+    bytes[i] = static_cast<char>((position + i) * 31 + (position + i) / 251);
+  return bytes;
+}
+
+// Asks again and again until `happened`; prints what did not happen in time and ends the process.
+template <class Question>
+void WaitFor(const char* what, Question happened) {
+  const auto end = steady_clock::now() + kPatience;
+  while (!happened()) {
+    if (steady_clock::now() > end) {
+      Print("timeout", std::string("waiting for ") + what);
+      std::fflush(stdout);
+      std::_Exit(1);
+    }
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+bool IsOpen(host::Channel& channel) {
+  return Timed([&] { return channel.GetState(); }) == 1;
+}
+
+std::int32_t Receive(host::Channel& channel, std::string& bytes) {
+  char buffer[1024];
+  std::uint64_t count = 0;
+  const std::int32_t code = Timed([&] { return channel.Receive(buffer, sizeof buffer, &count); });
+  if (code == 0)
+    bytes.append(buffer, static_cast<std::size_t>(count));
+  return code;
+}
+
+std::int32_t Transmit(host::Channel& channel, const std::string& bytes) {
+  std::uint64_t written = 0;
+  return Timed([&] { return channel.Transmit(bytes.data(), bytes.size(), &written); });
+}
+
+std::string TextOf(host::Channel& channel, std::int32_t code) {
+  return channel.GetInfoString(OND_INFO_ERROR, code);
+}
+
+void Echo(host::Channel& channel, std::size_t size) {
+  WaitFor("the connection", [&] { return IsOpen(channel); });
+  const std::string sent = ByteAt(0, size);
+  std::string received;
+  std::size_t position = 0;
+  WaitFor("all bytes to come back", [&] {
+    if (position < size && Transmit(channel, sent.substr(position, 65536)) == 0)
+      position = std::min(position + 65536, size);
+    std::size_t before;
+    do
+      before = received.size();
+    while (Receive(channel, received) == 0 && received.size() != before);
+    return received.size() >= size || !IsOpen(channel);
+  });
+  const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
+  Print("received", std::to_string(received.size()));
+  Print("same", std::to_string(difference.first - sent.begin()));
+}
+
+void Flood(host::Channel& channel, std::size_t size) {
+  WaitFor("the connection", [&] { return IsOpen(channel); });
+  std::size_t taken = 0;
+  std::int32_t code = 0;
+  while (taken < size && code == 0) {
+    code = Transmit(channel, ByteAt(taken, kPiece));
+    taken += code == 0 ? kPiece : 0;
+  }
+  Print("taken", std::to_string(taken));
+  Print("answer", TextOf(channel, code));
+}
+
+void Watch(host::Channel& channel) {
+  std::string received;
+  bool wasOpen = false;
+  const auto start = steady_clock::now();
+  WaitFor("the end of the connection", [&] {
+    wasOpen = IsOpen(channel) || wasOpen;
+    // While it connects, only time and the text of the code tell that there is something to wait for.
+    return Receive(channel, received) != 0 && TextOf(channel, host::kNotOpen) != "Channel is not open yet" &&
+           !IsOpen(channel);
+  });
+  PrintTime("closed-after", steady_clock::now() - start);
+  Print("was-open", wasOpen ? "yes" : "no");
+  Print("received", std::to_string(received.size()));
+  Print("same", received == ByteAt(0, received.size()) ? "yes" : "no");
+  Print("text", TextOf(channel, host::kNotOpen));
+  std::uint64_t count = 0;
+  char byte = 0;
+  const std::int32_t codes[] = {
+      Timed([&] { return channel.Receive(&byte, 1, &count); }),
+      Timed([&] { return channel.Transmit("x", 1, &count); }),
+      Timed([&] { return channel.TransmitFileFromMemory("x", 1, 1, 1, 0, nullptr, nullptr, 1, 40); }),
+      Timed([&] { return channel.TransmitFile("none", 1, 1, 0, nullptr, nullptr, 1, 40); }),
+      Timed([&] { return channel.ReadDirectory(); }),
+      Timed([&] { return channel.DeleteDeviceFile(1); }),
+      Timed([&] { return channel.FormatDevice(0); }),
+  };
+  std::string words;
+  for (const std::int32_t code : codes)
+    words += (words.empty() ? "" : " ") + std::to_string(code);
+  Print("codes", words);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3)
+    return 2;
+  host::ChannelOptions options;
+  options.text = argv[1];
+  const std::string scenario = argv[2];
+  const std::size_t number = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 0;
+
+  host::ChannelResult made = Timed([&] { return host::MakeChannel(options); });
+  if (!made.channel) {
+    Print("error", made.error);
+    return 1;
+  }
+  if (scenario == "echo")
+    Echo(*made.channel, number);
+  else if (scenario == "flood")
+    Flood(*made.channel, number);
+  else if (scenario == "watch")
+    Watch(*made.channel);
+  PrintTime("longest-call", g_longestCall);
+  const auto start = steady_clock::now();
+  made.channel.reset();
+  PrintTime("end", steady_clock::now() - start);
+  return 0;
+}

@@ -1,0 +1,375 @@
+// Copies to the device: the modal progress dialog, its end at any moment, and what is told afterwards.
+#include "tests/windows/FileManagerBench.h"
+
+#include <commctrl.h>
+
+namespace {
+
+constexpr const char* kProgressCaption = "Progress";
+constexpr const char* kRefresh =
+    "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Entry 1, Count, Entry 2, Count, Unlock";
+
+std::string Sent(const std::string& path, const std::string& properties = "0 1 0") {
+  return "TransmitFile " + path + " " + properties + " 1 100";
+}
+
+struct CopyBench : FileManagerBench {
+  CopyBench() { device.ForgetLog(); }
+
+  // Starts copying all rows, and stops in the middle of the first file.
+  Window StartAndHold() {
+    device.hold = true;
+    const int before = device.transfers;
+    Press(IDC_FM_COPY_ALL);
+    WaitFor("the first transfer", [&] { return device.transfers == before + 1; });
+    return Window::WaitForTop(kProgressCaption);
+  }
+};
+
+// A host that deletes the object when a message is sent to its main window.
+constexpr UINT kDeleteMessage = WM_APP + 50;
+WNDPROC g_hostWindowProc = nullptr;
+
+LRESULT CALLBACK DeletingWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != kDeleteMessage)
+    return CallWindowProcA(g_hostWindowProc, window, message, wParam, lParam);
+  auto& bench = *reinterpret_cast<CopyBench*>(lParam);
+  bench.host.deleteInstance(bench.client.get());
+  return 1;
+}
+
+} // namespace
+
+TEST_CASE("all rows or the selected ones are sent in order, then the directory is read, under one lock") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.rbf", "C:\\c.bin"});
+  bench.Local().SetText(0, 1, "300");
+  bench.Local().SetText(0, 2, "5");
+  bench.Local().SetText(2, 3, "BIT REVERSE");
+  bench.Press(IDC_FM_COPY_ALL);
+  bench.WaitUntilIdle("the copy");
+  CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\b.rbf", "0 1 2") +
+                                          ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
+  bench.device.ForgetLog();
+  bench.Local().Select({0, 2});
+  bench.Press(IDC_FM_COPY_SELECTED);
+  bench.WaitUntilIdle("the copy");
+  CHECK(Joined(bench.device.Log()) ==
+        "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
+}
+
+TEST_CASE("nothing to copy") {
+  const CopyBench bench;
+  PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_COPY_ALL, 0);
+  Window::AnswerBox("Error", "No files present to copy!");
+  PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_COPY_SELECTED, 0);
+  Window::AnswerBox("Error", "No files marked to copy!");
+  CHECK(bench.device.Log().empty());
+}
+
+TEST_CASE("the progress dialog is laid out as its users know it, and shows how far the copy is") {
+  CopyBench bench;
+  const std::string longPath = "C:\\" + std::string(240, 'w') + "\\end&name.bin";
+  bench.Drop({"C:\\a.bin", "C:\\b.bin", longPath});
+  const Window progress = bench.StartAndHold();
+  struct Control {
+    int id;
+    const char* kind;
+    RECT place; // dialog units: left, top, width, height
+  };
+  const Control controls[] = {{4044, "Static", {3, 5, 355, 8}},
+                              {4043, "msctls_progress32", {3, 14, 355, 11}},
+                              {4045, "Static", {3, 36, 355, 8}},
+                              {4042, "msctls_progress32", {3, 48, 355, 11}},
+                              {2, "Button", {3, 70, 355, 14}}};
+  for (const Control& expected : controls) {
+    CAPTURE(expected.id);
+    const Window control = progress.Control(expected.id);
+    char kind[32] = "";
+    GetClassNameA(control.Handle(), kind, sizeof(kind));
+    CHECK(std::string(kind) == expected.kind);
+    RECT place = expected.place;
+    MapDialogRect(progress.Handle(), &place);
+    const RECT actual = control.PlaceInside();
+    CHECK(actual.left == place.left);
+    CHECK(actual.top == place.top);
+    CHECK(actual.right - actual.left == place.right);
+    CHECK(actual.bottom - actual.top == place.bottom);
+  }
+  CHECK(progress.Control(2).Text() == "Abort");
+  CHECK((GetWindowLongA(progress.Control(4042).Handle(), GWL_STYLE) & PBS_SMOOTH) != 0);
+  CHECK_FALSE(bench.window.Enabled());
+
+  const auto shows = [&](const std::string& count, LRESULT total, LRESULT file) {
+    WaitFor("\"" + count + "\", " + std::to_string(total) + " and " + std::to_string(file) + " percent", [&] {
+      return progress.Control(4044).Text() == count && progress.Control(4043).Send(PBM_GETPOS) == total &&
+             progress.Control(4042).Send(PBM_GETPOS) == file;
+    });
+  };
+  shows("0 files of 3 copied so far...", 0, 40);
+  CHECK(progress.Control(4045).Text() == "Currently copying C:\\a.bin");
+  bench.device.steps = 75;
+  shows("0 files of 3 copied so far...", 0, 75);
+
+  // On to the next file, which stands still in turn.
+  const auto next = [&](std::uint32_t steps) {
+    const int before = bench.device.transfers;
+    bench.device.steps = steps;
+    bench.device.duringTransfer = [&] { bench.device.hold = true; };
+    bench.device.hold = false;
+    WaitFor("the next transfer", [&] { return bench.device.transfers == before + 1; });
+  };
+  next(0);
+  shows("1 file of 3 copied so far...", 33, 0);
+  next(100);
+  shows("2 files of 3 copied so far...", 66, 100);
+  const std::string name = progress.Control(4045).Text();
+  CHECK(name.starts_with("Currently copying ...w"));
+  CHECK(name.ends_with("w\\end&name.bin"));
+  bench.device.duringTransfer = nullptr;
+  bench.device.hold = false;
+  progress.WaitUntilGone("the progress dialog");
+  bench.WaitUntilIdle("the copy");
+}
+
+TEST_CASE("failures are told together afterwards") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin", "C:\\c.bin"});
+  struct Case {
+    bool continueOnError;
+    int failing; // n-th transfer
+    const char* sent;
+    const char* report;
+  };
+  const Case cases[] = {{true, 1, "abc", "Error during copying C:\\b.bin: error 5"},
+                        {false, 0, "a", "Error during copying C:\\a.bin: error 5"},
+                        {true, 2, "abc", "Error during copying C:\\c.bin: error 5"}};
+  for (const Case& c : cases) {
+    CAPTURE(c.report);
+    const Window check = bench.window.Control(IDC_FM_CONTINUE_ON_ERROR);
+    if ((check.Send(BM_GETCHECK) == BST_CHECKED) != c.continueOnError)
+      bench.Press(IDC_FM_CONTINUE_ON_ERROR);
+    bench.device.Fail("TransmitFile", c.failing, 5);
+    bench.device.ForgetLog();
+    bench.Press(IDC_FM_COPY_ALL);
+    Window::WaitForTop("Error");
+    CHECK(bench.device.LockDepth() >= 1); // the directory is still to be read
+    std::string log = "Lock 500, ";
+    for (const char* name = c.sent; *name; ++name)
+      log += Sent(std::string("C:\\") + *name + ".bin") + ", ";
+    Window::AnswerBox("Error", c.report);
+    bench.WaitUntilIdle("the copy");
+    CHECK(Joined(bench.device.Log()) == log + "GetInfoString 5, " + kRefresh + ", Unlock");
+  }
+  CHECK_FALSE(Window::FindTop("Error").Exists());
+}
+
+TEST_CASE("files that vanished are the channel's to report, one line for each") {
+  CopyBench bench;
+  bench.Drop({bench.folder.PathOf("gone1.bin"), bench.folder.PathOf("gone2.bin")});
+  bench.device.Fail("TransmitFile", 0, 2);
+  bench.device.duringTransfer = [&] { bench.device.Fail("TransmitFile", 0, 3); };
+  bench.Press(IDC_FM_COPY_ALL);
+  Window::AnswerBox("Error", "Error during copying " + bench.folder.PathOf("gone1.bin") + ": error 2\n" +
+                                 "Error during copying " + bench.folder.PathOf("gone2.bin") + ": error 3");
+  bench.WaitUntilIdle("the copy");
+}
+
+TEST_CASE("a copy whose refresh finds the channel locked") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin"});
+  bench.device.Fail("Lock", 1, 1);
+  bench.Press(IDC_FM_COPY_ALL);
+  Window::AnswerBox("Error", kLockedText);
+  bench.WaitUntilIdle("the copy");
+  CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Lock 500, Unlock");
+}
+
+TEST_CASE("the user aborts") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+  const Window progress = bench.StartAndHold();
+  const auto takeFocus = [&] {
+    progress.Activate();
+    WaitFor("the focus on \"Abort\"",
+            [&] { return bench.host.Ask([] { return GetFocus(); }) == progress.Control(IDCANCEL).Handle(); });
+  };
+  SUBCASE("by the button") {
+    progress.PressControl(IDCANCEL);
+  }
+  SUBCASE("by Escape") {
+    takeFocus();
+    TypeKey(VK_ESCAPE);
+  }
+  SUBCASE("by Enter on the button") {
+    takeFocus();
+    TypeKey(VK_RETURN);
+  }
+  SUBCASE("by the close box") {
+    progress.PressCloseBox();
+  }
+  Window::AnswerBox("Error", "Error during copying C:\\a.bin: error -9");
+  bench.WaitUntilIdle("the copy");
+  CHECK(Joined(bench.device.Log()) ==
+        "Lock 500, " + Sent("C:\\a.bin") + ", GetInfoString -9, " + kRefresh + ", Unlock");
+}
+
+TEST_CASE("an abort at any moment ends the copy, leaves no lock and no thread") {
+  CopyBench bench;
+  std::vector<std::string> paths(200, "C:\\a.bin");
+  bench.Drop(paths);
+  for (int moment = 0; moment < 25; ++moment) {
+    CAPTURE(moment);
+    bench.device.transfers = 0;
+    bench.Press(IDC_FM_COPY_ALL);
+    WaitFor("some transfers", [&] { return bench.device.transfers >= moment * 7; });
+    // It may have just ended; otherwise it ends now.
+    if (const Window progress = Window::FindTop(kProgressCaption); progress.Exists())
+      PostMessageA(progress.Handle(), WM_COMMAND, IDCANCEL, 0);
+    WaitFor("the end", [&] {
+      const Window box = Window::FindTop("Error");
+      if (box.Exists())
+        PostMessageA(box.Handle(), WM_COMMAND, IDOK, 0);
+      return bench.window.Enabled() && bench.device.LockDepth() == 0;
+    });
+    const int transfers = bench.device.transfers;
+    bench.host.Settle();
+    CHECK(bench.device.transfers == transfers);
+  }
+}
+
+TEST_CASE("while an abort waits for a channel that takes its time, the host's messages are served") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin"});
+  bench.device.deaf = true;
+  std::atomic<bool> answered = false;
+  bench.device.duringTransfer = [&] {
+    WaitFor("the abort", [&] { return bench.device.state == 3; });
+    // The channel asks a window of the host's thread before it comes to an end, as some do.
+    SendMessageA(bench.host.MainWindow().Handle(), WM_NULL, 0, 0);
+    answered = true;
+  };
+  bench.device.hold = true;
+  bench.Press(IDC_FM_COPY_ALL);
+  const Window progress = Window::WaitForTop(kProgressCaption);
+  SUBCASE("the button") {
+    progress.PressControl(IDCANCEL);
+    bench.device.state = 3;
+    WaitFor("the answer", [&] { return answered.load(); });
+    bench.device.hold = false;
+    bench.WaitUntilIdle("the copy");
+  }
+  SUBCASE("the object's end") {
+    std::thread end([&] { bench.client.Delete(); });
+    bench.device.state = 3;
+    WaitFor("the answer", [&] { return answered.load(); });
+    bench.device.hold = false;
+    end.join();
+    CHECK(bench.device.LockDepth() == 0);
+  }
+}
+
+TEST_CASE("everything that ends the window ends the copy first") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+  const Window progress = bench.StartAndHold();
+  const auto copyHasEnded = [&](bool reports) {
+    CHECK_FALSE(progress.Visible());
+    if (reports) {
+      Window::AnswerBox("Error", "Error during copying C:\\a.bin: error -9");
+      bench.WaitUntilIdle("the copy");
+    }
+    bench.host.Settle();
+    CHECK(bench.device.LockDepth() == 0);
+    CHECK(bench.device.transfers == 1);
+  };
+  SUBCASE("the object is deleted") {
+    bench.client.Delete();
+    CHECK_FALSE(bench.window.Exists());
+    copyHasEnded(false);
+  }
+  SUBCASE("the window is destroyed from outside") {
+    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
+    copyHasEnded(false);
+    CHECK(bench.client.Show(kFileManagerCaption).Exists());
+  }
+  SUBCASE("the host hides the window") {
+    bench.host.Do([&] { bench.client->CloseDialogNonModal(); });
+    CHECK_FALSE(bench.window.Visible());
+    copyHasEnded(true);
+    CHECK(bench.client.Show(kFileManagerCaption).Handle() == bench.window.Handle());
+  }
+  SUBCASE("the window is closed") {
+    bench.window.Send(WM_CLOSE);
+    CHECK_FALSE(bench.window.Visible());
+    copyHasEnded(true);
+  }
+  SUBCASE("\"Close\" is pressed by a program") {
+    bench.window.Send(WM_COMMAND, IDOK);
+    CHECK_FALSE(bench.window.Visible());
+    copyHasEnded(true);
+  }
+  SUBCASE("the progress dialog alone is destroyed") {
+    bench.host.Do([&] { DestroyWindow(progress.Handle()); });
+    copyHasEnded(true);
+  }
+}
+
+TEST_CASE("the object is deleted by a message sent from another thread, while the copy is idle") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin"});
+  const Window progress = bench.StartAndHold();
+  const HWND main = bench.host.MainWindow().Handle();
+  g_hostWindowProc = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(main, GWLP_WNDPROC));
+  SetWindowLongPtrA(main, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DeletingWindowProc));
+  CHECK(SendMessageA(main, kDeleteMessage, 0, reinterpret_cast<LPARAM>(&bench)) == 1);
+  bench.client.Forget();
+  CHECK_FALSE(progress.Visible());
+  bench.host.Settle();
+  CHECK(bench.device.LockDepth() == 0);
+}
+
+TEST_CASE("a copy keeps the channel that it began with") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin"});
+  FileDevice second;
+  second.directory = {{9, 9, 9}};
+  bench.StartAndHold();
+  SUBCASE("and ends there when the host disconnects it") {
+    bench.client.Connect(nullptr);
+    CHECK(bench.device.LockDepth() == 1);
+    bench.device.hold = false;
+    bench.WaitUntilIdle("the copy");
+    CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+  }
+  SUBCASE("and shows the directory of the one that came") {
+    bench.client.Connect(&second);
+    bench.device.hold = false;
+    bench.WaitUntilIdle("the copy");
+    CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+    bench.host.Settle(); // reading the second one is no part of the lock on the first
+    CHECK(Joined(second.Log()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
+    CHECK(Joined(bench.Device().Rows()) == "9|9|9");
+  }
+  SUBCASE("but not beyond: no lock is held while failures are told") {
+    bench.client.Connect(nullptr);
+    Window::FindTop(kProgressCaption).PressControl(IDCANCEL);
+    const Window box = Window::WaitForTop("Error");
+    CHECK(box.BoxText() == "Error during copying C:\\a.bin: error -9");
+    CHECK(bench.device.LockDepth() == 0);
+    box.PressControl(IDOK);
+    bench.WaitUntilIdle("the copy");
+  }
+  bench.client.Connect(nullptr); // `second` ends first
+}
+
+TEST_CASE("files dropped during a copy wait in the list") {
+  CopyBench bench;
+  bench.Drop({"C:\\a.bin"});
+  bench.StartAndHold();
+  bench.Drop({"C:\\late.bin"});
+  bench.device.hold = false;
+  bench.WaitUntilIdle("the copy");
+  CHECK(bench.device.transfers == 1);
+  CHECK(bench.Local().Count() == 2);
+}

@@ -1,0 +1,373 @@
+// The File Manager's list of local files: how files come into it, are changed, saved and loaded.
+#include "tests/windows/FileManagerBench.h"
+
+#include <filesystem>
+
+namespace {
+
+constexpr const char* kPropertiesCaption = "File properties";
+constexpr const char* kNote = "NOTE: \"File ID\" and \"File type\" have no effect on files with mode \"program\"!";
+
+struct ListBench : FileManagerBench {
+  ListBench() : FileManagerBench(false) {}
+
+  Window OpenProperties(const std::vector<int>& rows) const {
+    Local().Select(rows);
+    TypeInList(VK_SPACE);
+    return Window::WaitForTop(kPropertiesCaption);
+  }
+  // The next row's dialog, behind one that was just ended.
+  Window NextProperties(const std::string& path) const {
+    Window dialog;
+    WaitFor("the properties of " + path, [&] {
+      dialog = Window::FindTop(kPropertiesCaption);
+      return dialog.Exists() && dialog.Control(IDC_PROPERTIES_FILENAME).Text() == path;
+    });
+    return dialog;
+  }
+  void ChooseMode(const Window& dialog, int position) const {
+    const Window mode = dialog.Control(IDC_PROPERTIES_FILE_MODE);
+    mode.Send(CB_SETCURSEL, static_cast<WPARAM>(position));
+    dialog.Send(WM_COMMAND, MAKEWPARAM(IDC_PROPERTIES_FILE_MODE, CBN_SELCHANGE),
+                reinterpret_cast<LPARAM>(mode.Handle()));
+  }
+};
+
+} // namespace
+
+TEST_CASE("dropped files get the properties that their names suggest") {
+  const ListBench bench;
+  bench.Drop({"C:\\one.bin", "C:\\TWO.RBF", "C:\\three.rbfx", "C:\\", "C:\\folder"});
+  CHECK(Joined(bench.Local().Rows()) == "C:\\one.bin|0|1|normal, C:\\TWO.RBF|0|1|program, C:\\three.rbfx|0|1|normal, "
+                                        "C:\\|0|1|, C:\\folder|0|1|normal");
+}
+
+TEST_CASE("names of any length and of every printable character") {
+  const ListBench bench;
+  const auto named = [](std::size_t length) { return "C:\\" + std::string(length - 3, 'n'); };
+  std::string printable;
+  for (int c = 0x20; c < 0x100; ++c) {
+    const bool undefined = c == 0x7F || c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D;
+    if (!undefined)
+      printable += static_cast<char>(c);
+  }
+  bench.Drop({named(259), named(260), named(261), named(1000), printable});
+  CHECK(bench.Local().Text(0, 0) == named(259));
+  for (const int row : {1, 2, 3})
+    CHECK(bench.Local().Text(row, 0) == named(260));
+  CHECK(bench.Local().Text(4, 0) == printable);
+}
+
+TEST_CASE("ten thousand dropped files") {
+  const ListBench bench;
+  std::vector<std::string> paths;
+  for (int i = 0; i < 10000; ++i)
+    paths.push_back("C:\\files\\" + std::to_string(i));
+  bench.Drop(paths);
+  CHECK(bench.Local().Text(0, 0) == paths.front());
+  CHECK(bench.Local().Text(9999, 0) == paths.back());
+  std::vector<int> every;
+  for (int i = 0; i < 10000; ++i)
+    every.push_back(i);
+  bench.Local().Select(every);
+  bench.TypeInList(VK_DELETE);
+  WaitFor("the rows to go", [&] { return bench.Local().Count() == 0; });
+}
+
+TEST_CASE("files are added by the system's dialog, one or several at once") {
+  const ListBench bench;
+  bench.folder.Write("first.rbf", "1");
+  bench.folder.Write("second.bin", "2");
+  bench.Choose(IDC_FM_ADD_FILES, "Open source file(s)", bench.folder.PathOf("first.rbf"));
+  bench.host.Settle();
+  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("first.rbf") + "|0|1|program");
+
+  bench.Press(IDC_FM_ADD_FILES);
+  const Window dialog = Window::WaitForTop("Open source file(s)");
+  dialog.TypeFileName(bench.folder.Path()); // a folder is opened
+  dialog.TypeFileName("\"first.rbf\" \"second.bin\"");
+  dialog.WaitUntilGone("the file dialog");
+  bench.host.Settle();
+  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("first.rbf") + "|0|1|program, " +
+                                            bench.folder.PathOf("first.rbf") + "|0|1|program, " +
+                                            bench.folder.PathOf("second.bin") + "|0|1|normal");
+
+  bench.Press(IDC_FM_ADD_FILES);
+  const Window cancelled = Window::WaitForTop("Open source file(s)");
+  cancelled.PressControl(IDCANCEL);
+  cancelled.WaitUntilGone("the file dialog");
+  bench.host.Settle();
+  CHECK(bench.Local().Count() == 3);
+}
+
+TEST_CASE("Delete removes what is selected, \"Clear\" everything") {
+  const ListBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin", "C:\\c.bin", "C:\\d.bin"});
+  bench.Local().Select({});
+  bench.Local().Handle().Send(WM_KEYDOWN, VK_DELETE);
+  CHECK(bench.Local().Count() == 4);
+  bench.Local().Select({0, 2});
+  bench.TypeInList(VK_DELETE);
+  WaitFor("two rows to go", [&] { return bench.Local().Count() == 2; });
+  CHECK(Joined(bench.Local().Rows()) == "C:\\b.bin|0|1|normal, C:\\d.bin|0|1|normal");
+  bench.Press(IDC_FM_CLEAR);
+  CHECK(bench.Local().Count() == 0);
+}
+
+TEST_CASE("the properties dialog is laid out as its users know it") {
+  const ListBench bench;
+  const std::string path = "C:\\" + std::string(200, 'n') + "&x.rbf";
+  bench.Drop({path});
+  const Window dialog = bench.OpenProperties({0});
+  struct Control {
+    int id;
+    const char* text;
+    RECT place; // dialog units: left, top, width, height
+  };
+  const Control controls[] = {
+      {4027, "Filename", {5, 3, 34, 14}},
+      {4028, path.c_str(), {45, 3, 266, 14}},
+      {4029, "File ID", {5, 21, 34, 14}},
+      {4030, "0", {45, 21, 24, 14}},
+      {4031, "File type", {83, 21, 35, 14}},
+      {4032, "1", {124, 21, 24, 14}},
+      {4033, "File mode", {166, 21, 35, 14}},
+      {4034, "program", {210, 21, 101, 0}},
+      {1, "OK", {4, 52, 50, 14}},
+      {2, "Cancel", {261, 52, 50, 14}},
+      {4036, kNote, {4, 38, 307, 8}},
+  };
+  for (const Control& expected : controls) {
+    CAPTURE(expected.id);
+    const Window control = dialog.Control(expected.id);
+    CHECK(control.Text() == expected.text);
+    RECT place = expected.place;
+    MapDialogRect(dialog.Handle(), &place);
+    const RECT actual = control.PlaceInside();
+    CHECK(actual.left == place.left);
+    CHECK(actual.top == place.top);
+    CHECK(actual.right - actual.left == place.right);
+    if (place.bottom != 0) // a closed list has its font's height
+      CHECK(actual.bottom - actual.top == place.bottom);
+  }
+  // Sorted, with the mode beside each name.
+  const Window mode = dialog.Control(IDC_PROPERTIES_FILE_MODE);
+  const DWORD modes[] = {OND_FILE_BIT_REVERSE, OND_FILE_NORMAL, OND_FILE_PROGRAM};
+  REQUIRE(mode.Send(CB_GETCOUNT) == 3);
+  for (WPARAM i = 0; i < 3; ++i)
+    CHECK(mode.Send(CB_GETITEMDATA, i) == static_cast<LRESULT>(modes[i]));
+  CHECK(GetWindow(dialog.Handle(), GW_OWNER) == bench.window.Handle());
+  dialog.PressControl(IDCANCEL);
+  bench.WaitUntilIdle("the dialog");
+}
+
+TEST_CASE("numbers and modes that the user enters") {
+  const ListBench bench;
+  struct Case {
+    const char *id, *type;
+    int mode; // position in the sorted list
+    const char* row;
+  };
+  const Case cases[] = {
+      {"7", "9", 1, "7|9|normal"},
+      {"300", "12abc", 0, "44|12|bit reverse"},
+      {" 5", "255", 1, "5|255|normal"},
+      {"256", "0", 2, "0|0|program"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.row);
+    bench.Press(IDC_FM_CLEAR);
+    bench.Drop({"C:\\a.bin"});
+    const Window dialog = bench.OpenProperties({0});
+    dialog.Control(IDC_PROPERTIES_FILE_ID).SetText(c.id);
+    dialog.Control(IDC_PROPERTIES_FILE_TYPE).SetText(c.type);
+    bench.ChooseMode(dialog, c.mode);
+    CHECK(dialog.Control(IDC_PROPERTIES_FILE_ID).Enabled() == (c.mode != 2));
+    CHECK(dialog.Control(IDC_PROPERTIES_FILE_TYPE).Enabled() == (c.mode != 2));
+    CHECK(dialog.Control(IDC_PROPERTIES_NOTE).Text() == (c.mode == 2 ? kNote : ""));
+    dialog.PressControl(IDOK);
+    bench.WaitUntilIdle("the dialog");
+    CHECK(Joined(bench.Local().Rows()) == std::string("C:\\a.bin|") + c.row);
+  }
+}
+
+TEST_CASE("what is no number is refused, the id first") {
+  const ListBench bench;
+  bench.Drop({"C:\\a.bin"});
+  bench.Local().SetText(0, 1, "12");
+  bench.Local().SetText(0, 2, "34");
+  const Window dialog = bench.OpenProperties({0});
+  const Window id = dialog.Control(IDC_PROPERTIES_FILE_ID), type = dialog.Control(IDC_PROPERTIES_FILE_TYPE);
+  id.SetText("");
+  type.SetText("abc");
+  dialog.PressControl(IDOK);
+  Window::AnswerBox("Error", "Invalid file ID!");
+  bench.host.Settle();
+  CHECK(id.Text() == "12");
+  CHECK(type.Text() == "abc");
+  dialog.PressControl(IDOK);
+  Window::AnswerBox("Error", "Invalid file type!");
+  bench.host.Settle();
+  CHECK(type.Text() == "34");
+
+  SUBCASE("Cancel leaves the row as it was") {
+    id.SetText("99");
+    dialog.PressControl(IDCANCEL);
+    bench.WaitUntilIdle("the dialog");
+    CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|12|34|normal");
+  }
+  SUBCASE("Enter in a field does nothing, on the button it confirms") {
+    id.SetText("99");
+    dialog.Activate();
+    bench.host.Do([&] { SetFocus(id.Handle()); });
+    TypeKey(VK_RETURN);
+    bench.host.Settle();
+    CHECK(dialog.Visible());
+    bench.host.Do([&] { SetFocus(dialog.Control(IDOK).Handle()); });
+    TypeKey(VK_RETURN);
+    dialog.WaitUntilGone("the dialog after Enter");
+    bench.WaitUntilIdle("the dialog");
+    CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|99|34|normal");
+  }
+}
+
+TEST_CASE("several selected rows are edited one after the other") {
+  const ListBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin", "C:\\c.bin"});
+  bench.OpenProperties({0, 2});
+  bench.NextProperties("C:\\a.bin").PressControl(IDCANCEL);
+  const Window second = bench.NextProperties("C:\\c.bin");
+  second.Control(IDC_PROPERTIES_FILE_ID).SetText("8");
+  second.PressControl(IDOK);
+  bench.WaitUntilIdle("the second dialog");
+  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal, C:\\b.bin|0|1|normal, C:\\c.bin|8|1|normal");
+}
+
+TEST_CASE("a double-click edits") {
+  const ListBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+  bench.Local().Select({1});
+  RECT row{LVIR_LABEL, 0, 0, 0};
+  bench.Local().Handle().Send(LVM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&row));
+  PostMessageA(bench.Local().Handle().Handle(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(row.left + 5, row.top + 5));
+  bench.NextProperties("C:\\b.bin").PressControl(IDCANCEL);
+  bench.WaitUntilIdle("the dialog");
+}
+
+TEST_CASE("the list, the window or the object may go while properties are open") {
+  ListBench bench;
+  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+  const Window dialog = bench.OpenProperties({0, 1});
+  SUBCASE("rows") {
+    bench.Local().Handle().Send(LVM_DELETEALLITEMS);
+    dialog.PressControl(IDOK);
+    bench.WaitUntilIdle("the dialog");
+    CHECK(bench.Local().Count() == 0);
+  }
+  SUBCASE("the window") {
+    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
+    CHECK_FALSE(dialog.Exists());
+    CHECK(bench.client.Show(kFileManagerCaption).Exists());
+  }
+  SUBCASE("the object") {
+    bench.client.Delete();
+    CHECK_FALSE(dialog.Exists());
+  }
+  bench.host.Settle();
+}
+
+TEST_CASE("a job is saved and loaded") {
+  const ListBench bench;
+  const std::string job = bench.folder.PathOf("list.dcj");
+  bench.Drop({bench.folder.PathOf("a.bin"), "D:\\far\\b.RBF", "abc"});
+  bench.Local().SetText(0, 1, "300"); // what no dialog writes is read as the copy would
+  bench.Local().SetText(0, 3, "Bit Reverse");
+  bench.Local().SetText(1, 1, "x");
+  bench.Local().SetText(1, 2, "");
+  bench.Choose(IDC_FM_SAVE_JOB, "Save list file", bench.folder.PathOf("list")); // the extension comes by itself
+  WaitFor("the job file", [&] { return bench.folder.Names() == std::vector<std::string>{"list.dcj"}; });
+  CHECK(bench.folder.Read("list.dcj") ==
+        "a.bin\t44\t1\tbit reverse\nD:\\far\\b.RBF\t0\t1\tprogram\nabc\t0\t1\tnormal\n");
+
+  bench.Drop({"C:\\more.bin"});
+  bench.Choose(IDC_FM_LOAD_JOB, "Open job file", job);
+  WaitFor("the job's rows", [&] { return bench.Local().Count() == 3; });
+  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("a.bin") +
+                                            "|44|1|bit reverse, D:\\far\\b.RBF|0|1|program, " +
+                                            bench.folder.PathOf("abc") + "|0|1|normal");
+
+  // An existing file is replaced without a question.
+  bench.Local().Select({0, 2});
+  bench.TypeInList(VK_DELETE);
+  WaitFor("two rows to go", [&] { return bench.Local().Count() == 1; });
+  bench.Choose(IDC_FM_SAVE_JOB, "Save list file", job);
+  bench.WaitUntilIdle("saving");
+  CHECK(bench.folder.Read("list.dcj") == "D:\\far\\b.RBF\t0\t1\tprogram\n");
+}
+
+TEST_CASE("job files that are broken in every way") {
+  const ListBench bench;
+  struct Case {
+    std::string content;
+    std::string rows; // '.' stands for the job's folder
+  };
+  const std::string longName(1000, 'l');
+  const Case cases[] = {
+      {"", ""},
+      {"no tab at all\n\n\r\n", ""},
+      {"a.bin\tx\ty\tz\nb.bin\t\t\t\n", ".\\a.bin|0|0|normal, .\\b.bin|0|0|normal"},
+      {"C:\\a\t999\t-1\tPROGRAM\tmore\tand more\n", "C:\\a|231|255|program"},
+      {"a.bin\t3", ".\\a.bin|0|1|normal"},
+      {"a.bin\t5\t6\tprogram\r\nb.bin\t7\n", ".\\a.bin|5|6|program, .\\b.bin|7|0|normal"},
+      {std::string("a\0b\t1\t2\tnormal\n", 15), ".\\a|1|2|normal"},
+      {longName + "\t1\t2\tprogram\n", ".\\" + longName + "|1|2|program"},
+      {"..\\..\\..\\..\\..\\..\\..\\..\\..\\x\t1\t2\tnormal\n", "..\\..\\..\\..\\..\\..\\..\\..\\..\\x|1|2|normal"},
+  };
+  int number = 0;
+  for (const Case& c : cases) {
+    CAPTURE(c.content);
+    const std::string name = "job" + std::to_string(number++) + ".dcj";
+    bench.folder.Write(name, c.content);
+    bench.Press(IDC_FM_CLEAR);
+    bench.Drop({"C:\\sentinel"});
+    bench.Choose(IDC_FM_LOAD_JOB, "Open job file", bench.folder.PathOf(name));
+    bench.WaitUntilIdle("loading");
+    std::string rows = c.rows;
+    for (std::size_t at = rows.find(".\\"); at != std::string::npos; at = rows.find(".\\", at + 1)) {
+      if (at == 0 || rows[at - 1] == ' ')
+        rows.replace(at, 1, bench.folder.Path());
+    }
+    CHECK(Joined(bench.Local().Rows()) == rows);
+  }
+}
+
+TEST_CASE("jobs that cannot be loaded or saved") {
+  const ListBench bench;
+  PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_SAVE_JOB, 0); // the button is disabled
+  Window::AnswerBox("Error", "No files in list that could be saved");
+  bench.Drop({"C:\\a.bin"});
+  bench.Choose(IDC_FM_LOAD_JOB, "Open job file", bench.folder.PathOf("missing.dcj"));
+  Window::AnswerBox("Error", "Could not open list file");
+  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal");
+
+  // A folder has the name that the new file would take.
+  const std::filesystem::path folder = bench.folder.SystemPath() / "taken.dcj";
+  std::filesystem::create_directory(folder);
+  bench.Choose(IDC_FM_SAVE_JOB, "Save list file", bench.folder.PathOf("taken"));
+  Window::AnswerBox("Error", "Could not create list file");
+  bench.WaitUntilIdle("saving");
+  std::filesystem::remove(folder);
+  CHECK(bench.folder.Names().empty());
+
+  // Cancelling does nothing.
+  for (const auto& [button, title] :
+       {std::pair(IDC_FM_LOAD_JOB, "Open job file"), std::pair(IDC_FM_SAVE_JOB, "Save list file")}) {
+    bench.Press(button);
+    const Window cancelled = Window::WaitForTop(title);
+    cancelled.PressControl(IDCANCEL);
+    cancelled.WaitUntilGone("the file dialog");
+    bench.host.Settle();
+  }
+  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal");
+  CHECK(bench.folder.Names().empty());
+}
