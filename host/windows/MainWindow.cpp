@@ -178,12 +178,21 @@ void MainWindow::Connect(bool connect) {
     m_channel.Connect();
   else
     m_channel.Disconnect();
+  ConnectTools();
+}
+
+void MainWindow::ConnectTools() {
   m_tools.Connect(m_channel.IsConnected() ? &m_slot : nullptr);
 }
 
 void MainWindow::Refresh() {
+  const std::string failure = m_channel.TakeFailure();
   m_channel.Refresh();
   m_tools.Refresh();
+  if (failure.empty())
+    return;
+  ConnectTools();
+  ShowChannelError(m_window, failure);
 }
 
 void MainWindow::Close() {
