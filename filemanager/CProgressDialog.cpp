@@ -15,6 +15,10 @@ constexpr UINT kStepsDoneMessage = WM_APP + 1;
 
 constexpr SIZE_T kStackSize = 16384;
 
+// Between one showing of news and the next.
+constexpr UINT_PTR kPauseTimer = 1;
+constexpr UINT kPauseMs = 20;
+
 } // namespace
 
 CProgressDialog::CProgressDialog(COndDeviceComm_0* channel, std::vector<TFILEENTRY> files, bool continueOnError)
@@ -24,6 +28,7 @@ bool CProgressDialog::OnWndMsg(const Message& message, LRESULT& result) {
   static constexpr MessageEntry kMap[] = {
       OnMessage<&CProgressDialog::OnFileStartedMessage>(kFileStartedMessage),
       OnMessage<&CProgressDialog::OnStepsDoneMessage>(kStepsDoneMessage),
+      OnMessage<&CProgressDialog::OnPauseEnded>(WM_TIMER),
       OnMessage<&CProgressDialog::OnDestroy>(WM_DESTROY),
   };
   return Dispatch(kMap, message, result) || CDialog::OnWndMsg(message, result);
@@ -67,11 +72,30 @@ void CProgressDialog::OnStepsDone(std::uint32_t steps) noexcept {
 
 // --- the window's thread
 
-// The message is taken before its news is read, so that later news posts another one.
-
 void CProgressDialog::OnFileStartedMessage() {
+  ShowFile();
+  SetTimer(kPauseTimer, kPauseMs);
+}
+
+void CProgressDialog::OnStepsDoneMessage() {
+  ShowSteps();
+  SetTimer(kPauseTimer, kPauseMs);
+}
+
+// What comes from now on is posted again; what came meanwhile was not.
+void CProgressDialog::OnPauseEnded() {
+  KillTimer(kPauseTimer);
   m_fileStartedPosted = false;
+  m_stepsDonePosted = false;
+  ShowFile();
+  ShowSteps();
+}
+
+void CProgressDialog::ShowFile() {
   const std::size_t index = m_index;
+  if (index == m_shownIndex)
+    return;
+  m_shownIndex = index;
   SetDlgItemText(IDC_PROGRESS_TOTAL, CopiedSoFarText(index, GetFiles().size()));
   const CTextMeasure measure(m_currentFile);
   const int room = m_currentFile.GetClientRect().right;
@@ -80,8 +104,7 @@ void CProgressDialog::OnFileStartedMessage() {
   m_totalBar.SetPos(static_cast<int>(PercentDone(index)));
 }
 
-void CProgressDialog::OnStepsDoneMessage() {
-  m_stepsDonePosted = false;
+void CProgressDialog::ShowSteps() {
   m_fileBar.SetPos(static_cast<int>(m_steps));
 }
 

@@ -5,9 +5,10 @@
 //    is there. From then on the worker runs the loop; the window's thread reads the list of files, which stays as it
 //    is, and may ask the loop to abort.
 //  - The worker only posts to the window, so that the window's thread may wait for it. What it has to tell stands in
-//    `m_index` and `m_steps`; a message says that there is news, and another one is posted only when that has been
-//    taken. A channel that reports faster than a window can draw thus neither floods the host's queue nor leaves a
-//    backlog behind the copy. The worker's last act is to post a close.
+//    `m_index` and `m_steps`; a message says that there is news, and the next one of its kind is posted only when the
+//    window has shown it and then paused for a while (a timer), at whose end it looks for itself. A channel that
+//    reports faster than anybody can see is thus neither slowed down by the window nor floods the host's queue, and the
+//    last news is always shown. The worker's last act is to post a close.
 //  - Every end (that close, the button, Escape, the window's destruction, the object's) first asks the loop to abort
 //  and
 //    waits for the worker's end. While it waits it serves messages sent to this thread, since the channel is the host's
@@ -53,7 +54,10 @@ private:
   // --- the window's thread's
   void OnFileStartedMessage();
   void OnStepsDoneMessage();
+  void OnPauseEnded();
   bool OnDestroy();
+  void ShowFile();
+  void ShowSteps();
   void EndWorker();
 
   // Of all files, when the one at `index` begins.
@@ -65,6 +69,8 @@ private:
   bool m_hasRun = false;
   std::int32_t m_result = 0;
 
+  static constexpr std::size_t kNoFile = static_cast<std::size_t>(-1);
+  std::size_t m_shownIndex = kNoFile;
   std::atomic<std::size_t> m_index = 0;
   std::atomic<std::uint32_t> m_steps = 0;
   std::atomic<bool> m_fileStartedPosted = false;

@@ -24,8 +24,6 @@ public:
 
   virtual bool DestroyWindow() { return ::DestroyWindow(m_hWnd) != FALSE; }
   void ShowWindow(int command) { ::ShowWindow(m_hWnd, command); }
-  void EnableWindow(bool enable) { ::EnableWindow(m_hWnd, enable); }
-  bool IsWindowVisible() const { return ::IsWindowVisible(m_hWnd) != FALSE; }
   void SetFocus();
   void Invalidate(bool erase = true);
   void SetRedraw(bool redraw) { Send(WM_SETREDRAW, redraw); }

@@ -87,8 +87,18 @@ std::string TextOf(host::Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
 }
 
+bool IsConnecting(host::Channel& channel) {
+  return !IsOpen(channel) && TextOf(channel, host::kNotOpen) == "Channel is not open yet";
+}
+
+void WaitForConnection(host::Channel& channel) {
+  WaitFor("the connection", [&] { return !IsConnecting(channel); });
+  if (!IsOpen(channel))
+    Print("closed", TextOf(channel, host::kNotOpen));
+}
+
 void Echo(host::Channel& channel, std::size_t size) {
-  WaitFor("the connection", [&] { return IsOpen(channel); });
+  WaitForConnection(channel);
   const std::string sent = ByteAt(0, size);
   std::string received;
   std::size_t position = 0;
@@ -107,7 +117,7 @@ void Echo(host::Channel& channel, std::size_t size) {
 }
 
 void Flood(host::Channel& channel, std::size_t size) {
-  WaitFor("the connection", [&] { return IsOpen(channel); });
+  WaitForConnection(channel);
   std::size_t taken = 0;
   std::int32_t code = 0;
   while (taken < size && code == 0) {
@@ -124,9 +134,7 @@ void Watch(host::Channel& channel) {
   const auto start = steady_clock::now();
   WaitFor("the end of the connection", [&] {
     wasOpen = IsOpen(channel) || wasOpen;
-    // While it connects, only time and the text of the code tell that there is something to wait for.
-    return Receive(channel, received) != 0 && TextOf(channel, host::kNotOpen) != "Channel is not open yet" &&
-           !IsOpen(channel);
+    return Receive(channel, received) != 0 && !IsConnecting(channel);
   });
   PrintTime("closed-after", steady_clock::now() - start);
   Print("was-open", wasOpen ? "yes" : "no");

@@ -1,6 +1,8 @@
 // The File Manager's window as a whole, and the device's side of it.
 #include "tests/windows/FileManagerBench.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr const char* kRefresh =
@@ -81,8 +83,9 @@ TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring
   const auto check = [&] {
     CHECK(Joined(bench.Local().Columns()) == "Filename " + std::to_string(width(bench.Local()) - 150) +
                                                  " left, File ID 50 right, File type 50 right, File mode 50 right");
+    const LONG sizeColumn = std::max(width(bench.Device()) - 120L, 100L); // beside a scroll bar it may not fit
     CHECK(Joined(bench.Device().Columns()) ==
-          "File ID 60 right, File type 60 right, File size " + std::to_string(width(bench.Device()) - 120) + " right");
+          "File ID 60 right, File type 60 right, File size " + std::to_string(sizeColumn) + " right");
   };
   check();
   const auto localBefore = width(bench.Local()), deviceBefore = width(bench.Device());
@@ -95,8 +98,8 @@ TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring
   for (const ListView& list : {bench.Local(), bench.Device()}) {
     const auto styles = list.Handle().Send(LVM_GETEXTENDEDLISTVIEWSTYLE);
     CHECK((styles & (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT)) == (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT));
-    CHECK((GetWindowLongA(list.Handle().Handle(), GWL_STYLE) & WS_HSCROLL) == 0);
   }
+  CHECK((GetWindowLongA(bench.Local().Handle().Handle(), GWL_STYLE) & WS_HSCROLL) == 0);
 }
 
 TEST_CASE("which buttons are enabled") {

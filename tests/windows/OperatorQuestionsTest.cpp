@@ -143,8 +143,8 @@ TEST_CASE("one item of a list") {
     const Window question = ask(kItems, "3");
     const Window list = question.Control(IDC_LIST_ITEMS);
     CHECK(list.Send(LB_GETCURSEL) == LB_ERR);
-    question.PressControl(IDOK);
-    question.PressControl(IDOK);
+    question.Send(WM_COMMAND, IDOK); // Enter, and waits for what it does
+    CHECK(question.Visible());
     list.Select(0);
     question.PressControl(IDOK);
     bench.WaitForLine("0 1");
@@ -155,7 +155,8 @@ TEST_CASE("one item of a list") {
   }
   SUBCASE("an empty list can only be cancelled") {
     const Window question = ask("\"\"", "0");
-    question.PressControl(IDOK);
+    question.Send(WM_COMMAND, IDOK);
+    CHECK(question.Visible());
     question.PressCloseBox();
     bench.WaitForLine("-1 0");
   }

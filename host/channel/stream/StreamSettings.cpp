@@ -73,14 +73,13 @@ std::optional<SerialLine> ParseSerialLine(const std::string& text, std::string& 
   SerialLine line;
   auto parts = SplitAtLastColon(text);
   if (parts && !IsNumber(parts->second)) {
-    const std::string format = parts->second;
-    parts = SplitAtLastColon(parts->first);
-    if (parts && !ParseFormat(format, line)) {
-      error = Quoted(format) +
+    if (!ParseFormat(parts->second, line)) {
+      error = Quoted(parts->second) +
               " is neither a speed nor a format: data bits 5 to 8, parity N, E or O, stop bits 1 or 2, "
               "as in 8N1";
       return std::nullopt;
     }
+    parts = SplitAtLastColon(parts->first);
   }
   if (!parts || parts->first.empty()) {
     error = "expected serial:PORT:BAUD[:FORMAT], as in serial:COM3:115200:8N1 or serial:/dev/ttyUSB0:115200";

@@ -1,0 +1,188 @@
+#!/usr/bin/env python3
+"""Channels to real peers:  check_channels.py PROBE RUNNER [LAUNCHER]
+
+PROBE (Probe.cpp) uses a channel operation by operation, RUNNER (ondscript or ondhost) runs scripts over it; LAUNCHER starts
+Windows programs. TCP peers are sockets of this machine, serial ports are pseudo terminals that socat makes, under Wine with
+the name of a COM port.
+"""
+
+import contextlib
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+import peers
+
+TIMEOUT = 60  # seconds, for any program that is started
+# Milliseconds. No operation waits longer than 50 ms for a device; a call that does wait for it takes a second and more. What
+# lies between is for a machine with other work to do.
+LONGEST_CALL = 500
+MEGABYTE = 1 << 20
+COM_PORT = "COM33"  # from COM10 on, Windows knows ports only by their long names
+failures = 0
+
+
+def check(what, condition, details=""):
+    global failures
+    if not condition:
+        failures += 1
+        print(f"FAILED: {what}\n{details}", flush=True)
+
+
+def run(command, text=b""):
+    """Exit code, output and messages. Through files: Wine's background processes keep pipes open."""
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as messages:
+        try:
+            code = subprocess.run(command, input=text, stdout=output, stderr=messages, timeout=TIMEOUT).returncode
+        except subprocess.TimeoutExpired:
+            code = f"killed after {TIMEOUT} s"
+        output.seek(0)
+        messages.seek(0)
+        return code, output.read(), messages.read()
+
+
+def probe(channel, *scenario):
+    """What the probe printed, by name. Checks what holds for every scenario."""
+    code, output, messages = run(launcher + [probe_program, channel, *map(str, scenario)])
+    told = dict(line.split(" ", 1) for line in output.decode(errors="replace").splitlines() if " " in line)
+    details = f"  exit code {code}, output {output}, messages {messages}"
+    check(f"{channel} {scenario}", code == 0, details)
+    for time in ("longest-call", "end"):
+        check(f"{channel} {scenario}: {time}", int(told.get(time, LONGEST_CALL + 1)) <= LONGEST_CALL, details)
+    return told
+
+
+def script(channel, text, code=0, output=b"", message=b""):
+    """A script over the channel: its exit code, its output, a part of what is on standard error."""
+    got_code, got_output, got_messages = run(launcher + [runner, "run", "-", "--channel", channel], text)
+    fits = got_code == code and got_output == output and (message in got_messages if message else not got_messages)
+    check(f"a script over {channel}: {text[:60]}", fits, f"  exit code {got_code}, expected {code}\n  output {got_output},"
+          f" expected {output}\n  messages {got_messages}, expected {message}")
+
+
+def check_echo(channel):
+    told = probe(channel, "echo", MEGABYTE)
+    check(f"{channel}: every byte comes back as it was", told.get("same") == str(MEGABYTE), told)
+
+
+def check_closed(channel, text, received=0, was_open=None):
+    """A channel that ends as closed: each operation answers that code, whose text is the reason."""
+    told = probe(channel, "watch")
+    check(f"{channel} is closed", re.fullmatch(text, told.get("text", "")) and told.get("codes") == "11 11 11 11 11 11 11" and
+          told.get("received") == str(received) and told.get("same") == "yes", told)
+    if was_open:
+        check(f"{channel} was open before", told.get("was-open") == was_open, told)
+
+
+# Sends 2^N bytes of x.
+SEND = b'var string s; var dword n; s = "x"; while (n < %d) { s = s + s; n = n + 1; } transmitstring(s);'
+ASK = b'var string s; transmitstring("ask\\n"); while (s == "") { s = receivestring(); } print(s);'
+
+
+def check_tcp():
+    with peers.tcp_echo(".") as port:
+        check_echo(f"tcp:127.0.0.1:{port}")
+        check_echo(f"tcp:localhost:{port}")  # again, and by name
+        script(f"tcp:127.0.0.1:{port}", ASK, output=b"ask\n")
+        script(f"tcp:127.0.0.1:{port}", b'transmitfilefromstring("x", 1, 2, 0, 1);',
+               output=b"\r........................................\n"
+               b"Device files are not possible over a raw byte stream during TransmitFileFromString\n")
+    with contextlib.suppress(OSError), peers.socket.create_server(("::1", 0), family=peers.socket.AF_INET6):
+        with peers.tcp_echo(".", "TCP6-LISTEN:0,bind=[::1],ipv6only") as port:
+            check_echo(f"tcp:[::1]:{port}")
+
+
+def check_tcp_that_ends():
+    refused = f"tcp:127.0.0.1:{peers.unused_port()}"
+    check_closed(refused, "Connection refused", was_open="no")
+    script(refused, b'print("not run");', code=4, message=refused.encode() + b": Connection refused")
+    check_closed("tcp:nosuchhost.invalid:1", ".+", was_open="no")
+    with peers.Server(peers.talk_and_close) as server:
+        check_closed(f"tcp:127.0.0.1:{server.port}", "Connection closed by the device", MEGABYTE, was_open="yes")
+    with peers.Server(peers.talk_and_reset) as server:
+        told = probe(f"tcp:127.0.0.1:{server.port}", "echo", MEGABYTE)
+        check("a connection that is reset ends", int(told.get("received", -1)) in (0, 1000), told)
+
+
+def check_tcp_that_waits():
+    with peers.blackhole() as port:
+        probe(f"tcp:127.0.0.1:{port}", "leave")
+        check_closed(f"tcp:127.0.0.1:{port}", "No answer within 10 s", was_open="no")
+    with peers.Server(peers.never_read) as server:
+        told = probe(f"tcp:127.0.0.1:{server.port}", "flood", 1 << 30)
+        check("a device that does not read fills the channel", 16 * MEGABYTE <= int(told.get("taken", 0)) < 64 * MEGABYTE and
+              told.get("answer") == "Device does not take its data", told)
+    with peers.Server(peers.never_read) as server:
+        script(f"tcp:127.0.0.1:{server.port}", SEND % 23, code=4, message=b"not everything was sent: Device does not take")
+
+
+def check_last_bytes():
+    """What a script sends last arrives, although the script does not wait for it."""
+    for serve in (peers.collect, peers.collect_slowly):
+        with peers.Server(serve) as server:
+            script(f"tcp:127.0.0.1:{server.port}", SEND % 23)
+            answer = server.answer()
+            check(f"{serve.__name__}: the last bytes arrive", answer == b"x" * (1 << 23),
+                  len(answer) if isinstance(answer, bytes) else answer)
+
+
+@contextlib.contextmanager
+def serial_name(path):
+    """The pseudo terminal's name for the programs under test."""
+    if not launcher:
+        yield path
+        return
+    run(launcher + ["cmd", "/c", "exit"])  # makes the prefix
+    link = pathlib.Path(os.environ.get("WINEPREFIX") or pathlib.Path(launcher[0]).parent / "../build/wine",
+                        "dosdevices", COM_PORT.lower())
+    link.unlink(missing_ok=True)
+    link.symlink_to(path)
+    try:
+        yield COM_PORT
+    finally:
+        link.unlink()
+
+
+def check_serial():
+    with serial_name(os.path.abspath("port")) as name:
+        check_closed(f"serial:{name}:9600", "No such file or directory|File not found", was_open="no")
+        with peers.serial_echo("."):
+            check_echo(f"serial:{name}:115200")
+        with peers.serial_echo("."):  # another one at the same place
+            check_echo(f"serial:{name}:921600:7e2")
+        with peers.serial_echo(".") as (_, peer):
+            channel = f"serial:{name}:115200:8N1"
+            script(channel, ASK, output=b"ask\n")
+        with peers.serial_echo(".") as (_, peer):
+            killer = peers.threading.Timer(1, peer.kill)  # by then the probe is in the middle, or has not begun
+            killer.start()
+            told = probe(channel, "echo", 64 * MEGABYTE)
+            killer.join()
+            check("a serial port that vanishes ends", int(told.get("received", 64 * MEGABYTE)) < 64 * MEGABYTE and
+                  told.get("same") == told.get("received"), told)
+
+
+def check_texts():
+    for channel, message in (
+        ("tcp:host", b"expected tcp:HOST:PORT"),
+        ("tcp:::1:4000", b"an IPv6 address stands in brackets"),
+        ("serial:COM3", b"expected serial:PORT:BAUD"),
+        ("serial:COM3:fast", b"is neither a speed nor a format"),
+    ):
+        script(channel, b"", code=2, message=b'--channel: "' + channel.encode() + b'": ')
+        script(channel, b"", code=2, message=message)
+
+
+probe_program, runner, *launcher = [os.path.abspath(argument) for argument in sys.argv[1:]]
+with tempfile.TemporaryDirectory() as folder:
+    os.chdir(folder)
+    check_texts()
+    check_tcp()
+    check_tcp_that_ends()
+    check_tcp_that_waits()
+    check_last_bytes()
+    check_serial()
+sys.exit(1 if failures else 0)

@@ -1,0 +1,153 @@
+"""The other sides of the channels under test. Each is a context manager that ends what it started; every wait is bounded and
+names what it waits for."""
+
+import contextlib
+import pathlib
+import re
+import socket
+import struct
+import subprocess
+import threading
+import time
+
+PATIENCE = 30  # seconds
+
+
+def wait_for(what, happened):
+    """The first true answer of `happened`."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        answer = happened()
+        if answer:
+            return answer
+        if time.monotonic() > end:
+            raise TimeoutError(f"waited {PATIENCE} s for {what}")
+        time.sleep(0.01)
+
+
+def pattern(size, start=0):
+    """The bytes that the probe sends."""
+    return bytes((i * 31 + i // 251) & 0xFF for i in range(start, start + size))
+
+
+@contextlib.contextmanager
+def socat(log, *arguments):
+    """A running socat; its messages go to the file `log`."""
+    with open(log, "wb") as messages:
+        process = subprocess.Popen(["socat", "-d", "-d", *arguments], stderr=messages, stdin=subprocess.DEVNULL)
+    try:
+        yield process
+    finally:
+        process.terminate()
+        try:
+            process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+@contextlib.contextmanager
+def tcp_echo(folder, address="TCP-LISTEN:0,bind=127.0.0.1"):
+    """The port on which socat sends everything back, to any number of clients."""
+    log = pathlib.Path(folder, "socat-tcp.log")
+    with socat(log, f"{address},fork", "PIPE"):
+        found = wait_for("socat to listen", lambda: re.search(rb"listening on .*:(\d+)", log.read_bytes()))
+        yield int(found.group(1))
+
+
+@contextlib.contextmanager
+def serial_echo(folder, name="port"):
+    """A serial port at which everything comes back: the path of a pseudo terminal, and the socat behind it."""
+    path = pathlib.Path(folder, name)
+    log = pathlib.Path(folder, "socat-serial.log")
+    with socat(log, f"PTY,link={path},raw,echo=0", "PIPE") as process:
+        # The port is there before its settings are: what is sent in between would be lost.
+        wait_for("socat to make the serial port", lambda: b"starting data transfer" in log.read_bytes())
+        yield str(path), process
+
+
+class Server:
+    """A TCP server for one client, which `serve(connection)` handles on a thread of its own."""
+
+    def __init__(self, serve):
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.listener.settimeout(PATIENCE)
+        self.port = self.listener.getsockname()[1]
+        self.serve = serve
+        self.ended = threading.Event()  # for `serve`: the test is over
+        self.result = None
+        self.thread = threading.Thread(target=self.run)
+
+    def run(self):
+        try:
+            connection, _ = self.listener.accept()
+            with connection:
+                connection.settimeout(PATIENCE)
+                self.result = self.serve(connection, self.ended)
+        except OSError as error:
+            self.result = error
+
+    def __enter__(self):
+        self.thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self.ended.set()
+        self.thread.join(2 * PATIENCE)
+        self.listener.close()
+
+    def answer(self):
+        """What `serve` returned."""
+        self.thread.join(2 * PATIENCE)
+        if self.thread.is_alive():
+            raise TimeoutError("the server of the test did not end")
+        return self.result
+
+
+def collect(connection, _):
+    """Everything until the client ends."""
+    parts = []
+    while part := connection.recv(65536):
+        parts.append(part)
+    return b"".join(parts)
+
+
+def collect_slowly(connection, ended):
+    """The same, by a device that takes its time: the bytes wait in the client."""
+    parts = []
+    while part := connection.recv(65536):
+        parts.append(part)
+        ended.wait(0.005)
+    return b"".join(parts)
+
+
+def never_read(_, ended):
+    ended.wait(PATIENCE)
+
+
+def talk_and_close(connection, _):
+    connection.sendall(pattern(1 << 20))
+
+
+def talk_and_reset(connection, _):
+    """Vanishes with an error in the middle of what the client sends."""
+    connection.sendall(pattern(1000))
+    connection.recv(1)
+    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+
+
+def unused_port():
+    with socket.create_server(("127.0.0.1", 0)) as listener:
+        return listener.getsockname()[1]
+
+
+@contextlib.contextmanager
+def blackhole():
+    """A port whose system answers nothing at all: its list of clients to accept is full."""
+    with contextlib.ExitStack() as stack:
+        listener = stack.enter_context(socket.create_server(("127.0.0.1", 0), backlog=0))
+        for _ in range(8):
+            client = stack.enter_context(socket.socket())
+            client.setblocking(False)
+            client.connect_ex(listener.getsockname())
+        yield listener.getsockname()[1]
