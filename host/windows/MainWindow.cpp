@@ -99,6 +99,8 @@ bool MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   case WM_SIZE:
     m_layout.Apply();
     m_tools.Layout();
+    // Group boxes do not erase where their edges were.
+    RedrawWindow(m_window, nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_ALLCHILDREN);
     return true;
   case WM_GETMINMAXINFO:
     LimitSize(*reinterpret_cast<MINMAXINFO*>(lParam));
