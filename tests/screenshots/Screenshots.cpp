@@ -1,5 +1,7 @@
 // Shows every window of the module in states that fill it, and stops at each for `take` to take its picture: writes
 // "shot NAME WIDTHxHEIGHT+LEFT+TOP" and waits for a line.
+#include "host/windows/resource.h"
+#include "tests/windows/HostProgram.h"
 #include "tests/windows/ScriptBench.h"
 
 #include <cstdio>
@@ -7,11 +9,11 @@
 
 namespace {
 
-void Shoot(const TestHost& host, const Window& window, const char* name) {
-  window.Activate();
-  host.Do([&] {
-    RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  });
+void Redraw(const Window& window) {
+  RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void Show(const Window& window, const char* name) {
   window.Send(WM_NULL);
   const RECT place = window.Place();
   std::printf("shot %s %ldx%ld+%ld+%ld\n", name, place.right - place.left, place.bottom - place.top, place.left,
@@ -19,6 +21,12 @@ void Shoot(const TestHost& host, const Window& window, const char* name) {
   std::fflush(stdout);
   std::string line;
   std::getline(std::cin, line);
+}
+
+void Shoot(const TestHost& host, const Window& window, const char* name) {
+  window.Activate();
+  host.Do([&] { Redraw(window); });
+  Show(window, name);
 }
 
 } // namespace
@@ -61,4 +69,25 @@ TEST_CASE("Questions") {
       R"(userlistinput("Calibration", "Measuring range", "100 mV" + chr(0) + "1 V" + chr(0) + "10 V, the one that is used for most of the measurements at this bench" + chr(0) + "automatic", 1);)",
       "question-list");
   shoot(R"(messagebox("Calibration", "Connect the probe to the reference, then press OK.");)", "question-message");
+}
+
+TEST_CASE("Sample host") {
+  const HostProgram host;
+  const auto shoot = [](const Window& window, const char* name) {
+    window.Activate();
+    Redraw(window);
+    Show(window, name);
+  };
+  host.WaitForText(IDC_CHANNEL_STATE, "open");
+  shoot(host.Main(), "host-open");
+  host.Main().PressControl(IDM_CONNECT);
+  host.WaitForText(IDC_CHANNEL_STATE, "not connected");
+  const RECT place = host.Main().Place();
+  host.Main().Resize(place.right - place.left + 200, 0);
+  host.Main().PressControl(IDM_FIRST_TOOL);
+  host.WaitForTop("Terminal");
+  shoot(host.Main(), "host-wide");
+  host.Main().Control(IDC_CHANNEL_TEXT).SetText("tcp:nowhere");
+  host.Main().PressControl(IDM_CONNECT);
+  shoot(host.WaitForTop("Error"), "host-error");
 }

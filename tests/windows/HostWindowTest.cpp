@@ -4,10 +4,11 @@
 #include "res/resource.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/windows/HostProgram.h"
+#include "tests/windows/LocalServer.h"
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -138,6 +139,25 @@ TEST_CASE("the channel is disconnected and connected under an open tool") {
   main.PressControl(IDM_CONNECT);
   WaitFor("the tool to show the channel again", [&] { return status.Text() == connected; });
   CHECK(main.Control(IDC_CHANNEL_STATE).Text() == "open");
+}
+
+TEST_CASE("a channel that takes its time to open, and one that is lost") {
+  LocalServer server;
+  HostProgram host("--channel " + server.ChannelText());
+  server.Accept();
+  host.WaitForText(IDC_CHANNEL_STATE, "open");
+  CHECK(host.Main().Control(IDC_CHANNEL_TEXT).Text() == server.ChannelText());
+  server.Close();
+  WaitFor("the state to tell that the connection is gone",
+          [&] { return host.Main().Control(IDC_CHANNEL_STATE).Text().starts_with("closed: "); });
+  host.Main().PressControl(IDM_CONNECT);
+  host.WaitForText(IDC_CHANNEL_STATE, "not connected");
+  host.Main().PressControl(IDM_CONNECT); // nobody listens any more
+  const Window box = host.WaitForTop("Error");
+  CHECK(box.BoxText().starts_with("The channel cannot be opened: "));
+  CHECK(host.Main().Control(IDC_CHANNEL_STATE).Text() == "not connected");
+  box.PressControl(IDOK);
+  WaitFor("the text to be open to changes", [&] { return host.Main().Control(IDC_CHANNEL_TEXT).Enabled(); });
 }
 
 TEST_CASE("a channel that a script uses stays") {
