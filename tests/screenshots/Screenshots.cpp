@@ -1,8 +1,10 @@
 // Shows every window of the module in states that fill it, and stops at each for `take` to take its picture: writes
 // "shot NAME WIDTHxHEIGHT+LEFT+TOP" and waits for a line.
 #include "host/windows/resource.h"
+#include "tests/windows/FileManagerBench.h"
 #include "tests/windows/HostProgram.h"
 #include "tests/windows/ScriptBench.h"
+#include "tests/windows/TerminalWindow.h"
 
 #include <cstdio>
 #include <iostream>
@@ -90,4 +92,45 @@ TEST_CASE("Sample host") {
   host.Main().Control(IDC_CHANNEL_TEXT).SetText("tcp:nowhere");
   host.Main().PressControl(IDM_CONNECT);
   shoot(host.WaitForTop("Error"), "host-error");
+}
+
+TEST_CASE("Terminal") {
+  TerminalWindow terminal;
+  terminal.Receive({"firmware 1.0, no logic\r\ninstrument ready, umlaut \xE4\r\n",
+                    "a long line of readings: 1.001 1.002 1.003 1.004 1.005 1.006 1.007 1.008 1.009 1.010 1.011\r\n"});
+  terminal.Send("adc 1\\(13)");
+  Shoot(terminal.host, terminal.window, "terminal");
+  terminal.window.Resize(900, 400);
+  Shoot(terminal.host, terminal.window, "terminal-wide");
+}
+
+TEST_CASE("File Manager") {
+  FileManagerBench bench;
+  bench.device.directory = {{1, 1, 1500}, {2, 3, 640}, {7, 1, 48}};
+  bench.folder.Write("firmware.rbf", "x");
+  bench.folder.Write("table.bin", "x");
+  bench.Drop({bench.folder.PathOf("firmware.rbf"), bench.folder.PathOf("table.bin")});
+  bench.Press(IDC_FM_REFRESH);
+  bench.Local().Select({1});
+  Shoot(bench.host, bench.window, "filemanager");
+
+  bench.TypeInList(VK_SPACE);
+  const Window properties = Window::WaitForTop("File properties");
+  Shoot(bench.host, properties, "filemanager-properties");
+  properties.PressControl(IDCANCEL);
+  properties.WaitUntilGone("the properties");
+
+  bench.device.hold = true;
+  bench.Press(IDC_FM_COPY_ALL);
+  const Window progress = Window::WaitForTop("Progress");
+  WaitFor("the transfer to begin", [&] { return bench.device.transfers > 0; });
+  Shoot(bench.host, progress, "filemanager-progress");
+  progress.PressControl(IDCANCEL);
+  Window::WaitForTop("Error").PressControl(IDOK);
+  bench.WaitUntilIdle("the copy's end");
+  bench.Press(IDC_FM_FORMAT);
+  const Window question = Window::WaitForTop("WARNING");
+  Shoot(bench.host, question, "filemanager-format");
+  question.PressControl(IDCANCEL);
+  bench.WaitUntilIdle("the question's end");
 }
