@@ -214,7 +214,8 @@ struct CONXDeviceClient_0 : CONXObject_0 {
                                       std::uint64_t* max2, std::uint64_t* min3, std::uint64_t* max3,
                                       std::uint64_t* min4, std::uint64_t* max4) = 0;
 
-  // Hands over the channel; null disconnects. The channel stays the host's and must outlive the connection. Always 0.
+  // Hands over the channel; null disconnects. The channel stays the host's and must outlive the connection, and a script
+  // run or a copy that began on it. Always 0.
   virtual EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0* channel) = 0;
 
   // A command of the object's own (ONX_CALL_… for the Script Processor). Unknown commands return 0 and do nothing.
