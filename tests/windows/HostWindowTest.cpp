@@ -190,6 +190,25 @@ TEST_CASE("closing the main window ends whatever a script does") {
   }
 }
 
+TEST_CASE("closing the main window ends a copy") {
+  const TemporaryFolder folder;
+  folder.Write("big.bin", std::string(200000, 'x'));
+  folder.Write("test.dcj", "big.bin\t1\t1\tnormal\n");
+  HostProgram host("--block-time 100"); // half a minute for the file
+  host.Main().PressControl(IDM_FIRST_TOOL + 1);
+  const Window manager = host.WaitForTop("File manager");
+  manager.PressControl(IDC_FM_LOAD_JOB);
+  const Window chooser = host.WaitForTop("Open job file");
+  chooser.TypeFileName(folder.PathOf("test.dcj"));
+  chooser.WaitUntilGone("the file dialog");
+  WaitFor("something to copy", [&] { return manager.Control(IDC_FM_COPY_ALL).Enabled(); });
+  manager.PressControl(IDC_FM_COPY_ALL);
+  host.WaitForTop("Progress");
+  host.WaitForText(IDC_CHANNEL_STATE, "open, used by a tool");
+  host.Main().PressCloseBox();
+  CHECK(host.WaitForEnd() == 0);
+}
+
 TEST_CASE("closing the main window while a tool asks something") {
   HostProgram host;
   host.Main().PressControl(kScriptProcessor);
