@@ -266,16 +266,17 @@ enum : std::uint32_t {
   ONX_TYPE_INT64 = 5,
 };
 
+// clang-format off
 // One variable exchanged with a script.
 //
 //            setting                                     reading back
 //   name     the variable's name                         the name asked for (ASCII case does not matter)
 //   type     ONX_TYPE_…; records of other types are      written by the module
 //            passed over
-//   value    pointer to a uint64_t (numbers) or to       the number itself, widened to 64 bits by its type, or a
-//   pointer
+//   value    pointer to a uint64_t (numbers) or to       the number, widened to 64 bits by its type, or a pointer
 //            the bytes (strings)                         to the bytes, valid until the variables change
 //   length   bytes of the string; the low 32 bits count  bytes of the string
+// clang-format on
 struct TONXSCRIPTVARIABLE {
   const char* name;
   std::uint32_t type;

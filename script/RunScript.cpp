@@ -32,7 +32,7 @@ ScriptError WithoutExceptions(Operation operation) {
     return kOutOfMemory;
   } catch (const std::length_error&) {
     return kOutOfMemory;
-  } catch (const std::out_of_range&) {
+  } catch (...) { // a built-in or the host's own code threw something else
     return kSystemFunctionFailed;
   }
 }

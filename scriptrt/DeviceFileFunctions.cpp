@@ -54,7 +54,8 @@ private:
 };
 
 std::string CONXFileOp::ErrorText(std::int32_t code) const {
-  return Services().channel->GetInfoString(OND_INFO_ERROR, code);
+  const char* const text = Services().channel->GetInfoString(OND_INFO_ERROR, code);
+  return text ? text : "";
 }
 
 ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool ignoreFailure) {

@@ -6,8 +6,6 @@
 #include "scriptrt/ScriptFile.h"
 
 #include <atomic>
-#include <new>
-#include <stdexcept>
 
 namespace {
 
@@ -101,9 +99,7 @@ template <typename Operation>
 EONX_ERR_ERRCODE_ WithoutExceptions(Operation operation) {
   try {
     return operation();
-  } catch (const std::bad_alloc&) {
-    return EONX_ERR_OUT_OF_MEMORY;
-  } catch (const std::length_error&) {
+  } catch (...) { // memory ran out, in one way or another
     return EONX_ERR_OUT_OF_MEMORY;
   }
 }

@@ -8,6 +8,7 @@
 
 ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* function) const {
   const std::optional<std::string> path = platform::FullPath(call.PathAt(0));
+  const SharedText file = call.TextAt(0); // as passed, whatever the sub-script does to the caller's variable
   std::string text;
   if (!path || ReadScriptFile(*path, &text) != ScriptFileResult::kRead)
     return kSystemFunctionFailed;
@@ -17,7 +18,7 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
                       function, call.result};
   const ScriptError error = RunScript(run);
   if (error != kScriptOk && Services().output)
-    Write(("in subscript \"" + call.TextAt(0).Bytes() + "\"\n").c_str());
+    Write(("in subscript \"" + file.Bytes() + "\"\n").c_str());
   return error;
 }
 

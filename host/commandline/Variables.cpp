@@ -44,6 +44,13 @@ bool IsIdentifier(std::string_view name) {
   return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isInside);
 }
 
+// Words that begin statements: a script could not reach a variable of that name.
+bool IsKeyword(std::string_view name) {
+  constexpr std::string_view kKeywords[] = {"var", "func", "if", "while"};
+  return std::any_of(std::begin(kKeywords), std::end(kKeywords),
+                     [&](std::string_view word) { return EqualIgnoringCase(name, word); });
+}
+
 std::optional<std::uint32_t> FindType(std::string_view name) {
   for (const TypeName& known : kTypes) {
     if (EqualIgnoringCase(name, known.name))
@@ -140,6 +147,10 @@ std::optional<Variable> ParseVariable(const std::string& text, std::string& erro
   const std::string_view value = all.substr(equals + 1);
   if (!IsIdentifier(name)) {
     error = Quoted(name) + " is not a variable's name (letters, digits and _, no digit in front)";
+    return std::nullopt;
+  }
+  if (IsKeyword(name)) {
+    error = Quoted(name) + " is a word of the language, not a variable's name";
     return std::nullopt;
   }
   const auto type = FindType(typeName);

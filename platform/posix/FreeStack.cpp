@@ -7,6 +7,9 @@ namespace platform {
 
 namespace {
 
+// A stack without a limit, or with a huge one, is used no further: recursion without end is to end before the memory does.
+constexpr std::uintptr_t kMostUsed = 64 * 1024 * 1024;
+
 struct Limits {
   std::uintptr_t bottom = 0;
   std::uintptr_t top = 0;
@@ -25,7 +28,8 @@ Limits AskStackLimits() {
   pthread_attr_getguardsize(&attributes, &guard);
   pthread_attr_destroy(&attributes);
   const auto bottom = reinterpret_cast<std::uintptr_t>(address);
-  return {bottom + guard, bottom + size};
+  const std::uintptr_t top = bottom + size;
+  return {size > kMostUsed ? top - kMostUsed : bottom + guard, top};
 }
 
 thread_local constinit Limits t_limits;
