@@ -2,7 +2,8 @@
 //
 //   echo BYTES   sends bytes of all values and compares what comes back
 //   flood BYTES  sends to a device that may not read, in pieces of 1 MiB, and ends without waiting
-//   watch        waits for the end of the connection; then tells what every operation answers
+//   watch MS     reads nothing for so long, then everything until the end of the connection; then tells what every
+//                operation answers
 //   leave        ends the channel at once
 //
 // Prints one "NAME VALUE" for a line. No operation waits for the device, so the longest of all calls is among them.
@@ -128,10 +129,11 @@ void Flood(host::Channel& channel, std::size_t size) {
   Print("answer", TextOf(channel, code));
 }
 
-void Watch(host::Channel& channel) {
+void Watch(host::Channel& channel, milliseconds pause) {
   std::string received;
   bool wasOpen = false;
   const auto start = steady_clock::now();
+  std::this_thread::sleep_for(pause);
   WaitFor("the end of the connection", [&] {
     wasOpen = IsOpen(channel) || wasOpen;
     return Receive(channel, received) != 0 && !IsConnecting(channel);
@@ -178,7 +180,7 @@ int main(int argc, char** argv) {
   else if (scenario == "flood")
     Flood(*made.channel, number);
   else if (scenario == "watch")
-    Watch(*made.channel);
+    Watch(*made.channel, milliseconds(number));
   PrintTime("longest-call", g_longestCall);
   const auto start = steady_clock::now();
   made.channel.reset();
