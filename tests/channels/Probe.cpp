@@ -88,12 +88,8 @@ std::string TextOf(host::Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
 }
 
-bool IsConnecting(host::Channel& channel) {
-  return !IsOpen(channel) && TextOf(channel, host::kNotOpen) == "Channel is not open yet";
-}
-
 void WaitForConnection(host::Channel& channel) {
-  WaitFor("the connection", [&] { return !IsConnecting(channel); });
+  WaitFor("the connection", [&] { return !channel.IsConnecting(); });
   if (!IsOpen(channel))
     Print("closed", TextOf(channel, host::kNotOpen));
 }
@@ -115,6 +111,8 @@ void Echo(host::Channel& channel, std::size_t size) {
   const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
   Print("received", std::to_string(received.size()));
   Print("same", std::to_string(difference.first - sent.begin()));
+  if (!IsOpen(channel))
+    Print("closed", TextOf(channel, host::kNotOpen));
 }
 
 void Flood(host::Channel& channel, std::size_t size) {
@@ -136,7 +134,7 @@ void Watch(host::Channel& channel, milliseconds pause) {
   std::this_thread::sleep_for(pause);
   WaitFor("the end of the connection", [&] {
     wasOpen = IsOpen(channel) || wasOpen;
-    return Receive(channel, received) != 0 && !IsConnecting(channel);
+    return Receive(channel, received) != 0 && !channel.IsConnecting();
   });
   PrintTime("closed-after", steady_clock::now() - start);
   Print("was-open", wasOpen ? "yes" : "no");

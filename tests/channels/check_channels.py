@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
-"""Channels to real peers:  check_channels.py PROBE RUNNER [LAUNCHER]
+"""Channels to real peers:  check_channels.py PAGE PROBE RUNNER [LAUNCHER]
 
 PROBE (Probe.cpp) uses a channel operation by operation, RUNNER (ondscript or ondhost) runs scripts over it; LAUNCHER starts
 Windows programs. TCP peers are sockets of this machine, serial ports are pseudo terminals that socat makes, under Wine with
-the name of a COM port.
+the name of a COM port. The commands and the script in PAGE (docs/channels.md) are run as they stand there.
 """
 
 import contextlib
 import os
 import pathlib
 import re
+import shlex
 import subprocess
 import sys
 import tempfile
@@ -155,10 +156,10 @@ def check_serial():
             check_echo(f"serial:{name}:115200")
         with peers.serial_echo("."):  # another one at the same place
             check_echo(f"serial:{name}:921600:7e2")
-        with peers.serial_echo(".") as (_, peer):
+        with peers.serial_echo("."):
             channel = f"serial:{name}:115200:8N1"
             script(channel, ASK, output=b"ask\n")
-        with peers.serial_echo(".") as (_, peer):
+        with peers.serial_echo(".") as peer:
             killer = peers.threading.Timer(1, peer.kill)  # by then the probe is in the middle, or has not begun
             killer.start()
             told = probe(channel, "echo", 64 * MEGABYTE)
@@ -178,7 +179,30 @@ def check_texts():
         script(channel, b"", code=2, message=message)
 
 
-probe_program, runner, *launcher = [os.path.abspath(argument) for argument in sys.argv[1:]]
+def check_page():
+    """The two devices of the page, and its script on each of them."""
+    text = pathlib.Path(page).read_text(encoding="utf-8")
+
+    def blocks(language):
+        return re.findall(rf"^```{language}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+
+    tcp_device, tcp_run, serial_device, serial_run = (shlex.split(block) for block in blocks("sh"))
+    (lines,), (output,) = blocks("dcs"), blocks("text")
+    pathlib.Path("ask.dcs").write_text(lines)
+
+    def run_as_shown(command, shown, here):
+        command = [part.replace(shown, here) for part in command]
+        result = run(launcher + [runner] + command[1:])
+        check(f"{page}: {command}", result == (0, output.encode(), b""), f"  {result}, expected {output}")
+
+    with peers.tcp_server(".", *(part.replace(":4000", ":0") for part in tcp_device[1:])) as port:
+        run_as_shown(tcp_run, ":4000", f":{port}")
+    with serial_name(os.path.abspath("port")) as name:
+        with peers.serial_port(".", *(part.replace("/tmp/bench", os.path.abspath("port")) for part in serial_device[1:])):
+            run_as_shown(serial_run, "/tmp/bench", name)
+
+
+page, probe_program, runner, *launcher = [os.path.abspath(argument) for argument in sys.argv[1:]]
 with tempfile.TemporaryDirectory() as folder:
     os.chdir(folder)
     check_texts()
@@ -187,4 +211,5 @@ with tempfile.TemporaryDirectory() as folder:
     check_tcp_that_waits()
     check_last_bytes()
     check_serial()
+    check_page()
 sys.exit(1 if failures else 0)
