@@ -21,6 +21,8 @@ constexpr const char* kFooter = R"(Examples:
   echo 'print("hello\n");' | ondscript run -
   ondscript run flash.dcs --device-dir /tmp/device --set unit:string=A17
   ondscript run count.dcs --set rounds:dword=5 --set total:int64=0 --get total
+  ondscript run sweep.dcs --channel tcp:192.168.1.20:4000
+  ondscript run sweep.dcs --channel serial:/dev/ttyUSB0:115200:8N1
   ondscript run flash.dcs --fault TransmitFile:2=6
   ondscript check *.dcs
 

@@ -24,6 +24,8 @@ constexpr const char* kFooter = R"(Examples:
   ondhost run sweep.dcs
   ondhost run flash.dcs --device-dir C:\bench\device --set unit:string=A17
   ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total
+  ondhost run sweep.dcs --channel tcp:192.168.1.20:4000
+  ondhost run sweep.dcs --channel serial:COM3:115200:8N1
   ondhost run flash.dcs --fault TransmitFile:2=6
 
 Without a command, the windows open, on the channel that the options describe.

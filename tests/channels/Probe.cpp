@@ -2,7 +2,8 @@
 //
 //   echo BYTES   sends bytes of all values and compares what comes back
 //   flood BYTES  sends to a device that may not read, in pieces of 1 MiB, and ends without waiting
-//   watch        waits for the end of the connection; then tells what every operation answers
+//   watch MS     reads nothing for so long, then everything until the end of the connection; then tells what every
+//                operation answers
 //   leave        ends the channel at once
 //
 // Prints one "NAME VALUE" for a line. No operation waits for the device, so the longest of all calls is among them.
@@ -87,12 +88,8 @@ std::string TextOf(host::Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
 }
 
-bool IsConnecting(host::Channel& channel) {
-  return !IsOpen(channel) && TextOf(channel, host::kNotOpen) == "Channel is not open yet";
-}
-
 void WaitForConnection(host::Channel& channel) {
-  WaitFor("the connection", [&] { return !IsConnecting(channel); });
+  WaitFor("the connection", [&] { return !channel.IsConnecting(); });
   if (!IsOpen(channel))
     Print("closed", TextOf(channel, host::kNotOpen));
 }
@@ -114,6 +111,8 @@ void Echo(host::Channel& channel, std::size_t size) {
   const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
   Print("received", std::to_string(received.size()));
   Print("same", std::to_string(difference.first - sent.begin()));
+  if (!IsOpen(channel))
+    Print("closed", TextOf(channel, host::kNotOpen));
 }
 
 void Flood(host::Channel& channel, std::size_t size) {
@@ -128,13 +127,14 @@ void Flood(host::Channel& channel, std::size_t size) {
   Print("answer", TextOf(channel, code));
 }
 
-void Watch(host::Channel& channel) {
+void Watch(host::Channel& channel, milliseconds pause) {
   std::string received;
   bool wasOpen = false;
   const auto start = steady_clock::now();
+  std::this_thread::sleep_for(pause);
   WaitFor("the end of the connection", [&] {
     wasOpen = IsOpen(channel) || wasOpen;
-    return Receive(channel, received) != 0 && !IsConnecting(channel);
+    return Receive(channel, received) != 0 && !channel.IsConnecting();
   });
   PrintTime("closed-after", steady_clock::now() - start);
   Print("was-open", wasOpen ? "yes" : "no");
@@ -178,7 +178,7 @@ int main(int argc, char** argv) {
   else if (scenario == "flood")
     Flood(*made.channel, number);
   else if (scenario == "watch")
-    Watch(*made.channel);
+    Watch(*made.channel, milliseconds(number));
   PrintTime("longest-call", g_longestCall);
   const auto start = steady_clock::now();
   made.channel.reset();

@@ -47,23 +47,32 @@ def socat(log, *arguments):
 
 
 @contextlib.contextmanager
-def tcp_echo(folder, address="TCP-LISTEN:0,bind=127.0.0.1"):
-    """The port on which socat sends everything back, to any number of clients."""
+def tcp_server(folder, *arguments):
+    """The port on which a socat with these arguments listens."""
     log = pathlib.Path(folder, "socat-tcp.log")
-    with socat(log, f"{address},fork", "PIPE"):
+    with socat(log, *arguments):
         found = wait_for("socat to listen", lambda: re.search(rb"listening on .*:(\d+)", log.read_bytes()))
         yield int(found.group(1))
 
 
+def tcp_echo(folder, address="TCP-LISTEN:0,bind=127.0.0.1"):
+    """The same, where everything comes back, to any number of clients."""
+    return tcp_server(folder, f"{address},fork", "PIPE")
+
+
 @contextlib.contextmanager
-def serial_echo(folder, name="port"):
-    """A serial port at which everything comes back: the path of a pseudo terminal, and the socat behind it."""
-    path = pathlib.Path(folder, name)
+def serial_port(folder, *arguments):
+    """The socat with these arguments, once it has made a serial port."""
     log = pathlib.Path(folder, "socat-serial.log")
-    with socat(log, f"PTY,link={path},raw,echo=0", "PIPE") as process:
+    with socat(log, *arguments) as process:
         # The port is there before its settings are: what is sent in between would be lost.
         wait_for("socat to make the serial port", lambda: b"starting data transfer" in log.read_bytes())
-        yield str(path), process
+        yield process
+
+
+def serial_echo(folder):
+    """The same for the port `folder`/port, where everything comes back."""
+    return serial_port(folder, f"PTY,link={folder}/port,raw,echo=0", "PIPE")
 
 
 class Server:
@@ -125,8 +134,23 @@ def never_read(_, ended):
     ended.wait(PATIENCE)
 
 
+def collect_and_talk(connection, ended):
+    """The same, while the device says what nobody reads: a careless end of the client would lose its last bytes."""
+    parts = []
+    with contextlib.suppress(OSError):  # the client may be gone before its last bytes are read
+        while part := connection.recv(65536):
+            parts.append(part)
+            with contextlib.suppress(OSError):
+                connection.send(b"answer")
+            ended.wait(0.005)
+    return b"".join(parts)
+
+
+TALK = 4 << 20  # bytes; more than a client keeps for later
+
+
 def talk_and_close(connection, _):
-    connection.sendall(pattern(1 << 20))
+    connection.sendall(pattern(TALK))
 
 
 def talk_and_reset(connection, _):

@@ -75,11 +75,13 @@ private:
   }
   OperationResult Result(OVERLAPPED* record) override {
     OperationResult result;
-    if (GetOverlappedResult(m_port, record, &result.count, FALSE) == FALSE)
+    // That the time was up is a usual end of receiving, with bytes or without; Wine calls it a failure.
+    if (GetOverlappedResult(m_port, record, &result.count, FALSE) == FALSE && GetLastError() != ERROR_TIMEOUT)
       result = {0, GetLastError()};
     return result;
   }
-  LinkFailure EndOfStream() override { return "The serial port is gone"; }
+  // A port that is gone fails.
+  LinkFailure EndOfStream() override { return {}; }
 
   const SerialLine m_line;
   HANDLE m_port = INVALID_HANDLE_VALUE;
