@@ -14,8 +14,10 @@ public:
   Channel& operator=(const Channel&) = delete;
   virtual ~Channel() = default;
 
-  // A channel may still be connecting when it is made. Waits until it is open, or closed for good; the source bounds
-  // the time. 0, or the code whose text tells why it is closed. [any thread but a window's]
+  // A channel may still be connecting when it is made; so long it is closed. [any thread]
+  virtual bool IsConnecting() { return false; }
+  // Waits until that has come to an end; the source bounds the time. 0 when the channel is open, or the code whose text
+  // tells why it is closed. [any thread; a window's only when the channel is not connecting]
   virtual std::int32_t WaitUntilOpen() { return 0; }
   // Waits until everything that was passed to `Transmit` has left, as long as something moves. 0, or a code whose text
   // tells why some of it never did, refused calls included. [any thread but a window's]

@@ -22,6 +22,14 @@ bool ChannelSlot::IsUsed() const {
   return !m_users.empty();
 }
 
+bool ChannelSlot::IsConnecting() {
+  return Inner() != nullptr && ForwardingChannel::IsConnecting();
+}
+
+std::int32_t ChannelSlot::WaitUntilOpen() {
+  return Inner() != nullptr ? ForwardingChannel::WaitUntilOpen() : kNotOpen;
+}
+
 const char* ChannelSlot::GetInfoString(std::uint32_t what, std::int64_t code) {
   return Inner() != nullptr ? ForwardingChannel::GetInfoString(what, code) : "";
 }

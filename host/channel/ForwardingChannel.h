@@ -14,6 +14,7 @@ public:
   // `inner` must not be null.
   explicit ForwardingChannel(std::unique_ptr<Channel> inner) : m_inner(std::move(inner)) {}
 
+  bool IsConnecting() override { return m_inner->IsConnecting(); }
   std::int32_t WaitUntilOpen() override { return m_inner->WaitUntilOpen(); }
   std::int32_t WaitUntilSent() override { return m_inner->WaitUntilSent(); }
   const char* GetInfoString(std::uint32_t what, std::int64_t code) override {

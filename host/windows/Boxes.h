@@ -12,6 +12,10 @@ inline void ShowError(HWND owner, const std::string& text) {
   MessageBoxA(owner, text.c_str(), "Error", MB_OK | MB_ICONEXCLAMATION);
 }
 
+inline void ShowChannelError(HWND owner, const std::string& reason) {
+  ShowError(owner, "The channel cannot be opened: " + reason + ".");
+}
+
 inline void ShowNote(HWND owner, const std::string& caption, const std::string& text) {
   MessageBoxA(owner, text.c_str(), caption.c_str(), MB_OK | MB_ICONINFORMATION);
 }

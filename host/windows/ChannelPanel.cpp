@@ -52,26 +52,45 @@ void ChannelPanel::Connect() {
     result = MakeChannel(m_options);
   }
   if (!result.channel) {
-    ShowError(m_window, "The channel cannot be opened: " + result.error + ".");
+    ShowChannelError(m_window, result.error);
     return;
   }
   Remember(GetDlgItem(m_window, IDC_CHANNEL_TEXT), m_options.text);
   m_connected = m_slot.Replace(std::move(result.channel));
+  m_connecting = m_connected;
   ShowConnected();
 }
 
 void ChannelPanel::Disconnect() {
   if (!m_connected)
     return;
-  if (!m_slot.Replace(nullptr)) {
+  if (!Release())
     ShowError(m_window, "A tool uses the channel just now. Stop its script or its copy first.");
-    return;
-  }
+}
+
+// False, and nothing has changed, while a tool uses the channel.
+bool ChannelPanel::Release() {
+  if (!m_slot.Replace(nullptr))
+    return false;
   m_connected = false;
+  m_connecting = false;
   ShowConnected();
+  return true;
+}
+
+std::string ChannelPanel::TakeFailure() {
+  if (!m_connecting || m_slot.IsConnecting())
+    return {};
+  m_connecting = false;
+  const std::string reason = ReasonForClosed();
+  if (!reason.empty())
+    Release();
+  return reason;
 }
 
 void ChannelPanel::Refresh() {
+  if (m_slot.GetState() == 1)
+    m_connecting = false; // what happens from now on is a loss
   SetText(IDC_CHANNEL_DESCRIPTION, m_slot.GetInfoString(OND_INFO_DESCRIPTION, 0));
   SetText(IDC_CHANNEL_CONFIGURATION, m_slot.GetInfoString(OND_INFO_CONFIGURATION, 0));
   SetText(IDC_CHANNEL_STATE, StateText());
@@ -92,10 +111,18 @@ void ChannelPanel::ShowConnected() {
 std::string ChannelPanel::StateText() const {
   if (!m_connected)
     return "not connected";
-  std::string text = m_slot.GetState() == 1 ? "open" : "closed";
-  if (m_slot.IsUsed())
-    text += ", used by a tool";
-  return text;
+  if (m_slot.IsConnecting())
+    return "connecting";
+  if (m_slot.GetState() == 1)
+    return m_slot.IsUsed() ? "open, used by a tool" : "open";
+  const std::string reason = ReasonForClosed();
+  return reason.empty() ? "closed" : "closed: " + reason;
+}
+
+// Of a channel that is not connecting any more; empty when it has no reason to be closed.
+std::string ChannelPanel::ReasonForClosed() const {
+  const std::int32_t code = m_slot.WaitUntilOpen(); // answers at once
+  return code != 0 ? m_slot.GetInfoString(OND_INFO_ERROR, code) : "";
 }
 
 // Leaves a text that is right alone, so that it does not flicker and what the user has selected in it stays.

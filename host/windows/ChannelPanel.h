@@ -20,24 +20,30 @@ public:
   void Attach(HWND window);
 
   bool IsConnected() const { return m_connected; }
-  // Makes the channel whose text stands in the field and plugs it into the slot. A channel that cannot be made is
-  // explained in a box, and the panel stays disconnected.
+  // Makes the channel whose text stands in the field and plugs it into the slot, where it may still be connecting for a
+  // while. A channel that cannot be made is explained in a box, and the panel stays disconnected.
   void Connect();
   // Ends the channel. A box explains why not, while a tool uses it.
   void Disconnect();
+  // Once for each channel that could not connect: ends it, unless a tool uses it, and returns why. Empty: nothing of
+  // the kind has happened.
+  std::string TakeFailure();
 
   // Shows the channel's texts and state as they are now.
   void Refresh();
 
 private:
+  bool Release();
   void ShowConnected();
+  std::string ReasonForClosed() const;
   std::string StateText() const;
   void SetText(int control, const std::string& text);
 
   ChannelSlot& m_slot;
   ChannelOptions m_options;
   HWND m_window = nullptr;
-  bool m_connected = false;
+  bool m_connected = false;  // a channel is plugged in
+  bool m_connecting = false; // and has neither been seen open nor failed
 };
 
 } // namespace host

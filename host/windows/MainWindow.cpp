@@ -99,6 +99,8 @@ bool MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   case WM_SIZE:
     m_layout.Apply();
     m_tools.Layout();
+    // Group boxes do not erase where their edges were.
+    RedrawWindow(m_window, nullptr, nullptr, RDW_ERASE | RDW_INVALIDATE | RDW_ALLCHILDREN);
     return true;
   case WM_GETMINMAXINFO:
     LimitSize(*reinterpret_cast<MINMAXINFO*>(lParam));
@@ -178,12 +180,21 @@ void MainWindow::Connect(bool connect) {
     m_channel.Connect();
   else
     m_channel.Disconnect();
+  ConnectTools();
+}
+
+void MainWindow::ConnectTools() {
   m_tools.Connect(m_channel.IsConnected() ? &m_slot : nullptr);
 }
 
 void MainWindow::Refresh() {
+  const std::string failure = m_channel.TakeFailure();
   m_channel.Refresh();
   m_tools.Refresh();
+  if (failure.empty())
+    return;
+  ConnectTools();
+  ShowChannelError(m_window, failure);
 }
 
 void MainWindow::Close() {

@@ -36,6 +36,7 @@ private:
   void OnEnter();
   void LimitSize(MINMAXINFO& limits) const;
   void Connect(bool connect);
+  void ConnectTools();
   void Refresh();
   // Ends the tools and what they are doing, then the channel, then the window. Safe at any time, and again.
   void Close();

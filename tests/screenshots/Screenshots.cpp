@@ -1,17 +1,21 @@
 // Shows every window of the module in states that fill it, and stops at each for `take` to take its picture: writes
 // "shot NAME WIDTHxHEIGHT+LEFT+TOP" and waits for a line.
+#include "host/windows/resource.h"
+#include "tests/windows/FileManagerBench.h"
+#include "tests/windows/HostProgram.h"
 #include "tests/windows/ScriptBench.h"
+#include "tests/windows/TerminalWindow.h"
 
 #include <cstdio>
 #include <iostream>
 
 namespace {
 
-void Shoot(const TestHost& host, const Window& window, const char* name) {
-  window.Activate();
-  host.Do([&] {
-    RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  });
+void Redraw(const Window& window) {
+  RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void Show(const Window& window, const char* name) {
   window.Send(WM_NULL);
   const RECT place = window.Place();
   std::printf("shot %s %ldx%ld+%ld+%ld\n", name, place.right - place.left, place.bottom - place.top, place.left,
@@ -19,6 +23,12 @@ void Shoot(const TestHost& host, const Window& window, const char* name) {
   std::fflush(stdout);
   std::string line;
   std::getline(std::cin, line);
+}
+
+void Shoot(const TestHost& host, const Window& window, const char* name) {
+  window.Activate();
+  host.Do([&] { Redraw(window); });
+  Show(window, name);
 }
 
 } // namespace
@@ -61,4 +71,66 @@ TEST_CASE("Questions") {
       R"(userlistinput("Calibration", "Measuring range", "100 mV" + chr(0) + "1 V" + chr(0) + "10 V, the one that is used for most of the measurements at this bench" + chr(0) + "automatic", 1);)",
       "question-list");
   shoot(R"(messagebox("Calibration", "Connect the probe to the reference, then press OK.");)", "question-message");
+}
+
+TEST_CASE("Sample host") {
+  const HostProgram host;
+  const auto shoot = [](const Window& window, const char* name) {
+    window.Activate();
+    Redraw(window);
+    Show(window, name);
+  };
+  host.WaitForText(IDC_CHANNEL_STATE, "open");
+  shoot(host.Main(), "host-open");
+  host.Main().PressControl(IDM_CONNECT);
+  host.WaitForText(IDC_CHANNEL_STATE, "not connected");
+  const RECT place = host.Main().Place();
+  host.Main().Resize(place.right - place.left + 200, 0);
+  host.Main().PressControl(IDM_FIRST_TOOL);
+  host.WaitForTop("Terminal");
+  shoot(host.Main(), "host-wide");
+  host.Main().Control(IDC_CHANNEL_TEXT).SetText("tcp:nowhere");
+  host.Main().PressControl(IDM_CONNECT);
+  shoot(host.WaitForTop("Error"), "host-error");
+}
+
+TEST_CASE("Terminal") {
+  TerminalWindow terminal;
+  terminal.Receive({"firmware 1.0, no logic\r\ninstrument ready, umlaut \xE4\r\n",
+                    "a long line of readings: 1.001 1.002 1.003 1.004 1.005 1.006 1.007 1.008 1.009 1.010 1.011\r\n"});
+  terminal.Send("adc 1\\(13)");
+  Shoot(terminal.host, terminal.window, "terminal");
+  terminal.window.Resize(900, 400);
+  Shoot(terminal.host, terminal.window, "terminal-wide");
+}
+
+TEST_CASE("File Manager") {
+  FileManagerBench bench;
+  bench.device.directory = {{1, 1, 1500}, {2, 3, 640}, {7, 1, 48}};
+  bench.folder.Write("firmware.rbf", "x");
+  bench.folder.Write("table.bin", "x");
+  bench.Drop({bench.folder.PathOf("firmware.rbf"), bench.folder.PathOf("table.bin")});
+  bench.Press(IDC_FM_REFRESH);
+  bench.Local().Select({1});
+  Shoot(bench.host, bench.window, "filemanager");
+
+  bench.TypeInList(VK_SPACE);
+  const Window properties = Window::WaitForTop("File properties");
+  Shoot(bench.host, properties, "filemanager-properties");
+  properties.PressControl(IDCANCEL);
+  properties.WaitUntilGone("the properties");
+
+  bench.device.hold = true;
+  bench.Press(IDC_FM_COPY_ALL);
+  const Window progress = Window::WaitForTop("Progress");
+  WaitFor("the transfer to begin", [&] { return bench.device.transfers > 0; });
+  Shoot(bench.host, progress, "filemanager-progress");
+  progress.PressControl(IDCANCEL);
+  Window::WaitForTop("Error").PressControl(IDOK);
+  bench.WaitUntilIdle("the copy's end");
+  bench.Press(IDC_FM_FORMAT);
+  const Window question = Window::WaitForTop("WARNING");
+  Shoot(bench.host, question, "filemanager-format");
+  question.PressControl(IDCANCEL);
+  bench.WaitUntilIdle("the question's end");
 }

@@ -4,10 +4,11 @@
 #include "res/resource.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/windows/HostProgram.h"
+#include "tests/windows/LocalServer.h"
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -140,6 +141,25 @@ TEST_CASE("the channel is disconnected and connected under an open tool") {
   CHECK(main.Control(IDC_CHANNEL_STATE).Text() == "open");
 }
 
+TEST_CASE("a channel that takes its time to open, and one that is lost") {
+  LocalServer server;
+  HostProgram host("--channel " + server.ChannelText());
+  server.Accept();
+  host.WaitForText(IDC_CHANNEL_STATE, "open");
+  CHECK(host.Main().Control(IDC_CHANNEL_TEXT).Text() == server.ChannelText());
+  server.Close();
+  WaitFor("the state to tell that the connection is gone",
+          [&] { return host.Main().Control(IDC_CHANNEL_STATE).Text().starts_with("closed: "); });
+  host.Main().PressControl(IDM_CONNECT);
+  host.WaitForText(IDC_CHANNEL_STATE, "not connected");
+  host.Main().PressControl(IDM_CONNECT); // nobody listens any more
+  const Window box = host.WaitForTop("Error");
+  CHECK(box.BoxText().starts_with("The channel cannot be opened: "));
+  CHECK(host.Main().Control(IDC_CHANNEL_STATE).Text() == "not connected");
+  box.PressControl(IDOK);
+  WaitFor("the text to be open to changes", [&] { return host.Main().Control(IDC_CHANNEL_TEXT).Enabled(); });
+}
+
 TEST_CASE("a channel that a script uses stays") {
   RunningScript run(R"(print("on\n"); while (1) { })");
   run.host.WaitForText(IDC_CHANNEL_STATE, "open, used by a tool");
@@ -168,6 +188,25 @@ TEST_CASE("closing the main window ends whatever a script does") {
     run.host.Main().PressCloseBox();
     CHECK(run.host.WaitForEnd() == 0);
   }
+}
+
+TEST_CASE("closing the main window ends a copy") {
+  const TemporaryFolder folder;
+  folder.Write("big.bin", std::string(200000, 'x'));
+  folder.Write("test.dcj", "big.bin\t1\t1\tnormal\n");
+  HostProgram host("--block-time 100"); // half a minute for the file
+  host.Main().PressControl(IDM_FIRST_TOOL + 1);
+  const Window manager = host.WaitForTop("File manager");
+  manager.PressControl(IDC_FM_LOAD_JOB);
+  const Window chooser = host.WaitForTop("Open job file");
+  chooser.TypeFileName(folder.PathOf("test.dcj"));
+  chooser.WaitUntilGone("the file dialog");
+  WaitFor("something to copy", [&] { return manager.Control(IDC_FM_COPY_ALL).Enabled(); });
+  manager.PressControl(IDC_FM_COPY_ALL);
+  host.WaitForTop("Progress");
+  host.WaitForText(IDC_CHANNEL_STATE, "open, used by a tool");
+  host.Main().PressCloseBox();
+  CHECK(host.WaitForEnd() == 0);
 }
 
 TEST_CASE("closing the main window while a tool asks something") {

@@ -45,6 +45,7 @@ public:
   StreamChannel(std::string description, std::string configuration, std::unique_ptr<Link> link);
   ~StreamChannel() override;
 
+  bool IsConnecting() override { return m_state == State::kConnecting; }
   std::int32_t WaitUntilOpen() override;
   std::int32_t WaitUntilSent() override;
 
