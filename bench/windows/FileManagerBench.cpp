@@ -193,8 +193,10 @@ bool MeasureCopy(HWND window, SlowChannel& channel, int files, DWORD stepMs, con
 }
 
 void KeepRows(HWND list, int count) {
+  SendMessageA(list, WM_SETREDRAW, FALSE, 0);
   while (SendMessageA(list, LVM_GETITEMCOUNT, 0, 0) > count)
     SendMessageA(list, LVM_DELETEITEM, static_cast<WPARAM>(count), 0);
+  SendMessageA(list, WM_SETREDRAW, TRUE, 0);
 }
 
 } // namespace

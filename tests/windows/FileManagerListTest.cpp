@@ -66,10 +66,7 @@ TEST_CASE("ten thousand dropped files") {
   bench.Drop(paths);
   CHECK(bench.Local().Text(0, 0) == paths.front());
   CHECK(bench.Local().Text(9999, 0) == paths.back());
-  std::vector<int> every;
-  for (int i = 0; i < 10000; ++i)
-    every.push_back(i);
-  bench.Local().Select(every);
+  bench.Local().Select({-1}); // all of them
   bench.TypeInList(VK_DELETE);
   WaitFor("the rows to go", [&] { return bench.Local().Count() == 0; });
 }
@@ -85,6 +82,8 @@ TEST_CASE("files are added by the system's dialog, one or several at once") {
   bench.Press(IDC_FM_ADD_FILES);
   const Window dialog = Window::WaitForTop("Open source file(s)");
   dialog.TypeFileName(bench.folder.Path()); // a folder is opened
+  bench.host.Settle();
+  bench.host.Settle();
   dialog.TypeFileName("\"first.rbf\" \"second.bin\"");
   dialog.WaitUntilGone("the file dialog");
   bench.host.Settle();
