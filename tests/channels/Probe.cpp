@@ -79,6 +79,17 @@ std::int32_t Receive(host::Channel& channel, std::string& bytes) {
   return code;
 }
 
+// Everything that is there; the code of the call that found no more.
+std::int32_t ReceiveAll(host::Channel& channel, std::string& bytes) {
+  std::size_t before;
+  std::int32_t code;
+  do {
+    before = bytes.size();
+    code = Receive(channel, bytes);
+  } while (code == 0 && bytes.size() != before);
+  return code;
+}
+
 std::int32_t Transmit(host::Channel& channel, const std::string& bytes) {
   std::uint64_t written = 0;
   return Timed([&] { return channel.Transmit(bytes.data(), bytes.size(), &written); });
@@ -102,10 +113,7 @@ void Echo(host::Channel& channel, std::size_t size) {
   WaitFor("all bytes to come back", [&] {
     if (position < size && Transmit(channel, sent.substr(position, 65536)) == 0)
       position = std::min(position + 65536, size);
-    std::size_t before;
-    do
-      before = received.size();
-    while (Receive(channel, received) == 0 && received.size() != before);
+    ReceiveAll(channel, received);
     return received.size() >= size || !IsOpen(channel);
   });
   const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
@@ -134,7 +142,7 @@ void Watch(host::Channel& channel, milliseconds pause) {
   std::this_thread::sleep_for(pause);
   WaitFor("the end of the connection", [&] {
     wasOpen = IsOpen(channel) || wasOpen;
-    return Receive(channel, received) != 0 && !channel.IsConnecting();
+    return ReceiveAll(channel, received) != 0 && !channel.IsConnecting();
   });
   PrintTime("closed-after", steady_clock::now() - start);
   Print("was-open", wasOpen ? "yes" : "no");

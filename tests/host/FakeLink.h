@@ -4,6 +4,7 @@
 #include "host/channel/stream/Link.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <stdexcept>
 #include <string>
@@ -25,7 +26,8 @@ struct FakeWire {
 
 class FakeLink : public Link {
 public:
-  static constexpr std::size_t kLargestPiece = 1000;
+  static constexpr std::size_t kLargestPiece = 10000;
+  static constexpr std::chrono::milliseconds kPause{1}; // between two looks at the wire
 
   explicit FakeLink(FakeWire& wire) : m_wire(wire) {}
   ~FakeLink() override {
@@ -41,12 +43,19 @@ public:
         if (m_wire.answered)
           return m_wire.failure;
       }
-      std::this_thread::yield();
+      std::this_thread::sleep_for(kPause);
     }
   }
 
   Movement Move(std::string_view toSend, bool mayReceive) override {
-    std::this_thread::yield();
+    Movement movement = Look(toSend, mayReceive);
+    if (movement.sent == 0 && movement.received.empty() && movement.failure.empty())
+      std::this_thread::sleep_for(kPause);
+    return movement;
+  }
+
+private:
+  Movement Look(std::string_view toSend, bool mayReceive) {
     const std::lock_guard guard(m_wire.mutex);
     if (m_wire.throws)
       throw std::runtime_error("fake");
@@ -64,7 +73,6 @@ public:
     return movement;
   }
 
-private:
   FakeWire& m_wire;
   std::string m_received;
 };
