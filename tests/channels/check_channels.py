@@ -107,6 +107,8 @@ def check_tcp_that_ends():
     with peers.Server(peers.talk_and_reset) as server:
         told = probe(f"tcp:127.0.0.1:{server.port}", "echo", MEGABYTE)
         check("a connection that is reset ends", int(told.get("received", -1)) in (0, 1000), told)
+    with peers.Server(peers.talk_and_reset) as server:
+        script(f"tcp:127.0.0.1:{server.port}", SEND % 23, code=4, message=b"not everything was sent: ")
 
 
 def check_tcp_that_waits():
