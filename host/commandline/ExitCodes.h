@@ -1,4 +1,4 @@
-// What the exit codes of both command lines mean. docs/exit-codes.md is the same for users.
+// What the exit codes of both command lines mean. README.md has the same for users.
 #pragma once
 
 #include "frame/OndDeviceClient.h"
