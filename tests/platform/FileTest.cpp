@@ -6,16 +6,6 @@
 using platform::File;
 using Names = std::vector<std::string>;
 
-namespace {
-
-std::string ReadAll(File& file) {
-  std::string bytes(100, '\0');
-  bytes.resize(file.Read(bytes.data(), bytes.size()));
-  return bytes;
-}
-
-} // namespace
-
 TEST_CASE("each mode opens what it says") {
   const TemporaryFolder folder;
   folder.Write("there", "0123456");
@@ -46,51 +36,6 @@ TEST_CASE("names with slashes are fine, folders and drives that are not there ar
     CHECK_FALSE(File::Open(path, File::Mode::kCreate));
     CHECK_FALSE(File::Open(path, File::Mode::kCreateNew));
   }
-}
-
-TEST_CASE("bytes go through unchanged") {
-  const TemporaryFolder folder;
-  const std::string bytes("a\r\nb\n\0\x1A\xFF", 8);
-  auto out = File::Open(folder.PathOf("f"), File::Mode::kCreate);
-  REQUIRE(out);
-  CHECK(out->Write(bytes.data(), bytes.size()) == bytes.size());
-  CHECK(out->Size() == bytes.size());
-  CHECK(out->Close());
-  CHECK(folder.Read("f") == bytes);
-
-  auto in = File::Open(folder.PathOf("f"), File::Mode::kRead);
-  REQUIRE(in);
-  CHECK(in->Size() == bytes.size());
-  CHECK(ReadAll(*in) == bytes);
-  CHECK(in->Seek(6));
-  CHECK(ReadAll(*in) == "\x1A\xFF");
-  CHECK(in->Seek(2));
-  CHECK(in->ReadText(3) == bytes.substr(2, 3));
-  CHECK(in->ReadText(1000) == bytes.substr(5));
-  CHECK(in->Seek(100));
-  CHECK(ReadAll(*in).empty());
-  CHECK(in->Close());
-}
-
-TEST_CASE("updating changes bytes in place and grows the file") {
-  const TemporaryFolder folder;
-  folder.Write("f", "0123456");
-  auto file = File::Open(folder.PathOf("f"), File::Mode::kUpdate);
-  REQUIRE(file);
-  CHECK(file->Seek(2));
-  CHECK(file->Write("ab", 2) == 2);
-  CHECK(file->Seek(9));
-  CHECK(file->Write("z", 1) == 1);
-  CHECK(file->Size() == 10);
-  CHECK(file->Seek(0));
-  CHECK(ReadAll(*file) == std::string("01ab456\0\0z", 10));
-  CHECK(file->Close());
-
-  auto untouched = File::Open(folder.PathOf("f"), File::Mode::kUpdate);
-  REQUIRE(untouched);
-  CHECK(untouched->Seek(1000));
-  CHECK(untouched->Close());
-  CHECK(folder.Read("f").size() == 10);
 }
 
 TEST_CASE("a file moves over another one, or nothing happens") {

@@ -47,6 +47,7 @@ TEST_CASE("the longest path counts when it is resolved") {
   const std::string longest = "Z:\\" + std::string(platform::kMaxPath - 3, 'x');
   CHECK(platform::FullPath(longest) == longest);
   CHECK_FALSE(platform::FullPath(longest + "x"));
+  CHECK_FALSE(platform::FullPath(""));
   CHECK(platform::FullPath(longest + "\\..\\a") == "Z:\\a");
 }
 
