@@ -29,55 +29,46 @@ EONX_ERR_ERRCODE_ RunScript(CONXDeviceClient_0& processor, const char* script, O
 
 // Every place of the channel's table, called by number as the module's compiler would.
 void WalkChannelTable() {
-  static const char* const kPlaces[] = {"reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "GetInfoString",
-                                        "Lock",
-                                        "reserved",
-                                        "Unlock",
-                                        "reserved",
-                                        "GetState",
-                                        "reserved",
-                                        "reserved",
-                                        "reserved",
-                                        "Receive",
-                                        "Transmit",
-                                        "reserved",
-                                        "reserved",
-                                        "TransmitFileFromMemory",
-                                        "reserved",
-                                        "TransmitFile",
-                                        "reserved",
-                                        "ReadDirectory",
-                                        "GetDirectoryEntryCount",
-                                        "GetDirectoryEntry",
-                                        "GetDirectoryInfo",
-                                        "DeleteDeviceFile",
-                                        "FormatDevice"};
+  struct Operation {
+    int place;
+    const char* name;
+  };
+  static const Operation kOperations[] = {{10, "GetInfoString"},
+                                          {11, "Lock"},
+                                          {13, "Unlock"},
+                                          {15, "GetState"},
+                                          {19, "Receive"},
+                                          {20, "Transmit"},
+                                          {23, "TransmitFileFromMemory"},
+                                          {25, "TransmitFile"},
+                                          {27, "ReadDirectory"},
+                                          {28, "GetDirectoryEntryCount"},
+                                          {29, "GetDirectoryEntry"},
+                                          {30, "GetDirectoryInfo"},
+                                          {31, "DeleteDeviceFile"},
+                                          {32, "FormatDevice"}};
+  constexpr int kPlaceCount = 33;
+  const char* names[kPlaceCount];
+  for (const char*& name : names)
+    name = "reserved";
+  for (const Operation& operation : kOperations)
+    names[operation.place] = operation.name;
   constexpr int kLock = 11, kUnlock = 13;
   // With zeros for arguments; operations that take fewer do not look at the rest. A count is written to the third one
   // by Receive and Transmit.
-  using Operation = std::uint64_t (*)(void* self, void* a, std::uint64_t b, void* c, std::uint64_t d, std::uint64_t e,
-                                      std::uint64_t f, std::uint64_t g, std::uint64_t h, std::uint64_t i);
+  using Call = std::uint64_t (*)(void* self, void* a, std::uint64_t b, void* c, std::uint64_t d, std::uint64_t e,
+                                 std::uint64_t f, std::uint64_t g, std::uint64_t h, std::uint64_t i);
   EchoChannel channel;
   void* self = static_cast<COndDeviceComm_0*>(&channel);
-  const Operation* table = *static_cast<const Operation* const*>(self);
+  const Call* table = *static_cast<const Call* const*>(self);
   std::uint64_t count = 0;
   const auto call = [&](int place) {
     channel.lastCall = "nothing";
     table[place](self, nullptr, 0, &count, 0, 0, 0, 0, 0, 0);
-    Check(Same(channel.lastCall, kPlaces[place]), kPlaces[place]);
+    Check(Same(channel.lastCall, names[place]), names[place]);
   };
   call(kLock);
-  for (int place = 0; place < static_cast<int>(sizeof kPlaces / sizeof kPlaces[0]); ++place) {
+  for (int place = 0; place < kPlaceCount; ++place) {
     if (place != kLock && place != kUnlock)
       call(place);
   }
@@ -165,7 +156,8 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
   Check(channel.IsFree(), "locks pair after a failed script");
   Print(failed.text);
 
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE, "output without a function for it");
+  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE,
+        "output without a function for it");
   Check(processor.Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0) == EONX_ERR_NONE, "a stop request without a run");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("while (0) { }"), 0, 0, 0) == EONX_ERR_NONE, "a run after it");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address(""), 0, 0, 0) == EONX_ERR_EMPTY_PATH, "an empty path");

@@ -2,7 +2,6 @@
 #include "tests/host/Device.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <chrono>
 #include <numeric>
 
 using namespace host;
@@ -48,17 +47,6 @@ TEST_CASE("files: the directory and its summary count files, bytes and blocks") 
   CHECK(device->GetDirectoryEntry(0, nullptr) == kInvalidArgument);
 }
 
-TEST_CASE("files: the directory stays as it was read until it is read again") {
-  const auto device = MakeDevice();
-  CHECK(device->GetDirectoryEntryCount() == 0);
-  REQUIRE(Send(*device, "x", 1, 1) == kChannelOk);
-  CHECK(device->GetDirectoryEntryCount() == 0);
-  CHECK(DirectoryOf(*device) == "1:1:1");
-  REQUIRE(device->DeleteDeviceFile(1) == kChannelOk);
-  CHECK(device->GetDirectoryEntryCount() == 1);
-  CHECK(DirectoryOf(*device) == "");
-}
-
 TEST_CASE("files: a full device refuses, and a replaced file's blocks count as free") {
   const auto device = MakeDevice(WithBlocks(4));
   REQUIRE(Send(*device, std::string(2 * 512, 'a'), 1, 1) == kChannelOk);
@@ -102,19 +90,6 @@ TEST_CASE("files: progress counts every step once, and any step can abort") {
   }
 }
 
-TEST_CASE("files: a slow transfer takes its time and asks often enough to be aborted at once") {
-  ChannelOptions options;
-  options.sim.blockTime = std::chrono::milliseconds(50);
-  const auto device = MakeDevice(options);
-  const std::string bytes(3 * 512, 'x');
-  ProgressLog log;
-  const auto start = std::chrono::steady_clock::now();
-  REQUIRE(device->TransmitFileFromMemory(bytes.data(), bytes.size(), 1, 1, 0, &ProgressLog::Report, &log, 1, 2) ==
-          kChannelOk);
-  CHECK(std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(145)); // waits may end a little early
-  CHECK(log.steps == std::vector<std::uint32_t>{0, 0, 0, 1, 1, 1, 2});
-}
-
 TEST_CASE("files: modes") {
   const TemporaryFolder folder;
   const auto device = MakeDevice(WithFolder(folder));
@@ -136,71 +111,6 @@ TEST_CASE("files: modes") {
   CHECK(Send(*device, all, 3, 1, OND_FILE_PROGRAM) == kChannelOk);
   CHECK(Send(*device, all, 3, 1, 3) == kUnknownFileMode);
   CHECK(DirectoryOf(*device) == "1:1:256 2:1:256");
-}
-
-TEST_CASE("files: local files are sent by the paths that scripts use") {
-  const TemporaryFolder folder;
-  folder.Write("fits.bin", std::string(1024, 'x'));
-  folder.Write("large.bin", std::string(1025, 'x'));
-  const auto device = MakeDevice(WithBlocks(2));
-  const auto send = [&](const char* path) {
-    return device->TransmitFile(path, 1, 1, OND_FILE_NORMAL, nullptr, nullptr, 1, 40);
-  };
-  CHECK(send(folder.PathOf("missing.bin").c_str()) == kLocalFileUnreadable);
-  CHECK(send(folder.Path().c_str()) == kLocalFileUnreadable);
-  CHECK(send("") == kLocalFileUnreadable);
-  CHECK(send(nullptr) == kInvalidArgument);
-  CHECK(send(folder.PathOf("large.bin").c_str()) == kDeviceFull);
-  CHECK(send(folder.PathOf("fits.bin").c_str()) == kChannelOk);
-  CHECK(DirectoryOf(*device) == "1:1:1024");
-}
-
-TEST_CASE("files: deleting and formatting") {
-  const TemporaryFolder folder;
-  const auto device = MakeDevice(WithFolder(folder));
-  for (const std::uint32_t usedOnly : {0U, 1U}) {
-    REQUIRE(Send(*device, "a", 1, 1) == kChannelOk);
-    REQUIRE(Send(*device, "b", 2, 1) == kChannelOk);
-    CHECK(device->DeleteDeviceFile(3) == kNoSuchFile);
-    CHECK(device->DeleteDeviceFile(1) == kChannelOk);
-    CHECK(device->DeleteDeviceFile(1) == kNoSuchFile);
-    CHECK(folder.Names() == std::vector<std::string>{"002-type1.bin"});
-    CHECK(device->FormatDevice(usedOnly) == kChannelOk);
-    CHECK(DirectoryOf(*device) == "");
-    CHECK(folder.Names().empty());
-  }
-}
-
-TEST_CASE("device folder: files outlive the device, and a new type replaces the old file") {
-  const TemporaryFolder folder;
-  {
-    const auto device = MakeDevice(WithFolder(folder));
-    REQUIRE(Send(*device, "old", 3, 1) == kChannelOk);
-    REQUIRE(Send(*device, "new", 3, 20) == kChannelOk);
-    REQUIRE(Send(*device, "", 200, 0) == kChannelOk);
-  }
-  CHECK(folder.Names() == std::vector<std::string>{"003-type20.bin", "200-type0.bin"});
-  const auto device = MakeDevice(WithFolder(folder));
-  CHECK(DirectoryOf(*device) == "3:20:3 200:0:0");
-}
-
-TEST_CASE("device folder: whatever else lies there is passed over and left alone") {
-  const TemporaryFolder folder;
-  const char* const others[] = {"003-type1.bin.new", "03-type1.bin",   "3-type1.bin",   "300-type1.bin",
-                                "004-type256.bin",   "004-type01.bin", "004-type.bin",  "004-type-1.bin",
-                                "readme.txt",        "004-type1.BIN2", "x004-type1.bin"};
-  for (const char* name : others)
-    folder.Write(name, "garbage");
-  folder.Write("001-type1.bin", std::string(513, 'a'));
-  folder.Write("001-type2.bin", "second of the same id");
-  folder.Write("002-type1.bin", std::string(512, 'b')); // no room left on a device of two blocks
-  std::filesystem::create_directory(folder.SystemPath() / "005-type1.bin");
-
-  const auto device = MakeDevice(WithFolder(folder, 2));
-  CHECK(DirectoryOf(*device) == "1:1:513");
-  CHECK(device->FormatDevice(0) == kChannelOk);
-  for (const char* name : others)
-    CHECK(folder.Read(name) == "garbage");
 }
 
 TEST_CASE("device folder: a folder that cannot be used is said at once, one that vanishes is a device error") {

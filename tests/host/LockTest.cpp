@@ -32,17 +32,6 @@ TEST_CASE("lock: nested locks of one owner are counted, on whatever thread") {
   CHECK(channel->Unlock(kSecond) == 0);
 }
 
-TEST_CASE("lock: only the owner gives it back") {
-  const auto channel = MakeDevice();
-  CHECK(channel->Unlock(kFirst) == kNotLocked);
-  CHECK(channel->Unlock(nullptr) == kNotLocked);
-  CHECK(channel->Lock(nullptr, 0) == kInvalidArgument);
-  REQUIRE(channel->Lock(kFirst, 0) == 0);
-  CHECK(channel->Unlock(kSecond) == kNotLocked);
-  CHECK(channel->Lock(kSecond, 0) == kChannelLocked);
-  CHECK(channel->Unlock(kFirst) == 0);
-}
-
 TEST_CASE("lock: a time-out is waited for and then ends the wait") {
   const auto channel = MakeDevice();
   REQUIRE(channel->Lock(kFirst, 0) == 0);

@@ -23,69 +23,27 @@ std::string Serial(const std::string& text) {
 
 } // namespace
 
-TEST_CASE("settings: hosts and ports") {
-  const std::string form = "expected tcp:HOST:PORT, as in tcp:192.168.1.20:4000";
-  const std::string brackets = "an IPv6 address stands in brackets, as in tcp:[::1]:4000";
-  const struct {
+TEST_CASE("settings: hosts and ports, serial lines") {
+  struct Case {
+    std::string (*understood)(const std::string& text);
     const char* text;
-    std::string result;
-  } cases[] = {
-      {"bench-3:1", "bench-3 1 bench-3:1"},
-      {"127.0.0.1:65535", "127.0.0.1 65535 127.0.0.1:65535"},
-      {"[fe80::1%eth0]:22", "fe80::1%eth0 22 [fe80::1%eth0]:22"},
-      {"", form},
-      {"host", form},
-      {":4000", form},
-      {"[::1]", form},
-      {"::1:4000", brackets},
-      {"[::1:4000", brackets},
-      {"[]:4000", brackets},
-      {"host:", "the port \"\" is not a number from 1 to 65535"},
-      {"host:0", "the port \"0\" is not a number from 1 to 65535"},
-      {"host:65536", "the port \"65536\" is not a number from 1 to 65535"},
-      {"host:-1", "the port \"-1\" is not a number from 1 to 65535"},
-      {"host:80 ", "the port \"80 \" is not a number from 1 to 65535"},
+    const char* result;
   };
-  for (const auto& each : cases) {
+  const Case cases[] = {
+      {Tcp, "bench-3:1", "bench-3 1 bench-3:1"},
+      {Tcp, "[fe80::1%eth0]:22", "fe80::1%eth0 22 [fe80::1%eth0]:22"},
+      {Tcp, "", "expected tcp:HOST:PORT, as in tcp:192.168.1.20:4000"},
+      {Tcp, "::1:4000", "an IPv6 address stands in brackets, as in tcp:[::1]:4000"},
+      {Tcp, "host:65536", "the port \"65536\" is not a number from 1 to 65535"},
+      {Serial, "\\\\.\\COM12:4294967295", "\\\\.\\COM12 4294967295 baud, 8N1"},
+      {Serial, "/dev/pci-0:14.0:1:115200:7e2", "/dev/pci-0:14.0:1 115200 baud, 7E2"},
+      {Serial, "", "expected serial:PORT:BAUD[:FORMAT], as in serial:COM3:115200:8N1 or serial:/dev/ttyUSB0:115200"},
+      {Serial, "COM3:9600:4N1",
+       "\"4N1\" is neither a speed nor a format: data bits 5 to 8, parity N, E or O, stop bits 1 or 2, as in 8N1"},
+      {Serial, "COM3:4294967296", "the speed \"4294967296\" is not a number of bits per second"},
+  };
+  for (const Case& each : cases) {
     CAPTURE(each.text);
-    CHECK(Tcp(each.text) == each.result);
-  }
-}
-
-TEST_CASE("settings: serial lines") {
-  const std::string form =
-      "expected serial:PORT:BAUD[:FORMAT], as in serial:COM3:115200:8N1 or serial:/dev/ttyUSB0:115200";
-  const auto neither = [](const std::string& text) {
-    return "\"" + text +
-           "\" is neither a speed nor a format: data bits 5 to 8, parity N, E or O, stop bits 1 or 2, as in 8N1";
-  };
-  const struct {
-    const char* text;
-    std::string result;
-  } cases[] = {
-      {"COM3:115200", "COM3 115200 baud, 8N1"},
-      {"COM3:9600:7e2", "COM3 9600 baud, 7E2"},
-      {"COM3:50:5O1", "COM3 50 baud, 5O1"},
-      {"\\\\.\\COM12:4294967295", "\\\\.\\COM12 4294967295 baud, 8N1"},
-      {"/dev/by-path/pci-0:14.0-usb-0:1:1.0:115200:8N1", "/dev/by-path/pci-0:14.0-usb-0:1:1.0 115200 baud, 8N1"},
-      {"", form},
-      {"COM3", form},
-      {":9600", form},
-      {"COM3:8N1", form},
-      {"COM3:9600:", neither("")},
-      {"COM3:9600:4N1", neither("4N1")},
-      {"COM3:9600:9N1", neither("9N1")},
-      {"COM3:9600:8X1", neither("8X1")},
-      {"COM3:9600:8.1", neither("8.1")},
-      {"COM3:9600:8N3", neither("8N3")},
-      {"COM3:9600:8N1 ", neither("8N1 ")},
-      {"COM3:fast", neither("fast")},
-      {"COM3:-9600", neither("-9600")},
-      {"COM3:0", "the speed \"0\" is not a number of bits per second"},
-      {"COM3:4294967296", "the speed \"4294967296\" is not a number of bits per second"},
-  };
-  for (const auto& each : cases) {
-    CAPTURE(each.text);
-    CHECK(Serial(each.text) == each.result);
+    CHECK(each.understood(each.text) == each.result);
   }
 }

@@ -147,17 +147,6 @@ TEST_CASE("executejobfile: every entry of the list has its line") {
   }
 }
 
-TEST_CASE("executejobfile: a list that cannot be loaded") {
-  const TemporaryFolder folder;
-  const std::string told = "Could not load job file (" + folder.PathOf("no.dcj") + ")\n";
-  ObedientChannel channel;
-  const Outcome fatal = RunOn(channel, "print(executejobfile(\"no.dcj\", 1));", folder);
-  CHECK(fatal.output.find(told + "System function failed near") == 0);
-  const Outcome ignored = RunOn(channel, "print(executejobfile(\"no.dcj\", 0, 1));", folder);
-  CHECK(ignored.output == told + "12");
-  CHECK(ignored.transfers.empty());
-}
-
 TEST_CASE("device functions without an output function") {
   const TemporaryFolder folder;
   folder.Write("list.dcj", "a.bin\t1\t2\tnormal\n");
@@ -197,8 +186,6 @@ TEST_CASE("receivestring collects until the device is silent or fails") {
   };
   const Row rows[] = {
       {{}, 0, ""},
-      {{}, 3, ""},
-      {{"ab"}, 0, "ab"},
       {{"ab", "cd"}, 3, "abcd"},
       {{std::string(1024, 'x'), std::string("y\0z", 3)}, 0, std::string(1024, 'x') + "y\\0z"},
       {{"ab", "", "cd"}, 0, "ab"},

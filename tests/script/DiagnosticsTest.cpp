@@ -129,6 +129,7 @@ TEST_CASE("errors while running") {
       {"print(strlen(5));", Executing("Type error", 14)},
       {"print(strlen(&print));", Executing("Type error", 19)},
       {"print(substr(\"a\"));", Executing("Wrong number of parameters", 16)},
+      {"userinputint32(\"T\", \"P\", 0, 5, 1);", Executing("System function failed", 32)},
       {"print(strtodword(\"abc\"));", Executing("Type error", 22)},
       // a name that a later declaration of the same body hides
       {"func f() { print(\"a\"); var int32 print; } f();", Executing("Unexpected token", 16)},

@@ -31,19 +31,6 @@ TEST_CASE("the channel is locked for the run and only for it") {
   CHECK(harness.Result() == EONX_ERR_NO_CHANNEL);
 }
 
-TEST_CASE("files that cannot be run") {
-  TemporaryFolder folder;
-  ScriptHarness harness;
-  CHECK(harness.Runner().ExecuteScriptFile("", nullptr, nullptr) == EONX_ERR_EMPTY_PATH);
-  CHECK(harness.Runner().ExecuteScriptFile(nullptr, nullptr, nullptr) == EONX_ERR_EMPTY_PATH);
-  CHECK(harness.Channel().Calls().empty());
-  const std::string missing = folder.Path() + "\\missing.dcs";
-  CHECK(harness.Runner().ExecuteScriptFile(missing.c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
-  CHECK(harness.Runner().ExecuteScriptFile(folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
-  CHECK(harness.Runner().ExecuteScriptFile(std::string(5000, 'x').c_str(), nullptr, nullptr) == EONX_ERR_FILE_OPEN);
-  CHECK(harness.Channel().LockDepth() == 0);
-}
-
 TEST_CASE("a stop request ends a loop, also when it comes before the run begins") {
   ScriptHarness harness;
   std::atomic<bool> begun{false};
@@ -112,13 +99,4 @@ TEST_CASE("large and binary scripts") {
   for (int i = 255; i > 0; --i)
     all += static_cast<char>(i);
   CHECK(harness.Run(all) == "Unexpected token near line 1/column 1 (offset 0) during parsing\n");
-}
-
-TEST_CASE("texts are shared until written") {
-  ScriptHarness harness;
-  CHECK(harness.Run("var string a; var string b; a = \"x\"; b = a; b += \"y\"; a += a; print(a, b);") == "xxxy");
-  // Quadratic work would take minutes here.
-  CHECK(harness.Run("var string s; var uint32 i; var uint32 sum;"
-                    "s = \"abcdefgh\"; while (strlen(s) < 262144) { s += s; }"
-                    "while (i < strlen(s)) { sum += ascii(substr(s, i, 1)); i += 1; } print(sum);") == "26345472");
 }

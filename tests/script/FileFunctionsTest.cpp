@@ -26,29 +26,6 @@ TEST_CASE("the base directory is the script's folder, or the process's") {
   CHECK(harness.Run("print(getbasepath());", "") == platform::CurrentFolder());
 }
 
-TEST_CASE("built-ins without a taker for their value") {
-  const TemporaryFolder folder;
-  folder.Write("there.txt", "x");
-  ScriptHarness harness;
-  CHECK(harness.Run("readstringfromfile(\"there.txt\"); getfilesize(\"there.txt\"); getbasepath();"
-                    "writestringtofile(\"made.txt\", \"y\"); receivestring();",
-                    folder.Path().c_str()) == "");
-  CHECK(folder.Read("made.txt") == "y");
-  CHECK(harness.Channel().Calls() == std::vector<std::string>{"Lock", "Unlock"}); // receivestring read nothing
-}
-
-TEST_CASE("bytes go through files unchanged, in any amount") {
-  const TemporaryFolder folder;
-  std::string bytes;
-  for (unsigned i = 0; i < 3'000'000; ++i)
-    bytes.push_back(static_cast<char>(i * 31 >> 5));
-  folder.Write("in.bin", bytes);
-  ScriptHarness harness;
-  CHECK(harness.Run("print(writestringtofile(\"out.bin\", readstringfromfile(\"in.bin\")));", folder.Path().c_str()) ==
-        "3000000");
-  CHECK((folder.Read("out.bin") == bytes));
-}
-
 TEST_CASE("names that lead nowhere are no errors") {
   const TemporaryFolder folder;
   ScriptHarness harness;

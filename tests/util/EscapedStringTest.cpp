@@ -45,8 +45,6 @@ TEST_CASE("plain text ends at its terminator or its last byte") {
           {"", 0, "", 0},
           {"abc", 0, "abc", 3},
           {"abc\"rest", '"', "abc", 4},
-          {"a'b\"", '"', "a'b", 4},
-          {"abc\n", 0, "abc\n", 4}, // a line break may come last
           {std::string("a\0b\"", 4), '"', std::string("a\0b", 3), 4},
           {std::string("a\0b", 3), 0, "a", 2}, // the terminator, whichever it is, ends the text
           {"\xE4\xFF\x01", 0, "\xE4\xFF\x01", 3},
@@ -58,7 +56,6 @@ TEST_CASE("plain text ends at its terminator or its last byte") {
           {"abc", '"', "String not terminated.", 3},
           {"ab\nc\"", '"', "Unallowed line break inside string.", 3},
           {"a\rb", 0, "Unallowed line break inside string.", 2},
-          {"a\r\n", 0, "Unallowed line break inside string.", 2},
       },
       false);
 }
@@ -79,9 +76,7 @@ TEST_CASE("simple escapes") {
   CheckRows(
       {
           {R"(\q)", 0, R"(Invalid ESC sequence "\q".)", 2},
-          {R"(a\x41.)", 0, R"(Invalid ESC sequence "\x".)", 3},
           {R"(\).)", 0, "Invalid ESC sequence \"\\)\".", 2},
-          {"\\\xE4.", 0, "Invalid ESC sequence \"\\\xE4\".", 2},
           {R"(ab\)", 0, "Incomplete ESC sequence at end of input.", 3},
       },
       false);
@@ -100,12 +95,8 @@ TEST_CASE("numeric escapes") {
       {
           {R"(\(256).)", 0, "Number too big in numerical ESC sequence", 5},
           {R"(\(x100).)", 0, "Number too big in numerical ESC sequence", 6},
-          {R"(\(b100000000).)", 0, "Number too big in numerical ESC sequence", 12},
-          {R"(\(12)", 0, "Incomplete ESC sequence at end of input.", 4},
           {R"(\()", 0, "Incomplete ESC sequence at end of input.", 2},
           {R"(\(1x).)", 0, R"(Invalid char in numerical ESC sequence "x".)", 4},
-          {R"(\(xx).)", 0, R"(Invalid char in numerical ESC sequence "x".)", 4},
-          {R"(\(1a).)", 0, R"(Invalid char in numerical ESC sequence "a".)", 4},
           {R"(\(-1).)", 0, R"(Invalid char in numerical ESC sequence "-".)", 3},
           {R"(\().)", 0, R"(Invalid number in ESC sequence "0".)", 3},
       },

@@ -5,7 +5,6 @@
 #include <shlobj.h>
 
 #include <cstring>
-#include <utility>
 
 // --- the device
 

@@ -14,68 +14,7 @@ constexpr const char* kFormatQuestion = "You have selected to format the device.
                                         "No: Format only the blocks that are marked as used\n"
                                         "Cancel: Have mercy on me!";
 
-std::string ClassOf(HWND window) {
-  char name[40] = "";
-  GetClassNameA(window, name, sizeof(name));
-  return name;
-}
-
 } // namespace
-
-TEST_CASE("the window is laid out as its users know it") {
-  const FileManagerBench bench;
-  struct Control {
-    int id;
-    const char* kind;
-    DWORD type; // of a button
-    const char* text;
-    RECT place; // dialog units: left, top, width, height
-  };
-  const char* const status = "Channel description: channel\nChannel configuration: channel\nState: open";
-  const char* const summary = "1000 bytes in 3 files\nrequire 1536 bytes on disk\n51200 bytes free";
-  const Control controls[] = {
-      {4035, "Button", BS_GROUPBOX, status, {3, 3, 486, 44}},
-      {4018, "Button", BS_GROUPBOX, "Local", {3, 49, 314, 195}},
-      {4020, "SysListView32", 0, "", {8, 59, 304, 133}},
-      {4019, "Button", BS_GROUPBOX, "Device", {321, 49, 168, 195}},
-      {4021, "SysListView32", 0, "", {326, 59, 158, 133}},
-      {4062, "Button", BS_AUTOCHECKBOX, "Continue copying on error", {214, 206, 97, 10}},
-      {4025, "Button", BS_PUSHBUTTON, "Add files", {8, 225, 42, 14}},
-      {4038, "Button", BS_PUSHBUTTON, "Clear", {54, 225, 42, 14}},
-      {4039, "Button", BS_PUSHBUTTON, "Load job", {100, 225, 42, 14}},
-      {4040, "Button", BS_PUSHBUTTON, "Save job", {146, 225, 42, 14}},
-      {4022, "Button", BS_PUSHBUTTON, "Copy selected ->", {192, 225, 58, 14}},
-      {4026, "Button", BS_PUSHBUTTON, "Copy all ->", {254, 225, 58, 14}},
-      {4041, "Static", 0, summary, {326, 196, 158, 25}},
-      {4024, "Button", BS_PUSHBUTTON, "Refresh", {326, 226, 50, 14}},
-      {4037, "Button", BS_PUSHBUTTON, "Format", {380, 226, 50, 14}},
-      {4023, "Button", BS_PUSHBUTTON, "Delete file(s)", {434, 226, 50, 14}},
-      {1, "Button", BS_DEFPUSHBUTTON, "Close", {439, 249, 50, 14}},
-  };
-  HWND inTabOrder = GetWindow(bench.window.Handle(), GW_CHILD);
-  for (const Control& expected : controls) {
-    CAPTURE(expected.id);
-    REQUIRE(inTabOrder != nullptr);
-    const Window control(inTabOrder);
-    CHECK(GetDlgCtrlID(inTabOrder) == expected.id);
-    CHECK(ClassOf(inTabOrder) == expected.kind);
-    if (std::string(expected.kind) == "Button")
-      CHECK((GetWindowLongA(inTabOrder, GWL_STYLE) & BS_TYPEMASK) == static_cast<LONG>(expected.type));
-    CHECK(control.Text() == expected.text);
-    RECT place = expected.place; // position and size are mapped, and rounded, by themselves
-    MapDialogRect(bench.window.Handle(), &place);
-    const RECT actual = control.PlaceInside();
-    CHECK(actual.left == place.left);
-    CHECK(actual.top == place.top);
-    CHECK(actual.right - actual.left == place.right);
-    CHECK(actual.bottom - actual.top == place.bottom);
-    inTabOrder = GetWindow(inTabOrder, GW_HWNDNEXT);
-  }
-  CHECK(inTabOrder == nullptr);
-  CHECK((GetWindowLongA(bench.window.Handle(), GWL_STYLE) & WS_THICKFRAME) == 0);
-  CHECK((GetWindowLongA(bench.window.Handle(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) != 0);
-  CHECK(bench.window.Control(4062).Send(BM_GETCHECK) == BST_CHECKED);
-}
 
 TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring") {
   FileManagerBench bench;
@@ -95,10 +34,6 @@ TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring
   check();
   CHECK(width(bench.Local()) < localBefore);
   CHECK(width(bench.Device()) < deviceBefore);
-  for (const ListView& list : {bench.Local(), bench.Device()}) {
-    const auto styles = list.Handle().Send(LVM_GETEXTENDEDLISTVIEWSTYLE);
-    CHECK((styles & (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT)) == (LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT));
-  }
   CHECK((GetWindowLongA(bench.Local().Handle().Handle(), GWL_STYLE) & WS_HSCROLL) == 0);
 }
 
@@ -110,11 +45,9 @@ TEST_CASE("which buttons are enabled") {
   };
   const char* const always = "Add files Clear Load job Close";
   const Case cases[] = {
-      {false, true, false, false, false, ""},
       {false, true, true, true, true, "Save job"},
       {true, false, true, true, true, "Save job"},
       {true, true, false, false, false, "Refresh Format"},
-      {true, true, true, false, false, "Save job Copy all -> Refresh Format"},
       {true, true, true, true, false, "Save job Copy selected -> Copy all -> Refresh Format"},
       {true, true, false, false, true, "Refresh Format Delete file(s)"},
   };
@@ -138,24 +71,6 @@ TEST_CASE("which buttons are enabled") {
     CHECK(list({4040, 4022, 4026, 4024, 4037, 4023}) == c.enabled);
     CHECK(list({4025, 4038, 4039, 1}) == always);
   }
-}
-
-TEST_CASE("selecting and the channel's state enable buttons by and by") {
-  FileManagerBench bench;
-  bench.Device().Select({1});
-  WaitFor("\"Delete file(s)\" to be enabled", [&] { return bench.window.Control(IDC_FM_DELETE_FILES).Enabled(); });
-  bench.device.state = 0;
-  WaitFor("\"Refresh\" to be disabled", [&] { return !bench.window.Control(IDC_FM_REFRESH).Enabled(); });
-}
-
-TEST_CASE("without a channel rows alone enable saving, at once") {
-  const FileManagerBench bench(false);
-  bench.Drop({"C:\\a.bin"});
-  CHECK(bench.window.Control(IDC_FM_SAVE_JOB).Enabled());
-  CHECK_FALSE(bench.window.Control(IDC_FM_COPY_ALL).Enabled());
-  bench.Press(IDC_FM_CLEAR);
-  CHECK_FALSE(bench.window.Control(IDC_FM_SAVE_JOB).Enabled());
-  CHECK(Joined(bench.Device().Columns()).starts_with("File ID 60"));
 }
 
 TEST_CASE("the keyboard stays in the window when the focused button is disabled") {
@@ -254,15 +169,6 @@ TEST_CASE("deleting with odd rows, none, and failures") {
     bench.WaitUntilIdle("deleting");
     CHECK(Joined(bench.device.Log()) == "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, "
                                         "Count, Entry 0, Count, Entry 1, Count, Unlock, Unlock");
-  }
-  SUBCASE("the selection may go before the button is disabled") {
-    bench.Device().Select({0});
-    WaitFor("\"Delete file(s)\" to be enabled", [&] { return bench.window.Control(IDC_FM_DELETE_FILES).Enabled(); });
-    bench.Device().Select({});
-    bench.device.ForgetLog();
-    PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_DELETE_FILES, 0);
-    Window::AnswerBox("Error", "No files marked to delete!");
-    CHECK(bench.device.Log().empty());
   }
   SUBCASE("the refresh behind it finds the channel locked") {
     bench.device.Fail("Lock", 1, 1);
@@ -411,36 +317,5 @@ TEST_CASE("what happens behind an open question") {
     bench.window = bench.client.Show(kFileManagerCaption);
     ask();
     answer(question.no);
-  }
-}
-
-TEST_CASE("the object may be deleted behind any box") {
-  struct Case {
-    int button;
-    const char* caption;
-    const char* failing; // operation, behind a first question answered with Yes
-  };
-  const Case cases[] = {{IDC_FM_FORMAT, "WARNING", nullptr},
-                        {IDC_FM_DELETE_FILES, "Warning", nullptr},
-                        {IDC_FM_DELETE_FILES, "Warning", "Delete"},
-                        {IDC_FM_FORMAT, "WARNING", "Format"}};
-  for (const Case& c : cases) {
-    CAPTURE(c.caption);
-    FileManagerBench bench;
-    bench.Device().Select({0});
-    bench.Press(c.button);
-    Window box = Window::WaitForTop(c.caption);
-    if (c.failing) {
-      bench.device.Fail(c.failing, 0, 5);
-      box.PressControl(IDYES);
-      box = Window::WaitForTop("Error");
-    }
-    bench.client.Delete();
-    CHECK_FALSE(box.Exists());
-    CHECK_FALSE(bench.window.Exists());
-    CHECK(bench.device.LockDepth() == 0);
-    bench.device.ForgetLog();
-    bench.host.Settle();
-    CHECK(bench.device.Log().empty());
   }
 }

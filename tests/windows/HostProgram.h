@@ -19,7 +19,6 @@ public:
 
   Window Main() const { return m_main; }
   Window WaitForTop(const std::string& caption) const { return Window::WaitForTop(caption, m_process.dwProcessId); }
-  Window FindTop(const std::string& caption) const { return Window::FindTop(caption, m_process.dwProcessId); }
   void AnswerError(const std::string& text) const { Window::AnswerBox("Error", text, IDOK, m_process.dwProcessId); }
 
   // Waits until a control of the main window has that text.

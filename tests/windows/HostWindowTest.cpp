@@ -35,11 +35,6 @@ bool HasFocus(const Window& control) {
          (info.hwndFocus == control.Handle() || IsChild(control.Handle(), info.hwndFocus));
 }
 
-bool Overlap(const RECT& a, const RECT& b) {
-  RECT both{};
-  return IntersectRect(&both, &a, &b) != FALSE;
-}
-
 // The host with its Script Processor shown, and a script that is being run there.
 class RunningScript {
 public:
@@ -65,18 +60,6 @@ public:
 
 } // namespace
 
-TEST_CASE("the main window shows the channel") {
-  const TemporaryFolder device;
-  HostProgram host("--device-dir \"" + device.Path() + "\"");
-  host.WaitForText(IDC_CHANNEL_STATE, "open");
-  CHECK(host.Main().Control(IDC_CHANNEL_TEXT).Text() == "sim");
-  CHECK(host.Main().Control(IDC_CHANNEL_DESCRIPTION).Text() == "Simulated device");
-  const std::string configuration = host.Main().Control(IDC_CHANNEL_CONFIGURATION).Text();
-  CHECK_MESSAGE(configuration.find(device.Path()) != std::string::npos, configuration);
-  host.Main().PressCloseBox();
-  CHECK(host.WaitForEnd() == 0);
-}
-
 TEST_CASE("each tool's window comes and goes, and its button tells") {
   HostProgram host;
   std::vector<Window> windows;
@@ -91,7 +74,6 @@ TEST_CASE("each tool's window comes and goes, and its button tells") {
   }
   for (std::size_t i = 0; i < windows.size(); ++i) {
     CAPTURE(kTools[i].caption);
-    CHECK_FALSE(Overlap(windows[i].Place(), host.Main().Place()));
     const Window button = host.Main().Control(IDM_FIRST_TOOL + static_cast<int>(i));
     const auto isHidden = [&] { return !windows[i].Visible() && !IsPressedIn(button); };
     const auto isShown = [&] { return windows[i].Visible() && IsPressedIn(button); };
@@ -280,25 +262,4 @@ TEST_CASE("the keyboard alone") {
   waitForFocus(IDM_CONNECT);
   TypeKeyWith(VK_MENU, VK_F4);
   CHECK(host.WaitForEnd() == 0);
-}
-
-TEST_CASE("the main window grows in width only, its contents with it") {
-  const HostProgram host;
-  const Window main = host.Main();
-  const RECT before = main.Place();
-  const int width = before.right - before.left;
-  const int height = before.bottom - before.top;
-  main.Resize(50, 50);
-  CHECK(main.Place().right - main.Place().left == width);
-  CHECK(main.Place().bottom - main.Place().top == height);
-
-  const RECT text = main.Control(IDC_CHANNEL_TEXT).PlaceInside();
-  const RECT button = main.Control(IDM_CONNECT).PlaceInside();
-  const int rightOfTools = main.ClientSize().cx - main.Control(kScriptProcessor).PlaceInside().right;
-  main.Resize(width + 90, height + 90);
-  CHECK(main.Place().bottom - main.Place().top == height);
-  CHECK(main.Control(IDC_CHANNEL_TEXT).PlaceInside().left == text.left);
-  CHECK(main.Control(IDC_CHANNEL_TEXT).PlaceInside().right == text.right + 90);
-  CHECK(main.Control(IDM_CONNECT).PlaceInside().left == button.left + 90);
-  CHECK(main.ClientSize().cx - main.Control(kScriptProcessor).PlaceInside().right == rightOfTools);
 }

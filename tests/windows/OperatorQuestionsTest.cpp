@@ -153,24 +153,6 @@ TEST_CASE("one item of a list") {
     ask(kItems, "0").PressControl(IDCANCEL);
     bench.WaitForLine("-1 0");
   }
-  SUBCASE("an empty list can only be cancelled") {
-    const Window question = ask("\"\"", "0");
-    question.Send(WM_COMMAND, IDOK);
-    CHECK(question.Visible());
-    question.PressCloseBox();
-    bench.WaitForLine("-1 0");
-  }
-  bench.WaitForEnd();
-}
-
-TEST_CASE("a message waits until it was read") {
-  const ScriptBench bench;
-  bench.Start(R"(print("before\n"); messagebox("Calibration", "Connect the probe."); print("after\n");)");
-  const Window box = Window::WaitForTop(kQuestion);
-  CHECK(GetWindow(box.Handle(), GW_OWNER) == nullptr);
-  bench.WaitForLine("before");
-  Window::AnswerBox(kQuestion, "Connect the probe.");
-  bench.WaitForLine("after");
   bench.WaitForEnd();
 }
 

@@ -59,9 +59,6 @@ TestHost::~TestHost() {
 
 bool TestHost::LoadModule() {
   m_module = LoadLibraryA("OndDeviceClient.dll");
-  getNumObj = Export<OndDeviceClientGetNumObjFunction>(m_module, "OndDeviceClientGetNumObj");
-  getObjType = Export<OndDeviceClientGetObjTypeFunction>(m_module, "OndDeviceClientGetObjType");
-  getObjInfo = Export<OndDeviceClientGetObjInfoFunction>(m_module, "OndDeviceClientGetObjInfo");
   createInstance = Export<OndDeviceClientCreateInstanceFunction>(m_module, "OndDeviceClientCreateInstance");
   deleteInstance = Export<OndDeviceClientDeleteInstanceFunction>(m_module, "OndDeviceClientDeleteInstance");
   return m_module != nullptr;

@@ -35,9 +35,6 @@ public:
   Window MainWindow() const { return Window(m_window); }
   DWORD ThreadId() const { return m_threadId; }
 
-  OndDeviceClientGetNumObjFunction getNumObj = nullptr;
-  OndDeviceClientGetObjTypeFunction getObjType = nullptr;
-  OndDeviceClientGetObjInfoFunction getObjInfo = nullptr;
   OndDeviceClientCreateInstanceFunction createInstance = nullptr;
   OndDeviceClientDeleteInstanceFunction deleteInstance = nullptr;
 

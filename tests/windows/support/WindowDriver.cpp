@@ -197,3 +197,15 @@ void TypeText(const std::string& text) {
       TypeKey(LOBYTE(key));
   }
 }
+
+std::string ClipboardBytes() {
+  std::string bytes;
+  if (OpenClipboard(nullptr)) {
+    if (const HANDLE data = GetClipboardData(CF_TEXT)) {
+      bytes.assign(static_cast<const char*>(GlobalLock(data)), GlobalSize(data)); // with the system's zero
+      GlobalUnlock(data);
+    }
+    CloseClipboard();
+  }
+  return bytes;
+}

@@ -70,3 +70,6 @@ void TypeKey(WORD virtualKey);
 // The same while another key is held down.
 void TypeKeyWith(WORD held, WORD virtualKey);
 void TypeText(const std::string& text);
+
+// What lies on the clipboard as text, with the zero behind it.
+std::string ClipboardBytes();
