@@ -113,6 +113,38 @@ TEST_CASE("files: modes") {
   CHECK(DirectoryOf(*device) == "1:1:256 2:1:256");
 }
 
+TEST_CASE("device folder: files outlive the device, and a new type replaces the old file") {
+  const TemporaryFolder folder;
+  {
+    const auto device = MakeDevice(WithFolder(folder));
+    REQUIRE(Send(*device, "old", 3, 1) == kChannelOk);
+    REQUIRE(Send(*device, "new", 3, 20) == kChannelOk);
+    REQUIRE(Send(*device, "", 200, 0) == kChannelOk);
+  }
+  CHECK(folder.Names() == std::vector<std::string>{"003-type20.bin", "200-type0.bin"});
+  const auto device = MakeDevice(WithFolder(folder));
+  CHECK(DirectoryOf(*device) == "3:20:3 200:0:0");
+}
+
+TEST_CASE("device folder: whatever else lies there is passed over and left alone") {
+  const TemporaryFolder folder;
+  const char* const others[] = {"003-type1.bin.new", "03-type1.bin",   "3-type1.bin",   "300-type1.bin",
+                                "004-type256.bin",   "004-type01.bin", "004-type.bin",  "004-type-1.bin",
+                                "readme.txt",        "004-type1.BIN2", "x004-type1.bin"};
+  for (const char* name : others)
+    folder.Write(name, "garbage");
+  folder.Write("001-type1.bin", std::string(513, 'a'));
+  folder.Write("001-type2.bin", "second of the same id");
+  folder.Write("002-type1.bin", std::string(512, 'b')); // no room left on a device of two blocks
+  std::filesystem::create_directory(folder.SystemPath() / "005-type1.bin");
+
+  const auto device = MakeDevice(WithFolder(folder, 2));
+  CHECK(DirectoryOf(*device) == "1:1:513");
+  CHECK(device->FormatDevice(0) == kChannelOk);
+  for (const char* name : others)
+    CHECK(folder.Read(name) == "garbage");
+}
+
 TEST_CASE("device folder: a folder that cannot be used is said at once, one that vanishes is a device error") {
   const TemporaryFolder folder;
   folder.Write("file", "");

@@ -91,3 +91,19 @@ TEST_CASE("saving touches no file but its own") {
   CHECK(Save(folder.PathOf("missing\\list.dcj"), {}) == 0);
   CHECK(folder.Names() == std::vector<std::string>{"list.dcj", "list.dcj.tmp0", "sub"});
 }
+
+TEST_CASE("FillEntry stores one column and never throws") {
+  TFILEENTRY entry = Entry("before", 9, 9, 9);
+  std::string folder = "C:\\jobs";
+  const auto fill = [&](std::size_t column, std::string text) {
+    CONXDeviceClient::FillEntry(column, &text, &entry, folder);
+    return Listed({entry}, "none");
+  };
+  CHECK(fill(0, "a.bin") == "C:\\jobs\\a.bin 9 9 9|");
+  CHECK(fill(1, "300") == "C:\\jobs\\a.bin 44 9 9|");
+  CHECK(fill(2, "17") == "C:\\jobs\\a.bin 44 17 9|");
+  CHECK(fill(3, "program") == "C:\\jobs\\a.bin 44 17 2|");
+  CHECK(fill(4, "5") == "C:\\jobs\\a.bin 44 17 2|");
+  CHECK(fill(0, "long.\\b") == "long.\\b 44 17 2|");
+  CHECK(fill(0, "..\\..\\b") == "..\\..\\b 44 17 2|");
+}

@@ -12,6 +12,8 @@ constexpr const char* kOutOfRange = "(out of range)";
 struct Joined {
   int ok;
   std::string path;
+
+  bool operator==(const Joined&) const = default;
 };
 
 Joined Join(const std::string& folder, const std::string& file) {
@@ -29,6 +31,38 @@ std::string Relative(const std::string& base, const std::string& path) {
   std::string result = "untouched";
   CONXDeviceClient::MakeRelativePath(base, path, &result);
   return result;
+}
+
+// The rule of the clean-up word by word: scan from the start, remove, scan from the start again.
+Joined JoinByTheBook(const std::string& folder, const std::string& file) {
+  std::string text = folder + (folder.ends_with('\\') ? "" : "\\") + file;
+  for (bool changed = true; changed;) {
+    changed = false;
+    int state = 0;
+    for (std::size_t k = 0; k < text.size() && !changed; ++k) {
+      if (text[k] == '.') {
+        state = (state + 1) % 3;
+        continue;
+      }
+      const int step = text[k] == '\\' ? state : 0;
+      state = 0;
+      if (step == 1) {
+        if (k < 3)
+          return {-1, kOutOfRange};
+        text.erase(k - 3, 2);
+        changed = true;
+      } else if (step == 2) {
+        std::size_t parent = k < 4 ? 0 : k - 4;
+        while (parent > 0 && text[parent] != '\\')
+          --parent;
+        if (k < 4 || text.substr(0, k) == text.substr(0, 1) + ":\\..")
+          return {0, file};
+        text.erase(parent, k - parent);
+        changed = true;
+      }
+    }
+  }
+  return {1, text};
 }
 
 } // namespace
@@ -95,6 +129,23 @@ TEST_CASE("ConcatenatePathAndFile") {
     const Joined joined = Join(row.folder, row.file);
     CHECK(joined.ok == row.ok);
     CHECK(joined.path == row.path);
+  }
+}
+
+TEST_CASE("cleaning up in one pass gives what starting over gives") {
+  constexpr char kAlphabet[] = {'a', '.', '\\', ':'};
+  constexpr unsigned kLongest = 7;
+  for (const std::string folder : {"C:", "C:\\aa", "\\\\a\\a", "a.a."}) {
+    for (unsigned length = 1; length <= kLongest; ++length) {
+      for (unsigned number = 0; number < 1u << (2 * length); ++number) {
+        std::string file;
+        for (unsigned place = 0; place < length; ++place)
+          file.push_back(kAlphabet[(number >> (2 * place)) % 4]);
+        const Joined joined = Join(folder, file);
+        if (joined != JoinByTheBook(folder, file))
+          FAIL_CHECK(folder << " and " << file << " give " << joined.path);
+      }
+    }
   }
 }
 

@@ -89,6 +89,17 @@ TEST_CASE("a window is made, hidden, shown again, and made anew when somebody de
   CHECK(client.Show(kCaption).Exists());
 }
 
+TEST_CASE("a window that cannot be made is reported") {
+  const TestHost host;
+  const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
+  const auto noWindow = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(0x7FF0));
+  const auto show = [&](HWND parent) { return host.Ask([&] { return client->ShowDialogNonModal(parent); }); };
+  CHECK(show(noWindow) == EONX_ERR_DIALOG);
+  CHECK_FALSE(client.IsOpen());
+  CHECK(show(host.MainWindow().Handle()) == EONX_ERR_NONE);
+  CHECK(client.IsOpen());
+}
+
 TEST_CASE("OK, the close box and Escape ask the host by every route") {
   const TestHost host;
   const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);

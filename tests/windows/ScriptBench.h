@@ -77,8 +77,7 @@ struct ScriptBench {
     execute.Press();
   }
   void WaitForEnd() const {
-    WaitFor(
-        "the script to end", [&] { return channel.LockDepth() == 0 && execute.Text() == "Execute script"; });
+    WaitFor("the script to end", [&] { return channel.LockDepth() == 0 && execute.Text() == "Execute script"; });
   }
   // Runs a script that succeeds; the log afterwards.
   std::vector<std::string> Run(const std::string& script) const {
@@ -94,11 +93,9 @@ struct ScriptBench {
     return log.Items();
   }
   void WaitForLine(const std::string& line) const {
-    WaitFor(
-        "the log line \"" + line + "\"",
-        [&] {
-          const auto items = log.Items();
-          return !items.empty() && items.back() == line;
-        });
+    WaitFor("the log line \"" + line + "\"", [&] {
+      const auto items = log.Items();
+      return !items.empty() && items.back() == line;
+    });
   }
 };

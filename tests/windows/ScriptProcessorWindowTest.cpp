@@ -34,6 +34,22 @@ TEST_CASE("the log keeps the last 5001 lines and scrolls to the end") {
   CHECK(last.top < bench.log.ClientSize().cy);
 }
 
+TEST_CASE("horizontal scrolling covers the widest line that is there") {
+  const ScriptBench bench;
+  bench.Run(R"(print("short\n"); print("a line that is quite a bit longer than the other one\n"); print("x\n");)");
+  const LRESULT wide = bench.log.Send(LB_GETHORIZONTALEXTENT);
+  bench.Run(R"(print("short\n"); print("x\n");)");
+  const LRESULT narrow = bench.log.Send(LB_GETHORIZONTALEXTENT);
+  CHECK(narrow > 0);
+  CHECK(wide * 5 == narrow * 52); // the log's font has one width
+  // A wide line leaves with the first lines.
+  bench.Run(R"(var dword i; print("a wide line that goes away\n"); i = 0;
+               while (i < 5001) { print("short\n"); i = i + 1; })");
+  CHECK(bench.log.Send(LB_GETHORIZONTALEXTENT) == narrow);
+  bench.Run("");
+  CHECK(bench.log.Send(LB_GETHORIZONTALEXTENT) == 0);
+}
+
 TEST_CASE("a failed script shows its diagnostic in the log, then a box") {
   const ScriptBench bench;
   bench.Start(R"(var dword d; print("a\n"); d = 1 / d;)");
