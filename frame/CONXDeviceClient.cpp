@@ -44,25 +44,23 @@ EONX_ERR_ERRCODE_ CONXDeviceClient::Call(std::uint32_t, std::uint64_t, std::uint
 }
 
 EONX_ERR_ERRCODE_ CONXDeviceClient::ShowDialogNonModal(OndWindow parent) {
-  return NoThrow(
-      EONX_ERR_DIALOG,
-      [=, this] {
-        if (m_dialog && !IsWindow(m_dialog->GetSafeHwnd())) {
-          DeleteDialog(m_dialog);
-          m_dialog = nullptr;
-        }
-        if (!m_dialog) {
-          m_dialog = CreateNewDialog(parent);
-          if (!m_dialog)
-            return EONX_ERR_DIALOG;
-          m_dialog->SetOwnerClass(this);
-          m_dialog->SetDeviceComm(m_channel);
-          if (!m_dialog->Create(parent))
-            return EONX_ERR_DIALOG; // the next call or the destructor deletes it
-        }
-        m_dialog->ShowWindow(SW_SHOW);
-        return EONX_ERR_NONE;
-      });
+  return NoThrow(EONX_ERR_DIALOG, [=, this] {
+    if (m_dialog && !IsWindow(m_dialog->GetSafeHwnd())) {
+      DeleteDialog(m_dialog);
+      m_dialog = nullptr;
+    }
+    if (!m_dialog) {
+      m_dialog = CreateNewDialog(parent);
+      if (!m_dialog)
+        return EONX_ERR_DIALOG;
+      m_dialog->SetOwnerClass(this);
+      m_dialog->SetDeviceComm(m_channel);
+      if (!m_dialog->Create(parent))
+        return EONX_ERR_DIALOG; // the next call or the destructor deletes it
+    }
+    m_dialog->ShowWindow(SW_SHOW);
+    return EONX_ERR_NONE;
+  });
 }
 
 EONX_ERR_ERRCODE_ CONXDeviceClient::CloseDialogNonModal() {

@@ -214,8 +214,8 @@ struct CONXDeviceClient_0 : CONXObject_0 {
                                       std::uint64_t* max2, std::uint64_t* min3, std::uint64_t* max3,
                                       std::uint64_t* min4, std::uint64_t* max4) = 0;
 
-  // Hands over the channel; null disconnects. The channel stays the host's and must outlive the connection, and a script
-  // run or a copy that began on it. Always 0.
+  // Hands over the channel; null disconnects. The channel stays the host's and must outlive the connection, and a
+  // script run or a copy that began on it. Always 0.
   virtual EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0* channel) = 0;
 
   // A command of the object's own (ONX_CALL_… for the Script Processor). Unknown commands return 0 and do nothing.
@@ -252,8 +252,8 @@ enum : std::uint32_t {
   ONX_CALL_SET_VARIABLES = 0x1002,
   // Reads the variables named in b records at a; c (uint64_t* or null) receives how many were found.
   ONX_CALL_GET_VARIABLES = 0x1003,
-  // Asks the running script to end with "Processing aborted"; without one, nothing happens. Always 0. The one command that other
-  // threads may send, and that may come while a script runs. [any thread]
+  // Asks the running script to end with "Processing aborted"; without one, nothing happens. Always 0. The one command
+  // that other threads may send, and that may come while a script runs. [any thread]
   ONX_CALL_STOP_SCRIPT = 0x1004,
 };
 

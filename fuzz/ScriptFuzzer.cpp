@@ -1,5 +1,5 @@
-// Reads and runs arbitrary scripts. Loops end at their first round, because a stop is asked for beforehand; there are no
-// built-ins, so that no script reaches a file.
+// Reads and runs arbitrary scripts. Loops end at their first round, because a stop is asked for beforehand; there are
+// no built-ins, so that no script reaches a file.
 
 #include "script/RunScript.h"
 

@@ -53,27 +53,25 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScript(const char* text, const char* baseDirectory,
                                                      OndScriptOutput output, void* outputContext) {
-  return NoThrow(
-      EONX_ERR_OUT_OF_MEMORY,
-      [=, this] { return m_runner.ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndScriptOutput output,
                                                          void* outputContext) {
-  return NoThrow(
-      EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.ExecuteScriptFile(OrEmpty(path), output, outputContext); });
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.ExecuteScriptFile(OrEmpty(path), output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::int32_t keepExisting) {
-  return NoThrow(
-      EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.SetVariables(records, count, keepExisting != 0); });
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.SetVariables(records, count, keepExisting != 0); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::uint64_t* foundCount) {
-  return NoThrow(
-      EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.GetVariables(records, count, foundCount); });
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.GetVariables(records, count, foundCount); });
 }
 
 void CONXScriptProcessor::StopScript() {

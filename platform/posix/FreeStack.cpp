@@ -7,7 +7,7 @@ namespace platform {
 
 namespace {
 
-// A stack without a limit, or with a huge one, is used no further: recursion without end is to end before the memory does.
+// A stack without a limit, or with a huge one, is used no further: endless recursion is to end before the memory does.
 constexpr std::uintptr_t kMostUsed = 64 * 1024 * 1024;
 
 struct Limits {
