@@ -12,7 +12,7 @@ std::string TestedHostPath() {
   char path[MAX_PATH] = "";
   GetModuleFileNameA(nullptr, path, sizeof path);
   const std::string own = path;
-  return own.substr(0, own.rfind('\\') + 1) + "tested_host.exe";
+  return own.substr(0, own.rfind('\\') + 1) + "ondhost.exe";
 }
 
 HostProgram::HostProgram(const std::string& arguments, const std::string& path) {

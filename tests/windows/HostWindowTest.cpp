@@ -215,7 +215,7 @@ TEST_CASE("what cannot be had is said, and the rest works") {
   }
   SUBCASE("the module") {
     const TemporaryFolder folder;
-    const std::string alone = folder.PathOf("tested_host.exe");
+    const std::string alone = folder.PathOf("ondhost.exe");
     REQUIRE(CopyFileA(TestedHostPath().c_str(), alone.c_str(), TRUE));
     HostProgram host("", alone);
     const Window box = host.WaitForTop("Error");
