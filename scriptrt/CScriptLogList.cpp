@@ -1,10 +1,15 @@
 #include "scriptrt/CScriptLogList.h"
 
+#include <utility>
+
 void CScriptLogList::Append(const char* text) {
+  std::deque<std::string> lines;
   std::string line = m_lineComplete ? std::string() : TakeLastLine();
   for (; *text != '\0'; ++text) {
     if (*text == '\n') {
-      AddLine(line);
+      if (lines.size() == kMostLines)
+        lines.pop_front();
+      lines.push_back(std::move(line));
       line.clear();
       m_column = 0;
     } else if (*text == '\r') {
@@ -18,7 +23,8 @@ void CScriptLogList::Append(const char* text) {
   }
   m_lineComplete = line.empty();
   if (!m_lineComplete)
-    AddLine(line);
+    lines.push_back(std::move(line));
+  AddLines(lines);
 }
 
 void CScriptLogList::Clear() {

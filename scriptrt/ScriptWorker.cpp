@@ -10,7 +10,7 @@ namespace {
 constexpr SIZE_T kStackSize = 65536;
 // Output waits at most so long, or for so many bytes, while more of it comes.
 constexpr std::chrono::milliseconds kHoldBack{10};
-constexpr std::size_t kHoldBackBytes = 8192;
+constexpr std::size_t kHoldBackBytes = 1 << 20;
 // How often questions are dismissed while the end of an abandoned run is waited for.
 constexpr DWORD kDismissMs = 20;
 

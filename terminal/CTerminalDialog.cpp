@@ -46,7 +46,7 @@ RECT PlaceOf(HWND control) {
 
 } // namespace
 
-CTerminalDialog::CTerminalDialog() : CONXDialog(IDD_TERMINAL), m_splitter(CLogListBox::kLines + 1) {
+CTerminalDialog::CTerminalDialog() : CONXDialog(IDD_TERMINAL), m_splitter(CLogListBox::kMostLines) {
   SetTimerInterval(kPollIntervalMs);
   LoadSmallIcon(IDI_TERMINAL);
   m_font.CreateStockObject(SYSTEM_FIXED_FONT);
@@ -220,9 +220,6 @@ void CTerminalDialog::ShowAnswers() {
   const CLogListBox::Batch batch(m_answers);
   if (answers.replaceLast)
     m_answers.TakeLastLine();
-  if (answers.lines.size() > CLogListBox::kLines)
-    m_answers.Clear(); // all that is there would go, one by one
-  for (const std::string& line : answers.lines)
-    m_answers.AddLine(line);
+  m_answers.AddLines(answers.lines);
   RepairHorizontalScrollbarExtendInListBox(&m_answers);
 }

@@ -19,6 +19,16 @@ void CLogListBox::AddLine(const std::string& line) {
   AddString(line);
 }
 
+void CLogListBox::AddLines(const std::deque<std::string>& lines) {
+  std::size_t first = 0;
+  if (lines.size() >= kMostLines) {
+    Clear();
+    first = lines.size() - kMostLines;
+  }
+  for (; first < lines.size(); ++first)
+    AddLine(lines[first]);
+}
+
 std::string CLogListBox::TakeLastLine() {
   const int count = GetCount();
   if (count <= 0)

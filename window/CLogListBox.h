@@ -11,8 +11,8 @@
 
 class CLogListBox : public CListBox {
 public:
-  // A list of more lines than this loses its first one before the next is added, so there is room for one more.
   static constexpr int kLines = 5000;
+  static constexpr std::size_t kMostLines = kLines + 1; // that are ever in the list
 
   // Holds back drawing while lines are added; at its end the list shows its last line as the top one and repaints once.
   // The list box lives longer than the batch.
@@ -27,7 +27,10 @@ public:
     CLogListBox& m_list;
   };
 
+  // A list of more than kLines lines loses its first one before each line comes in.
   void AddLine(const std::string& line);
+  // The same for many at once: lines that would come in and go again never do.
+  void AddLines(const std::deque<std::string>& lines);
   // Takes the last line out of the list, to be continued; empty when there is none.
   std::string TakeLastLine();
   void Clear();

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr int kLines = 100000;
 using Clock = std::chrono::steady_clock;
 
 double SecondsSince(Clock::time_point begin) {
@@ -53,9 +52,14 @@ double ListBoxSecondsPerLine(const ScriptBench& bench) {
   });
 }
 
+void WaitUntilRunning(const ScriptBench& bench) {
+  WaitFor("the script to begin", [&] { return bench.execute.Text() == "Stop script"; });
+}
+
 } // namespace
 
 TEST_CASE("a hundred thousand lines take little longer than the script that prints them") {
+  constexpr int kLines = 100000;
   const ScriptBench bench;
   const std::string script = PrintingScript(kLines);
   std::uint64_t bytes = 0;
@@ -66,8 +70,17 @@ TEST_CASE("a hundred thousand lines take little longer than the script that prin
   bench.folder.Write("test.dcs", script);
   const auto begin = Clock::now();
   bench.execute.Press();
-  WaitFor("the script to begin", [&] { return bench.execute.Text() == "Stop script"; });
-  // A user asks something now and then; posted messages, such as keys, must wait no longer than sent ones.
+  WaitUntilRunning(bench);
+  bench.WaitForEnd();
+  std::printf("100000 lines: counted %.3f s, shown %.3f s, limit %.3f s; list box alone %.1f us a line\n", counting,
+              SecondsSince(begin), 3 * counting + kLines * 20e-6, listBox * 1e6);
+}
+
+// A user asks something now and then; posted messages, such as keys, must wait no longer than sent ones.
+TEST_CASE("the window answers while output floods") {
+  const ScriptBench bench;
+  bench.Start(PrintingScript(1000000));
+  WaitUntilRunning(bench);
   std::vector<double> answers;
   while (bench.execute.Text() == "Stop script") {
     const auto asked = Clock::now();
@@ -76,10 +89,7 @@ TEST_CASE("a hundred thousand lines take little longer than the script that prin
     answers.push_back(SecondsSince(asked));
     Sleep(5);
   }
-  const double shown = SecondsSince(begin);
   std::sort(answers.begin(), answers.end());
-  std::printf(
-      "counted %.3f s, shown %.3f s; list box alone %.1f us a line; answers: median %.1f ms, slowest %.1f ms of %zu\n",
-      counting, shown, listBox * 1e6, answers[answers.size() / 2] * 1e3, answers.back() * 1e3, answers.size());
-  std::printf("limit %.3f s (three times the counting, and 20 us a line)\n", 3 * counting + kLines * 20e-6);
+  std::printf("answers during a flood: median %.1f ms, slowest %.1f ms of %zu\n", answers[answers.size() / 2] * 1e3,
+              answers.back() * 1e3, answers.size());
 }
