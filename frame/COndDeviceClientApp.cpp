@@ -19,11 +19,20 @@ std::string HostFolder() {
   return folder.empty() ? folder : folder + '\\';
 }
 
+// Enter presses the button that has the focus. Tab makes it the dialog's default button on its way, a click does not.
+void MakeFocusedButtonDefault(HWND dialog, const MSG& message) {
+  if (message.message != WM_KEYDOWN || message.wParam != VK_RETURN || !IsChild(dialog, message.hwnd))
+    return;
+  const LRESULT code = SendMessageW(message.hwnd, WM_GETDLGCODE, VK_RETURN, reinterpret_cast<LPARAM>(&message));
+  if (code & DLGC_UNDEFPUSHBUTTON)
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(message.hwnd), TRUE);
+}
+
 } // namespace
 
 COndDeviceClientApp::COndDeviceClientApp()
     : m_hostFolder(HostFolder()),
-      m_hook(SetWindowsHookExA(WH_GETMESSAGE, GetMessageHook, nullptr, GetCurrentThreadId())) {}
+      m_hook(SetWindowsHookExW(WH_GETMESSAGE, GetMessageHook, nullptr, GetCurrentThreadId())) {}
 
 COndDeviceClientApp::~COndDeviceClientApp() {
   if (m_hook)
@@ -47,6 +56,8 @@ bool COndDeviceClientApp::UnregisterDialog(HWND dialog) {
   return true;
 }
 
+// The hook and IsDialogMessage are the wide ones because characters arrive as UTF-16 here, whatever the host's loop
+// asks for; a narrow control still gets its code page's bytes.
 LRESULT CALLBACK COndDeviceClientApp::GetMessageHook(int code, WPARAM wParam, LPARAM lParam) {
   MSG& message = *reinterpret_cast<MSG*>(lParam);
   const bool taken =
@@ -64,7 +75,10 @@ LRESULT CALLBACK COndDeviceClientApp::GetMessageHook(int code, WPARAM wParam, LP
 bool COndDeviceClientApp::TakeDialogMessage(MSG& message) const {
   for (std::size_t i = 0; i < m_dialogs.size(); ++i) {
     const HWND dialog = m_dialogs[i];
-    if (IsWindow(dialog) && IsDialogMessageA(dialog, &message))
+    if (!IsWindow(dialog))
+      continue;
+    MakeFocusedButtonDefault(dialog, message);
+    if (IsDialogMessageW(dialog, &message))
       return true;
   }
   return false;

@@ -43,6 +43,14 @@ TEST_CASE("a typed line goes out with its escapes decoded, and the status line s
   }
 }
 
+TEST_CASE("every character of the code page can be typed") {
+  const TerminalWindow terminal;
+  terminal.Focus(IDC_TERMINAL_INPUT);
+  for (const wchar_t character : {L'a', L'\u00E4', L'\u20AC', L'\u2013'})
+    TypeCharacter(character);
+  WaitFor("what was typed", [&] { return terminal.Input().Text() == "a\xE4\x80\x96"; });
+}
+
 TEST_CASE("a line that cannot go out stays in the input line") {
   TerminalWindow terminal;
   SUBCASE("no channel") {
@@ -136,7 +144,9 @@ TEST_CASE("Enter and Escape depend on where the focus is") {
   CHECK(terminal.Input().Text() == "typed");
   CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_CHECKED);
 
-  type(IDC_TERMINAL_CLEAR, VK_RETURN); // a push button with the focus is pressed
+  // A push button with the focus is pressed, also when the focus came by a click.
+  terminal.host.Do([&] { SetFocus(terminal.Control(IDC_TERMINAL_CLEAR).Handle()); });
+  TypeKey(VK_RETURN);
   WaitFor("Enter on \"Clear\" to clear", [&] { return terminal.NoAnswers(); });
   CHECK(terminal.window.Visible());
 

@@ -198,6 +198,17 @@ void TypeText(const std::string& text) {
   }
 }
 
+void TypeCharacter(wchar_t character) {
+  INPUT inputs[2] = {};
+  for (INPUT& input : inputs) {
+    input.type = INPUT_KEYBOARD;
+    input.ki.wScan = character;
+    input.ki.dwFlags = KEYEVENTF_UNICODE;
+  }
+  inputs[1].ki.dwFlags |= KEYEVENTF_KEYUP;
+  SendInput(2, inputs, sizeof(INPUT));
+}
+
 std::string ClipboardBytes() {
   std::string bytes;
   if (OpenClipboard(nullptr)) {

@@ -70,6 +70,8 @@ void TypeKey(WORD virtualKey);
 // The same while another key is held down.
 void TypeKeyWith(WORD held, WORD virtualKey);
 void TypeText(const std::string& text);
+// A character that need not be on the keyboard.
+void TypeCharacter(wchar_t character);
 
 // What lies on the clipboard as text, with the zero behind it.
 std::string ClipboardBytes();
