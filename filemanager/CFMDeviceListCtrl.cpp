@@ -43,9 +43,9 @@ bool CFMDeviceListCtrl::OnSize() {
 void CFMDeviceListCtrl::Fill(const CONXDialog::CChannelLock& lock) {
   const Batch batch(*this);
   DeleteAllItems();
-  for (std::uint32_t i = 0; lock && i < lock.channel()->GetDirectoryEntryCount(); ++i) {
+  for (std::uint32_t i = 0; lock && i < lock.channel()->GetDirectoryEntryCount() && lock; ++i) {
     const int row = AppendItem();
-    if (row < 0 || !lock)
+    if (row < 0)
       return;
     TDEVDIRENTRY entry{};
     lock.channel()->GetDirectoryEntry(i, &entry);

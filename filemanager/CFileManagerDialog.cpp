@@ -18,8 +18,10 @@ constexpr const char* kFormatQuestion = "You have selected to format the device.
                                         "No: Format only the blocks that are marked as used\n"
                                         "Cancel: Have mercy on me!";
 
-bool IsClosing(const Message& command) {
-  return LOWORD(command.wParam) == IDOK || LOWORD(command.wParam) == IDCANCEL;
+// Commands that are no action on files.
+bool MayComeAnyTime(const Message& command) {
+  const WORD id = LOWORD(command.wParam);
+  return id == IDOK || id == IDCANCEL || id == IDC_FM_CONTINUE_ON_ERROR;
 }
 
 } // namespace
@@ -30,7 +32,7 @@ CFileManagerDialog::CFileManagerDialog() : CONXDialog(IDD_FILE_MANAGER) {
 
 bool CFileManagerDialog::OnWndMsg(const Message& message, LRESULT& result) {
   // Behind an open box or a copy only programs can press buttons; a second action must not come into the first.
-  if (message.number == WM_COMMAND && !IsClosing(message) && !IsWindowEnabled(GetSafeHwnd()))
+  if (message.number == WM_COMMAND && !MayComeAnyTime(message) && !IsWindowEnabled(GetSafeHwnd()))
     return true;
   static constexpr MessageEntry kMap[] = {
       OnCommand<&CFileManagerDialog::OnAddFiles>(IDC_FM_ADD_FILES),
@@ -43,6 +45,8 @@ bool CFileManagerDialog::OnWndMsg(const Message& message, LRESULT& result) {
       OnCommand<&CFileManagerDialog::OnFormat>(IDC_FM_FORMAT),
       OnCommand<&CFileManagerDialog::OnDeleteFiles>(IDC_FM_DELETE_FILES),
       OnCommand<&CFileManagerDialog::OnContinueOnError>(IDC_FM_CONTINUE_ON_ERROR),
+      OnNotify<&CFileManagerDialog::OnLocalRowLeaves>(IDC_FM_LOCAL_LIST, static_cast<UINT>(LVN_DELETEITEM)),
+      OnMessage<&CFileManagerDialog::OnRowsLeft>(kRowsLeftMessage),
       OnMessage<&CFileManagerDialog::OnDropFiles>(WM_DROPFILES),
       OnMessage<&CFileManagerDialog::OnShowWindow>(WM_SHOWWINDOW),
   };

@@ -31,9 +31,13 @@ protected:
   bool OnWndMsg(const Message& message, LRESULT& result) override;
 
 private:
+  static constexpr UINT kRowsLeftMessage = WM_APP + 1;
+
   // --- the local list (LocalFileCommands.cpp)
   void OnAddFiles();
   void OnDropFiles(const Message& message);
+  bool OnLocalRowLeaves();
+  void OnRowsLeft();
   void OnClear();
   void OnLoadJob();
   void OnSaveJob();
@@ -62,5 +66,6 @@ private:
   COndFMLocalListCtrl m_localList;
   CFMDeviceListCtrl m_deviceList;
   bool m_continueOnError = true;
+  bool m_rowsLeave = false;              // kRowsLeftMessage is on its way
   CProgressDialog* m_progress = nullptr; // while a copy runs
 };

@@ -5,6 +5,7 @@
 #include <shellapi.h>
 
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -44,7 +45,19 @@ CFileDialog JobFileDialog(const char* title, const char* filter) {
 
 } // namespace
 
-// Without a channel no timer refreshes the buttons, so every change of the rows does.
+// Without a channel no timer refreshes the buttons, so every change of the rows does. A row that the user removes is
+// still there when this is told, and more may follow.
+bool CFileManagerDialog::OnLocalRowLeaves() {
+  if (!std::exchange(m_rowsLeave, true))
+    PostMessageA(GetSafeHwnd(), kRowsLeftMessage, 0, 0);
+  return false;
+}
+
+void CFileManagerDialog::OnRowsLeft() {
+  m_rowsLeave = false;
+  EnableButtons();
+}
+
 void CFileManagerDialog::AddFiles(const std::vector<std::string>& paths) {
   {
     const CListCtrl::Batch batch(m_localList);

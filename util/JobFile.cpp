@@ -128,8 +128,10 @@ class Replacement {
 public:
   explicit Replacement(std::string target) : m_target(std::move(target)) {
     constexpr int kMostLeftovers = 100;
+    // As short as "a.dcj": the path must not be too long where the target's is not.
+    const std::string beside = m_target.substr(0, m_target.find_last_of("\\/:") + 1) + "~job";
     for (int number = 0; !m_file && number < kMostLeftovers; ++number) {
-      m_path = m_target + ".tmp" + std::to_string(number);
+      m_path = beside + std::to_string(number);
       m_file = platform::File::Open(m_path, platform::File::Mode::kCreateNew);
     }
     m_exists = m_file.has_value();
@@ -192,7 +194,7 @@ int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* 
     if (entries)
       list->swap(*entries);
     return entries ? 1 : 0;
-  } catch (const std::bad_alloc&) {
+  } catch (...) { // no memory, or no path at all
     return 0;
   }
 }
@@ -200,7 +202,7 @@ int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* 
 int CONXDeviceClient::SaveJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
   try {
     return WriteEntries(jobPath, *list) ? 1 : 0;
-  } catch (const std::bad_alloc&) {
+  } catch (...) {
     return 0;
   }
 }

@@ -43,7 +43,8 @@ std::string CListCtrl::GetItemText(int row, int column, std::size_t limit) const
   item.iSubItem = column;
   item.pszText = text.data();
   item.cchTextMax = static_cast<int>(text.size());
-  text.resize(
-      static_cast<std::size_t>(Send(LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item))));
+  // The answer is a length in characters, which is no number of bytes in some code pages.
+  Send(LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  text.resize(std::char_traits<char>::length(text.c_str()));
   return text;
 }

@@ -82,14 +82,23 @@ TEST_CASE("saving touches no file but its own") {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder.SystemPath() / "sub");
   folder.Write("list.dcj", "before");
-  folder.Write("list.dcj.tmp0", "somebody's");
+  folder.Write("~job0", "somebody's");
   CHECK(Save(folder.PathOf("list.dcj"), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 1);
   CHECK(folder.Read("list.dcj") == "a\t1\t2\tnormal\n");
-  CHECK(folder.Read("list.dcj.tmp0") == "somebody's");
+  CHECK(folder.Read("~job0") == "somebody's");
 
   CHECK(Save(folder.PathOf("sub"), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 0);
   CHECK(Save(folder.PathOf("missing\\list.dcj"), {}) == 0);
-  CHECK(folder.Names() == std::vector<std::string>{"list.dcj", "list.dcj.tmp0", "sub"});
+  CHECK(folder.Names() == std::vector<std::string>{"list.dcj", "sub", "~job0"});
+}
+
+TEST_CASE("the longest path that a file can have is saved to") {
+  constexpr std::size_t kLongest = 259;
+  const TemporaryFolder folder;
+  const std::string name = std::string(kLongest - folder.Path().size() - 5, 'x') + ".dcj";
+  REQUIRE(folder.PathOf(name).size() == kLongest);
+  CHECK(Save(folder.PathOf(name), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 1);
+  CHECK(folder.Names() == std::vector<std::string>{name});
 }
 
 TEST_CASE("FillEntry stores one column and never throws") {

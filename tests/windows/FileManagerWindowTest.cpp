@@ -73,6 +73,17 @@ TEST_CASE("which buttons are enabled") {
   }
 }
 
+TEST_CASE("without a channel the rows alone enable saving, at once") {
+  const FileManagerBench bench(false);
+  const Window save = bench.window.Control(IDC_FM_SAVE_JOB);
+  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
+  CHECK(save.Enabled());
+  bench.Local().Select({0, 1});
+  bench.Local().Handle().Send(WM_KEYDOWN, VK_DELETE);
+  bench.host.Settle();
+  CHECK_FALSE(save.Enabled());
+}
+
 TEST_CASE("the keyboard stays in the window when the focused button is disabled") {
   FileManagerBench bench;
   bench.window.Activate();
