@@ -1,5 +1,6 @@
 #include "terminal/CTerminalDialog.h"
 
+#include "frame/ChannelText.h"
 #include "res/resource.h"
 #include "window/CTextMeasure.h"
 
@@ -14,10 +15,12 @@ constexpr DWORD kSendLockMs = 500;
 constexpr std::uint32_t kChunk = 1023; // bytes
 
 // A poll reads until nothing more is there. A device that never stops would keep it, and the window with it, for ever;
-// beyond either limit the rest waits for the next poll. The first is for slow channels, the second for fast ones:
-// measuring and drawing what was read takes longer than reading it.
+// beyond either limit the rest waits until the window has drawn and answered. The first limit is for slow channels, the
+// second for fast ones: measuring and drawing what was read takes longer than reading it.
 constexpr std::chrono::milliseconds kReadingTime{20};
 constexpr std::size_t kReadingBytes = 3 << 19; // 1.5 MiB
+constexpr UINT_PTR kMoreTimer = 2;             // timers come behind everything else that waits for the window
+constexpr UINT kMoreMs = USER_TIMER_MINIMUM;
 
 constexpr POINT kMinimumSize{200, 250}; // pixels
 
@@ -153,10 +156,8 @@ std::string CTerminalDialog::SendLine(COndDeviceComm_0& channel) {
   if (appendCr)
     bytes += '\r';
   std::uint64_t written = 0;
-  if (const std::int32_t code = channel.Transmit(bytes.data(), bytes.size(), &written); code != 0) {
-    const char* const words = channel.GetInfoString(OND_INFO_ERROR, code);
-    return std::string("Error: ") + (words ? words : "");
-  }
+  if (const std::int32_t code = channel.Transmit(bytes.data(), bytes.size(), &written); code != 0)
+    return "Error: " + ErrorText(channel, code);
   m_input.SetWindowText("");
   return "Wrote \"" + text + (appendCr ? "\\r" : "") + "\" to device.";
 }
@@ -178,7 +179,9 @@ LRESULT CTerminalDialog::OnInputKey(const Message& message) {
 // --- receiving
 
 bool CTerminalDialog::OnTimer(const Message& message) {
-  if (message.wParam != kTimerId)
+  if (message.wParam == kMoreTimer)
+    KillTimer(kMoreTimer);
+  else if (message.wParam != kTimerId)
     return false;
   if (GetDeviceComm())
     Poll();
@@ -186,22 +189,26 @@ bool CTerminalDialog::OnTimer(const Message& message) {
 }
 
 void CTerminalDialog::Poll() {
-  bool received = false;
+  Received received = Received::kNothing;
   {
     const CChannelLock lock(*this, 0);
     received = Receive(lock);
   }
-  if (received)
+  if (received != Received::kNothing)
     ShowAnswers();
+  if (received == Received::kNotAll)
+    SetTimer(kMoreTimer, kMoreMs);
   UpdateDialogState();
 }
 
 // The channel may serve messages meanwhile, so each round asks anew whether the lock, and with it the window, is there.
-bool CTerminalDialog::Receive(const CChannelLock& lock) {
+CTerminalDialog::Received CTerminalDialog::Receive(const CChannelLock& lock) {
   const auto end = std::chrono::steady_clock::now() + kReadingTime;
   char chunk[kChunk];
   std::size_t total = 0;
-  while (lock && total < kReadingBytes && (total == 0 || std::chrono::steady_clock::now() < end)) {
+  while (lock) {
+    if (total >= kReadingBytes || (total != 0 && std::chrono::steady_clock::now() >= end))
+      return Received::kNotAll;
     std::uint64_t count = 0;
     if (lock.channel()->Receive(chunk, kChunk, &count) != 0 || count == 0)
       break;
@@ -209,7 +216,7 @@ bool CTerminalDialog::Receive(const CChannelLock& lock) {
     m_splitter.Feed({chunk, received});
     total += received;
   }
-  return total != 0;
+  return total != 0 ? Received::kAll : Received::kNothing;
 }
 
 // What somebody sees is the list at the end: one scroll, one repaint, one measuring, however much has come.

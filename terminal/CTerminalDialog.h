@@ -23,6 +23,8 @@ protected:
   bool OnWndMsg(const Message& message, LRESULT& result) override;
 
 private:
+  enum class Received { kNothing, kAll, kNotAll };
+
   // --- messages
   bool OnTimer(const Message& message);
   LRESULT OnInputKey(const Message& message);
@@ -35,8 +37,7 @@ private:
   std::string SendLine();
   std::string SendLine(COndDeviceComm_0& channel);
   void Poll();
-  // Whether something came.
-  bool Receive(const CChannelLock& lock);
+  Received Receive(const CChannelLock& lock);
   void ShowAnswers();
   void MakeRoomForAppendCr();
 

@@ -51,6 +51,16 @@ TEST_CASE("the timer polls by itself") {
   WaitFor("the answer of a device that nobody asked", [&] { return terminal.Answers() == Lines{"by itself"}; });
 }
 
+TEST_CASE("what one poll leaves of a slow channel does not wait for the next") {
+  TerminalWindow terminal;
+  terminal.host.Do([&] { KillTimer(terminal.window.Handle(), 1); });
+  terminal.channel.duringReceive = [] { Sleep(10); };
+  terminal.channel.Answer({std::string(20000, 'x') + "\r"});
+  terminal.Poll();
+  CHECK_FALSE(terminal.channel.AllTaken());
+  WaitFor("the whole answer", [&] { return terminal.Answers() == Lines{std::string(20000, 'x')}; });
+}
+
 TEST_CASE("a line without an end stays one line, up to a size") {
   constexpr std::size_t kMiB = 1 << 20;
   TerminalWindow terminal;
