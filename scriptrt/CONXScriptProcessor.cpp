@@ -34,10 +34,8 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_
                                             std::uint64_t d) {
   switch (function) {
   case ONX_CALL_EXECUTE_SCRIPT:
-    PrepareRun();
     return ExecuteScript(ArgumentAs<const char*>(a), nullptr, ArgumentAs<OndScriptOutput>(b), ArgumentAs<void*>(c));
   case ONX_CALL_EXECUTE_SCRIPT_FILE:
-    PrepareRun();
     return ExecuteScriptFile(ArgumentAs<const char*>(a), ArgumentAs<OndScriptOutput>(b), ArgumentAs<void*>(c));
   case ONX_CALL_SET_VARIABLES:
     return SetVariables(ArgumentAs<const TONXSCRIPTVARIABLE*>(a), b, c != 0);
@@ -53,12 +51,18 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScript(const char* text, const char* baseDirectory,
                                                      OndScriptOutput output, void* outputContext) {
+  PrepareRun();
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
                  [=, this] { return m_runner.ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndScriptOutput output,
                                                          void* outputContext) {
+  PrepareRun();
+  return RunPreparedFile(path, output, outputContext);
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext) {
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
                  [=, this] { return m_runner.ExecuteScriptFile(OrEmpty(path), output, outputContext); });
 }

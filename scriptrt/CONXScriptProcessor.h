@@ -27,8 +27,10 @@ public:
   // Asks the running script to end. [any thread]
   virtual void StopScript();
 
-  // Forgets earlier stop requests. For whoever asks for a run, before handing it to the thread that executes it.
+  // The two halves of ExecuteScriptFile, for whoever hands a run to another thread: the first forgets earlier stop
+  // requests and belongs to the thread that asks for the run, so that a stop from then on counts.
   void PrepareRun();
+  EONX_ERR_ERRCODE_ RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext);
   // For whoever waits for the end of a run on that thread: answers its questions with Cancel. See
   // CWindowsOperator::Dismiss.
   void DismissQuestions(DWORD scriptThread) { m_operator.Dismiss(scriptThread); }

@@ -1,5 +1,6 @@
 #include "scriptrt/CScriptProcessorDialog.h"
 
+#include "frame/ChannelText.h"
 #include "platform/Platform.h"
 #include "res/resource.h"
 #include "scriptrt/CONXScriptProcessor.h"
@@ -190,20 +191,18 @@ void CScriptProcessorDialog::OnScriptEnded(const Message& message) {
   KillTimer(kOutputTimer);
   UpdateDialogState();
   const auto result = static_cast<std::int32_t>(message.wParam);
-  if (result != EONX_ERR_NONE)
-    ShowError("Error executing script: " + ChannelText(result));
+  if (result != EONX_ERR_NONE) {
+    COndDeviceComm_0* const channel = GetDeviceComm();
+    ShowError("Error executing script: " + (channel ? ErrorText(*channel, result) : std::to_string(result)));
+  }
   m_running = false;
   UpdateDialogState();
 }
 
-// The channel's words for a result; the number where the channel is gone.
-std::string CScriptProcessorDialog::ChannelText(std::int32_t code) const {
-  COndDeviceComm_0* const channel = GetDeviceComm();
-  const char* const text = channel ? channel->GetInfoString(OND_INFO_ERROR, code) : nullptr;
-  return text ? text : std::to_string(code);
-}
-
+// Ends the host's own run of this object too.
 bool CScriptProcessorDialog::OnDestroy() {
+  if (CONXScriptProcessor* const processor = GetProcessor())
+    processor->StopScript();
   m_worker.Abandon();
   m_running = false;
   return false;

@@ -35,7 +35,6 @@ private:
   void SetPath(const std::string& path);
   const char* StartScript();
   void AppendToLog(const char* text);
-  std::string ChannelText(std::int32_t code) const;
 
   CFont m_font; // of the log
   CScriptLogList m_log;

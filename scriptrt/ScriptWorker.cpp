@@ -34,7 +34,7 @@ DWORD WINAPI CScriptWorker::ThreadProc(void* worker) {
 }
 
 DWORD CScriptWorker::Run() {
-  const EONX_ERR_ERRCODE_ result = m_processor->ExecuteScriptFile(m_path.c_str(), Output, this);
+  const EONX_ERR_ERRCODE_ result = m_processor->RunPreparedFile(m_path.c_str(), Output, this);
   SendOutput(TakeOutput());
   if (!m_abandoned)
     PostMessageA(m_window, kScriptEndedMessage, static_cast<WPARAM>(result), 0);

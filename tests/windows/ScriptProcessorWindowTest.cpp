@@ -113,6 +113,17 @@ TEST_CASE("a window that goes away ends its script") {
   CHECK(bench.channel.LockDepth() == 0);
 }
 
+TEST_CASE("a window that goes away ends the host's own run of its object") {
+  const ScriptBench bench;
+  HWND window = bench.window.Handle();
+  const EONX_ERR_ERRCODE_ result = bench.host.Ask([&] {
+    const OndScriptOutput destroy = [](void* handle, const char*) { DestroyWindow(*static_cast<HWND*>(handle)); };
+    return bench.client->Call(ONX_CALL_EXECUTE_SCRIPT, reinterpret_cast<std::uint64_t>("while (1) { print(1); }"),
+                              reinterpret_cast<std::uint64_t>(destroy), reinterpret_cast<std::uint64_t>(&window), 0);
+  });
+  CHECK(result == EONX_ERR_SCRIPT);
+}
+
 TEST_CASE("a window that goes away at once after the start ends its script") {
   ScriptBench bench;
   bench.folder.Write("test.dcs", "while (1) { }");
