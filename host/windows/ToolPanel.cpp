@@ -71,7 +71,7 @@ void ToolPanel::Add(const Module::Kind& kind, Module::Object object) {
   SendMessageA(button, WM_SETFONT, static_cast<WPARAM>(SendMessageA(m_window, WM_GETFONT, 0, 0)), FALSE);
   const std::string item = title + "\tCtrl+" + std::to_string(m_tools.size() + 1);
   AppendMenuA(ToolsMenu(m_window), MF_STRING, command, item.c_str());
-  m_tools.push_back({kind.name, std::move(object), button, command});
+  m_tools.push_back({kind.name, std::move(object), button, command, nullptr});
 }
 
 void ToolPanel::AttachProblem(HWND window, const std::string& problem) {
@@ -94,9 +94,15 @@ bool ToolPanel::OnCommand(UINT command) {
   return false;
 }
 
+// A window that waits for an answer, or for a copy, is brought to the front instead of being hidden.
 void ToolPanel::Toggle(Tool& tool) {
   const std::string name = tool.name; // a box lets the user close everything, this tool included
   const bool open = tool.object->IsNonModalDialogOpen() != 0;
+  if (open && !IsWindowEnabled(tool.window)) {
+    SetForegroundWindow(GetLastActivePopup(tool.window));
+    Refresh();
+    return;
+  }
   const EONX_ERR_ERRCODE_ result = open ? tool.object->CloseDialogNonModal() : Show(tool);
   Refresh();
   if (result != EONX_ERR_NONE)
@@ -107,8 +113,10 @@ EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
   const std::vector<HWND> before = OwnedWindows(m_window);
   const EONX_ERR_ERRCODE_ result = tool.object->ShowDialogNonModal(m_window);
   for (const HWND window : OwnedWindows(m_window)) {
-    if (std::find(before.begin(), before.end(), window) == before.end())
+    if (std::find(before.begin(), before.end(), window) == before.end()) {
+      tool.window = window;
       PlaceBeside(m_window, window, tool.command - IDM_FIRST_TOOL);
+    }
   }
   return result;
 }

@@ -24,7 +24,8 @@ public:
 
   // Connects all objects; null disconnects them.
   void Connect(COndDeviceComm_0* channel);
-  // Shows the window of a tool or hides it. False: `command` is none of a tool's.
+  // Shows the window of a tool or hides it; one that waits for an answer comes to the front. False: `command` is none
+  // of a tool's.
   bool OnCommand(UINT command);
   // Lets buttons and menu items show which windows are open.
   void Refresh();
@@ -39,6 +40,7 @@ private:
     Module::Object object;
     HWND button;
     UINT command;
+    HWND window; // null until it was shown
   };
   void Add(const Module::Kind& kind, Module::Object object);
   void Toggle(Tool& tool);

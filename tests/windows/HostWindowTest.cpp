@@ -185,8 +185,11 @@ TEST_CASE("closing the main window ends a copy") {
   chooser.WaitUntilGone("the file dialog");
   WaitFor("something to copy", [&] { return manager.Control(IDC_FM_COPY_ALL).Enabled(); });
   manager.PressControl(IDC_FM_COPY_ALL);
-  host.WaitForTop("Progress");
+  const Window progress = host.WaitForTop("Progress");
   host.WaitForText(IDC_CHANNEL_STATE, "open, used by a tool");
+  host.Main().Send(WM_COMMAND, IDM_FIRST_TOOL + 1); // does not hide what is busy
+  CHECK(manager.Visible());
+  CHECK(progress.Visible());
   host.Main().PressCloseBox();
   CHECK(host.WaitForEnd() == 0);
 }
