@@ -1,7 +1,7 @@
 // The File Manager under load: a job of 10 000 files from loading to saving, a directory of 256 files, and what a copy
 // takes beyond the channel's own time, beside the same transfers asked for directly.
+#include "bench/IdleChannel.h"
 #include "bench/SideBySide.h"
-#include "frame/OndDeviceClient.h"
 #include "res/resource.h"
 
 #include <windows.h>
@@ -23,22 +23,12 @@ constexpr std::uint32_t kDirectory = 256;
 constexpr int kRounds = 5;
 
 // Takes its time for each step of a transfer, as a serial link does.
-class SlowChannel : public COndDeviceComm_0 {
+class SlowChannel : public IdleChannel {
 public:
   std::uint32_t filesOnDevice = 0;
   DWORD stepMs = 0;
   int transfers = 0;
 
-  const char* GetInfoString(std::uint32_t, std::int64_t) override { return "slow"; }
-  std::int32_t Lock(void*, std::uint32_t) override { return 0; }
-  std::int32_t Unlock(void*) override { return 0; }
-  std::uint32_t GetState() override { return 1; }
-  std::int32_t Receive(char*, std::uint32_t, std::uint64_t*) override { return 1; }
-  std::int32_t Transmit(const char*, std::uint64_t, std::uint64_t*) override { return 1; }
-  std::int32_t TransmitFileFromMemory(const char*, std::uint64_t, std::uint8_t, std::uint8_t, std::uint32_t,
-                                      TransferProgressCallback, void*, std::uint32_t, std::uint32_t) override {
-    return 1;
-  }
   std::int32_t TransmitFile(const char*, std::uint8_t, std::uint8_t, std::uint32_t, TransferProgressCallback callback,
                             void* context, std::uint32_t, std::uint32_t steps) override {
     ++transfers;
@@ -49,7 +39,6 @@ public:
     }
     return 0;
   }
-  std::int32_t ReadDirectory() override { return 0; }
   std::uint64_t GetDirectoryEntryCount() override { return filesOnDevice; }
   std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override {
     *entry = {static_cast<std::uint8_t>(index), 1, index * 1000};
@@ -59,8 +48,6 @@ public:
     *info = {};
     return 0;
   }
-  std::int32_t DeleteDeviceFile(std::uint8_t) override { return 1; }
-  std::int32_t FormatDevice(std::uint32_t) override { return 1; }
 };
 
 // --- a user at the windows, on a thread of its own

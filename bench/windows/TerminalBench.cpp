@@ -1,7 +1,7 @@
 // 1 MiB of answers in one burst, on the screen, beside a bare list box that is filled with the same last 5001 lines.
 // And how long one poll of a device that never stops keeps the window.
+#include "bench/IdleChannel.h"
 #include "bench/SideBySide.h"
-#include "frame/OndDeviceClient.h"
 #include "res/resource.h"
 
 #include <windows.h>
@@ -17,15 +17,11 @@ constexpr std::size_t kShown = 5001;
 constexpr int kRounds = 10;
 
 // A device that has said everything already.
-class BurstChannel : public COndDeviceComm_0 {
+class BurstChannel : public IdleChannel {
 public:
   std::string_view waiting;
   std::string_view endless; // when nothing waits: this, again and again
 
-  const char* GetInfoString(std::uint32_t, std::int64_t) override { return "burst"; }
-  std::int32_t Lock(void*, std::uint32_t) override { return 0; }
-  std::int32_t Unlock(void*) override { return 0; }
-  std::uint32_t GetState() override { return 1; }
   std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
     if (waiting.empty())
       waiting = endless;
@@ -33,21 +29,6 @@ public:
     waiting.remove_prefix(*received);
     return 0;
   }
-  std::int32_t Transmit(const char*, std::uint64_t, std::uint64_t*) override { return 0; }
-  std::int32_t TransmitFileFromMemory(const char*, std::uint64_t, std::uint8_t, std::uint8_t, std::uint32_t,
-                                      TransferProgressCallback, void*, std::uint32_t, std::uint32_t) override {
-    return 1;
-  }
-  std::int32_t TransmitFile(const char*, std::uint8_t, std::uint8_t, std::uint32_t, TransferProgressCallback, void*,
-                            std::uint32_t, std::uint32_t) override {
-    return 1;
-  }
-  std::int32_t ReadDirectory() override { return 1; }
-  std::uint64_t GetDirectoryEntryCount() override { return 0; }
-  std::int32_t GetDirectoryEntry(std::uint32_t, TDEVDIRENTRY*) override { return 1; }
-  std::int32_t GetDirectoryInfo(TDEVDIRINFO*) override { return 1; }
-  std::int32_t DeleteDeviceFile(std::uint8_t) override { return 1; }
-  std::int32_t FormatDevice(std::uint32_t) override { return 1; }
 };
 
 // Lines of a length that differs a little, as a device's are.

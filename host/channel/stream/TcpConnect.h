@@ -3,7 +3,9 @@
 
 #include "host/channel/stream/Link.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <functional>
 #include <vector>
 
@@ -20,6 +22,20 @@ struct Addresses {
   std::vector<SocketAddress> all;
   LinkFailure failure; // set: there are none
 };
+
+// What a system's getaddrinfo has found.
+template <class AddressInfo>
+Addresses CopyAddresses(const AddressInfo* list) {
+  Addresses found;
+  for (; list; list = list->ai_next) {
+    SocketAddress copy;
+    copy.family = list->ai_family;
+    copy.size = std::min<std::size_t>(list->ai_addrlen, copy.bytes.size());
+    std::memcpy(copy.bytes.data(), list->ai_addr, copy.size);
+    found.all.push_back(copy);
+  }
+  return found;
+}
 
 using ConnectDeadline = std::chrono::steady_clock::time_point;
 

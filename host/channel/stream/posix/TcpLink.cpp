@@ -3,7 +3,6 @@
 #include "host/support/SystemError.h"
 
 #include <cerrno>
-#include <cstring>
 #include <memory>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -83,15 +82,7 @@ Addresses LookUp(const TcpAddress& address) {
   if (error != 0)
     return {{}, error == EAI_SYSTEM ? SystemErrorText(errno) : gai_strerror(error)};
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(list, freeaddrinfo);
-  Addresses found;
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress copy;
-    copy.family = each->ai_family;
-    copy.size = std::min<std::size_t>(each->ai_addrlen, copy.bytes.size());
-    std::memcpy(copy.bytes.data(), each->ai_addr, copy.size);
-    found.all.push_back(copy);
-  }
-  return found;
+  return CopyAddresses(list);
 }
 
 bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline) {

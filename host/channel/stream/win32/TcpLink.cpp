@@ -4,8 +4,6 @@
 #include "host/channel/stream/win32/OverlappedLink.h"
 #include "host/support/SystemError.h"
 
-#include <algorithm>
-#include <cstring>
 #include <mstcpip.h>
 #include <utility>
 #include <ws2tcpip.h>
@@ -156,15 +154,7 @@ Addresses LookUp(const TcpAddress& address) {
   if (error != 0)
     return {{}, SystemErrorText(error)};
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(list, freeaddrinfo);
-  Addresses found;
-  for (const addrinfo* each = list; each != nullptr; each = each->ai_next) {
-    SocketAddress copy;
-    copy.family = each->ai_family;
-    copy.size = std::min<std::size_t>(each->ai_addrlen, copy.bytes.size());
-    std::memcpy(copy.bytes.data(), each->ai_addr, copy.size);
-    found.all.push_back(copy);
-  }
-  return found;
+  return CopyAddresses(list);
 }
 
 bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline) {
