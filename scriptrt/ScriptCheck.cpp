@@ -5,10 +5,14 @@
 
 namespace {
 
-// An error is reported where reading its token began, in front of white space; a person wants to see the token.
+// An error is reported where reading its token began, in front of white space and comments; a person wants to see the
+// token, or the end of what stands in front of it when the text has no more.
 std::uint64_t TokenItself(std::string_view text, std::uint64_t start) {
-  const std::size_t begin = text.find_first_not_of(" \t\r\n", start);
-  return begin == std::string_view::npos ? start : begin;
+  constexpr std::string_view kSpace = " \t\r\n";
+  std::size_t at = text.find_first_not_of(kSpace, start);
+  while (at < text.size() && text[at] == '#')
+    at = text.find_first_not_of(kSpace, text.find('\n', at));
+  return at < text.size() ? at : start;
 }
 
 } // namespace
