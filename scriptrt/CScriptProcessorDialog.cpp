@@ -19,6 +19,9 @@ constexpr const char* kFilter = "Script files (*.dcs)|*.dcs|All files (*.*)|*.*|
 // Takes output that the worker holds back, while a script runs.
 constexpr UINT_PTR kOutputTimer = 2;
 constexpr UINT kOutputTimerMs = 50;
+// Tells how a script ended once the window can show it.
+constexpr UINT_PTR kReportTimer = 3;
+constexpr UINT kReportTimerMs = 100;
 
 // How the controls follow the window's edges.
 constexpr struct {
@@ -189,11 +192,21 @@ const char* CScriptProcessorDialog::StartScript() {
 void CScriptProcessorDialog::OnScriptEnded(const Message& message) {
   m_worker.Join();
   KillTimer(kOutputTimer);
+  m_result = static_cast<std::int32_t>(message.wParam);
+  ReportEnd();
+}
+
+// Behind an open file dialog this waits: a box would free the window when it closes, with the dialog still open.
+void CScriptProcessorDialog::ReportEnd() {
+  KillTimer(kReportTimer);
+  if (!IsWindowEnabled(GetSafeHwnd())) {
+    SetTimer(kReportTimer, kReportTimerMs);
+    return;
+  }
   UpdateDialogState();
-  const auto result = static_cast<std::int32_t>(message.wParam);
-  if (result != EONX_ERR_NONE) {
+  if (m_result != EONX_ERR_NONE) {
     COndDeviceComm_0* const channel = GetDeviceComm();
-    ShowError("Error executing script: " + (channel ? ErrorText(*channel, result) : std::to_string(result)));
+    ShowError("Error executing script: " + (channel ? ErrorText(*channel, m_result) : std::to_string(m_result)));
   }
   m_running = false;
   UpdateDialogState();
@@ -215,6 +228,10 @@ void CScriptProcessorDialog::OnScriptOutput(const Message& message) {
 }
 
 bool CScriptProcessorDialog::OnTimer(const Message& message) {
+  if (message.wParam == kReportTimer) {
+    ReportEnd();
+    return true;
+  }
   if (message.wParam != kOutputTimer)
     return false;
   if (const std::string text = m_worker.TakeOutput(); !text.empty())

@@ -34,12 +34,14 @@ private:
   CONXScriptProcessor* GetProcessor() const;
   void SetPath(const std::string& path);
   const char* StartScript();
+  void ReportEnd();
   void AppendToLog(const char* text);
 
   CFont m_font; // of the log
   CScriptLogList m_log;
   std::string m_path;
   CScriptWorker m_worker;
-  bool m_running = false; // from the start of a script until its end has been shown
-  int m_initialWidth = 0; // pixels
+  bool m_running = false;    // from the start of a script until its end has been shown
+  std::int32_t m_result = 0; // of the last script
+  int m_initialWidth = 0;    // pixels
 };

@@ -79,6 +79,19 @@ TEST_CASE("failures before a script runs") {
   }
 }
 
+TEST_CASE("a script that fails behind an open file dialog is told of afterwards") {
+  const ScriptBench bench;
+  bench.Start("delay(300); exit(1);");
+  bench.window.PressControl(IDC_SCRIPT_BROWSE);
+  const Window dialog = Window::WaitForTop("Open a script file");
+  WaitFor("the diagnostic", [&] { return bench.log.Send(LB_GETCOUNT) > 0; });
+  bench.host.Settle();
+  CHECK_FALSE(Window::FindTop("Error").Exists());
+  dialog.PressControl(IDCANCEL);
+  Window::AnswerBox("Error", "Error executing script: the script failed");
+  bench.WaitForEnd();
+}
+
 TEST_CASE("Stop ends a script, and the same button starts the next one") {
   const ScriptBench bench;
   bench.Start(R"(print("on\n"); while (1) { })");
