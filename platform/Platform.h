@@ -29,9 +29,16 @@ public:
 
   // Natively also from a signal handler.
   void Set();
+  // Sets the event and tells that nobody wants the rest of the run: it ends at the next statement block, not only in
+  // the next round of a loop.
+  void Abandon() {
+    m_abandoned.store(true, std::memory_order_release);
+    Set();
+  }
   void Reset();
   // Asked in every round of a script's loops: a plain read, no system call.
   bool IsSet() const { return m_set.load(std::memory_order_acquire); }
+  bool IsAbandoned() const { return m_abandoned.load(std::memory_order_acquire); }
   // Waits until the event is signalled (true) or the time is over (false).
   bool Wait(std::uint32_t milliseconds) const;
 
@@ -39,6 +46,7 @@ private:
   struct Body;
   std::unique_ptr<Body> m_body;
   std::atomic<bool> m_set{false};
+  std::atomic<bool> m_abandoned{false};
 };
 static_assert(std::atomic<bool>::is_always_lock_free); // a signal handler must not take a lock
 

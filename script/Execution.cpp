@@ -15,6 +15,8 @@ ScriptError CONXScriptFunc::Execute(CONXRunContext& /*context*/, Activation* sym
 ScriptError CONXScriptFunc::ExecuteBody(Activation& activation, const Statements& statements) {
   if (platform::FreeStack() == 0)
     return kOutOfMemory;
+  if (m_program->Context().StopEvent().IsAbandoned())
+    return kProcessingAborted;
   MakeVariables(activation);
   for (const Statement& statement : statements)
     if (const ScriptError error = ExecuteStatement(activation, statement))

@@ -46,6 +46,8 @@ ScriptError CONXScriptFunc::ParseBlock(SourceCursor& cursor, unsigned depth, Sta
 
 ScriptError CONXScriptFunc::ParseStatement(SourceCursor& cursor, unsigned depth, const Token& first, TokenIndex place,
                                            Statements* statements) {
+  if (m_program->Context().StopEvent().IsAbandoned())
+    return kProcessingAborted;
   if (IsName(first, kNameVar))
     return ParseDeclaration(cursor);
   if (IsName(first, kNameFunc))

@@ -1,6 +1,7 @@
 #include "scriptrt/DeviceFileFunctions.h"
 
 #include "frame/CONXDeviceClient.h"
+#include "frame/ChannelText.h"
 
 #include <algorithm>
 #include <utility>
@@ -53,9 +54,8 @@ private:
   std::size_t m_barStart;
 };
 
-std::string CONXFileOp::ErrorText(std::int32_t code) const {
-  const char* const text = Services().channel->GetInfoString(OND_INFO_ERROR, code);
-  return text ? text : "";
+std::string CONXFileOp::ChannelText(std::int32_t code) const {
+  return ErrorText(*Services().channel, code);
 }
 
 ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool ignoreFailure) {
@@ -69,7 +69,7 @@ ScriptError CONXTransmitFile::Perform(const SysCall& call) {
   const std::int32_t code = Services().channel->TransmitFile(
       call.PathAt(0).c_str(), static_cast<std::uint8_t>(call.NumberAt(1)), static_cast<std::uint8_t>(call.NumberAt(2)),
       static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep, &progress, kFlag, kSteps);
-  Write(code == 0 ? " -> OK\n" : "\n" + ErrorText(code) + " during TransmitFile (" + name + ")\n");
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFile (" + name + ")\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
 
@@ -81,7 +81,7 @@ ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
       data.data(), data.size(), static_cast<std::uint8_t>(call.NumberAt(1)),
       static_cast<std::uint8_t>(call.NumberAt(2)), static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep,
       &progress, kFlag, kSteps);
-  Write(code == 0 ? " -> OK\n" : "\n" + ErrorText(code) + " during TransmitFileFromString\n");
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFileFromString\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
 
@@ -101,7 +101,7 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
     const std::int32_t code = Services().channel->TransmitFile(
         entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
     Write(code == 0 ? " -> OK\n"
-                    : "\n-> " + ErrorText(code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
+                    : "\n-> " + ChannelText(code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
     firstFailure = firstFailure != 0 ? firstFailure : code;
     // A stop ends the list too: the files that are left would each only fail for the same reason.
     if (code != 0 && (!continueAfterError || call.context.StopEvent().IsSet()))

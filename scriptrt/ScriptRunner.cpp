@@ -167,3 +167,7 @@ void CScriptRunner::PrepareRun() {
 void CScriptRunner::StopScript() {
   m_body->context.StopEvent().Set();
 }
+
+void CScriptRunner::AbandonScript() {
+  m_body->context.StopEvent().Abandon();
+}

@@ -40,8 +40,10 @@ public:
 
   // Forgets stop requests made before this moment. Called where a run is asked for, by whoever asks for it.
   void PrepareRun();
-  // Asks the running script to end. [any thread, a signal-safe moment excepted]
+  // Asks the running script to end: loops and whatever waits look at this. [any thread, a signal-safe moment excepted]
   void StopScript();
+  // The same for a run that nobody wants any more; everything looks at this. [any thread]
+  void AbandonScript();
 
 private:
   struct Body;

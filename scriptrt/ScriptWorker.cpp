@@ -80,7 +80,7 @@ void CScriptWorker::Join() {
 void CScriptWorker::Abandon() {
   if (m_thread) {
     m_abandoned = true;
-    m_processor->StopScript();
+    m_processor->AbandonScript();
     WaitServingSentMessages();
     Join();
   }

@@ -52,6 +52,7 @@ void StopEvent::Set() {
 }
 
 void StopEvent::Reset() {
+  m_abandoned.store(false, std::memory_order_release);
   m_set.store(false, std::memory_order_release);
   std::uint64_t count;
   [[maybe_unused]] const auto emptied = read(m_body->counter, &count, sizeof count);

@@ -28,6 +28,7 @@ void StopEvent::Set() {
 }
 
 void StopEvent::Reset() {
+  m_abandoned.store(false, std::memory_order_release);
   m_set.store(false, std::memory_order_release);
   ResetEvent(m_body->event);
 }

@@ -111,6 +111,7 @@ TEST_CASE("a window that goes away ends its script") {
       R"(print("on\n"); while (1) { print("flood\n"); })",
       R"(print("on\n"); while (1) { transmitstring("x"); })",
       R"(print("on\n"); delay(1000000);)",
+      R"(func f(var int32 n) { if (n > 0) { f(n - 1); f(n - 1); } } print("on\n"); f(60);)",
   };
   for (const char* const script : scripts) {
     CAPTURE(script);
