@@ -75,6 +75,10 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     PrintMessage(program, "standard input cannot be read");
     return kExitStream;
   }
+  if (text && text->find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
+    PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");
+    return kExitStream;
+  }
   const ChannelResult made = MakeChannel(arguments.channel);
   if (!made.channel) {
     PrintMessage(program, made.badText ? "--channel: " + made.error : made.error);

@@ -19,12 +19,14 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes);
 
 // --- the system part
 
-// The path as the C library takes it.
+// The path as the C library takes it; empty when the system has no such path.
 std::string SystemPath(const std::string& path);
 // A path that a user typed as scripts see paths.
 std::string ScriptPath(const std::string& typed);
 // `folder` and a name within it.
 std::string PathInFolder(const std::string& folder, const std::string& name);
+// Whether a file is there, and no folder, device or pipe, whose end may never come.
+bool IsRegularFile(const std::string& path);
 bool ReplaceLocalFile(const std::string& from, const std::string& to);
 bool RemoveLocalFile(const std::string& path);
 // True when the folder is there afterwards. Folders above it must exist.

@@ -4,16 +4,21 @@
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
+#include <filesystem>
 #include <memory>
 #include <sys/stat.h>
 
 namespace host {
 
+// ".." is resolved in the text, as Windows does: the folder in front of it need not exist. There is no drive but "Z:",
+// and there are no network paths.
 std::string SystemPath(const std::string& path) {
-  const bool hasRootDrive = path.size() >= 2 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':';
-  std::string result = hasRootDrive ? path.substr(2) : path;
+  const bool hasDrive = path.size() >= 2 && path[1] == ':';
+  if (path.starts_with("\\\\") || (hasDrive && path[0] != 'Z' && path[0] != 'z'))
+    return {};
+  std::string result = hasDrive ? path.substr(2) : path;
   std::replace(result.begin(), result.end(), '\\', '/');
-  return result;
+  return std::filesystem::path(result).lexically_normal();
 }
 
 std::string ScriptPath(const std::string& typed) {
@@ -24,6 +29,11 @@ std::string ScriptPath(const std::string& typed) {
 
 std::string PathInFolder(const std::string& folder, const std::string& name) {
   return folder + '/' + name;
+}
+
+bool IsRegularFile(const std::string& path) {
+  struct stat status = {};
+  return stat(SystemPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 bool ReplaceLocalFile(const std::string& from, const std::string& to) {
