@@ -133,6 +133,8 @@ public:
     for (int number = 0; !m_file && number < kMostLeftovers; ++number) {
       m_path = beside + std::to_string(number);
       m_file = platform::File::Open(m_path, platform::File::Mode::kCreateNew);
+      if (!m_file && !platform::File::Open(m_path, platform::File::Mode::kRead))
+        break; // it is not the name that is in the way
     }
     m_exists = m_file.has_value();
   }
