@@ -95,8 +95,9 @@ enum : std::uint32_t {
   OND_INFO_ERROR = 2,         // the text of the error `code`
 };
 
-// The host's link to one device. The module calls it from the user-interface thread and from its workers; apart from
-// `GetInfoString`, `Lock`, `Unlock` and `GetState` it does so only between a successful `Lock` and its `Unlock`.
+// The host's link to one device. The module calls it from the user-interface thread, from its workers and, while a
+// script runs there, from the thread that came by `Call`; apart from `GetInfoString`, `Lock`, `Unlock` and `GetState`
+// it does so only between a successful `Lock` and its `Unlock`.
 // Operations that return `int32_t` answer 0 for success and otherwise an error of the channel's own, whose text is
 // `GetInfoString(OND_INFO_ERROR, code)`; the module shows that text as it stands.
 //
@@ -133,7 +134,7 @@ struct COndDeviceComm_0 {
   virtual void Reserved18() {}
 
   // Puts up to `bufferSize` waiting bytes into `buffer` and their number into `received` (0: nothing waits). Does not
-  // wait for bytes to arrive. [user-interface thread and workers, locked]
+  // wait for bytes to arrive. [any of these threads, locked]
   virtual std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) = 0;
   // Sends `length` bytes of any value. `written` is provided by the module and never read by it. [as Receive]
   virtual std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) = 0;
@@ -141,13 +142,13 @@ struct COndDeviceComm_0 {
   virtual void Reserved22() {}
 
   // Sends bytes from memory as a device file. `flag` is always 1. `callback` (may be null) is told the progress in
-  // `steps` steps. Returns when the transfer has ended. [workers, locked]
+  // `steps` steps. Returns when the transfer has ended. [workers and `Call`'s thread, locked]
   virtual std::int32_t TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                               std::uint8_t fileType, std::uint32_t fileMode,
                                               TransferProgressCallback callback, void* context, std::uint32_t flag,
                                               std::uint32_t steps) = 0;
   virtual void Reserved24() {}
-  // The same with the bytes of a local file. [workers, locked]
+  // The same with the bytes of a local file. [as TransmitFileFromMemory]
   virtual std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType,
                                     std::uint32_t fileMode, TransferProgressCallback callback, void* context,
                                     std::uint32_t flag, std::uint32_t steps) = 0;
