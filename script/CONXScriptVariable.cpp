@@ -94,8 +94,7 @@ ScriptError CONXScriptVariable::ApplyAssignment(Operator op, const CONXScriptVar
   if (GetType() == DataType::kString && sourceType == DataType::kString) {
     if (op != Operator::kAddAssign)
       return kSyntaxError;
-    const SharedText more = source.GetSharedText(); // the source may be this variable
-    Target()->m_text.Append(more.Bytes());
+    Target()->m_text.Append(SharedText(source.GetSharedText()).Bytes()); // a copy: the source may be this variable
     return kScriptOk;
   }
   if (!IsNumeric(GetType()) || !IsNumeric(sourceType))

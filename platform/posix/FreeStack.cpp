@@ -8,7 +8,7 @@ namespace platform {
 namespace {
 
 // A stack without a limit, or with a huge one, is used no further: endless recursion is to end before the memory does.
-constexpr std::uintptr_t kMostUsed = 64 * 1024 * 1024;
+constexpr std::uintptr_t kMostUsed = std::uintptr_t{64} << 20;
 
 struct Limits {
   std::uintptr_t bottom = 0;

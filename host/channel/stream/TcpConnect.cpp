@@ -20,7 +20,7 @@ struct LookUpState {
 // A system's look-up cannot be ended, and may take longer than a user waits. So it has a thread of its own, which is
 // left alone when nobody waits any more: it owns all that it touches and ends with the look-up.
 std::shared_ptr<LookUpState> StartLookUp(const TcpAddress& address) {
-  const auto state = std::make_shared<LookUpState>();
+  auto state = std::make_shared<LookUpState>();
   std::thread([state, address] {
     Addresses found;
     try {
