@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -64,7 +65,8 @@ int Main(int argc, char** argv) {
   run->footer(kFooter);
   const host::RunOptions options(*run);
 
-  CLI::App* const check = app.add_subcommand("check", "Prints each problem as FILE:LINE:COLUMN: error: TEXT");
+  CLI::App* const check =
+      app.add_subcommand("check", "Prints the first problem of each script as FILE:LINE:COLUMN: error: TEXT");
   check->footer(kFooter);
   std::vector<std::string> files;
   std::vector<std::string> sets;
@@ -86,7 +88,10 @@ int Main(int argc, char** argv) {
 int main(int argc, char** argv) {
   try {
     return Main(argc, argv);
-  } catch (const std::exception& error) { // memory ran out, say
+  } catch (const std::bad_alloc&) {
+    host::PrintMessage(kProgram, "out of memory");
+    return EONX_ERR_OUT_OF_MEMORY;
+  } catch (const std::exception& error) {
     host::PrintMessage(kProgram, error.what());
     return EONX_ERR_OUT_OF_MEMORY;
   }

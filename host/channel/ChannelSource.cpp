@@ -111,6 +111,8 @@ std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fil
   return WithFiles([&](DeviceFiles& files) -> std::int32_t {
     if (localPath == nullptr)
       return kInvalidArgument;
+    if (!IsRegularFile(localPath))
+      return kLocalFileUnreadable;
     std::string bytes;
     switch (ReadWholeFile(localPath, files.LargestFile(), bytes)) {
     case ReadOutcome::kFailed:

@@ -13,7 +13,8 @@ constexpr unsigned kLongestBlockTime = 60000; // ms
 
 ChannelArguments::ChannelArguments(CLI::App& command) {
   command.add_option("--channel", m_options.text, std::string("the device: ") + kChannelForms)->capture_default_str();
-  command.add_option("--device-dir", m_options.sim.folder, "folder in which the simulated device keeps its files");
+  command.add_option("--device-dir", m_options.sim.folder, "folder in which the simulated device keeps its files")
+      ->check([](const std::string& folder) { return folder.empty() ? "the folder has no name" : ""; });
   AddRepeatedOption(command, "--fault", m_faults, "OPERATION[:N]=CODE",
                     "the N-th call (without N: every call) of a channel operation answers CODE");
   command

@@ -57,8 +57,11 @@ void PrintValues(const std::vector<std::string>& names, ScriptMachine& machine, 
 }
 
 void PrintRunEnd(std::string_view program, const std::string& script, const RunEnd& end) {
-  const bool stopped = end.interrupted && end.result == EONX_ERR_SCRIPT;
-  const char* const text = stopped ? "stopped by Ctrl+C" : ResultText(end.result);
+  const char* text = ResultText(end.result);
+  if (end.interrupted && end.result == EONX_ERR_SCRIPT)
+    text = "stopped by Ctrl+C";
+  else if (end.interrupted && end.result == EONX_ERR_NONE)
+    text = "Ctrl+C was pressed, and the script went on to its end";
   if (text != nullptr)
     PrintMessage(program, script.empty() ? text : script + ": " + text);
 }
@@ -98,11 +101,11 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
   StandardOutput output;
   const RunEnd end = Run(arguments, text, machine, output);
   PrintValues(arguments.gets, machine, output);
-  PrintRunEnd(program, arguments.script, end);
-  if (output.Failed()) {
+  if (output.Failed()) { // the run was stopped for this
     PrintMessage(program, "standard output cannot be written");
     return kExitStream;
   }
+  PrintRunEnd(program, arguments.script, end);
   // A script that was stopped does not wait for its device.
   const std::int32_t unsent = end.interrupted ? 0 : made.channel->WaitUntilSent();
   if (unsent != 0)

@@ -46,7 +46,7 @@ bool IsIdentifier(std::string_view name) {
 
 // Words that begin statements: a script could not reach a variable of that name.
 bool IsKeyword(std::string_view name) {
-  constexpr std::string_view kKeywords[] = {"var", "func", "if", "while"};
+  constexpr std::string_view kKeywords[] = {"var", "func", "if", "else", "while"};
   return std::any_of(std::begin(kKeywords), std::end(kKeywords),
                      [&](std::string_view word) { return EqualIgnoringCase(name, word); });
 }

@@ -8,10 +8,12 @@
 #include "host/windows/Program.h"
 
 #include <CLI/CLI.hpp>
+#include <windows.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 namespace {
 
@@ -109,12 +111,23 @@ int Main(int argc, char** argv) {
   return ShowWindows(channel);
 }
 
+// For a Ctrl+C that nobody takes. Wine's own handler would end the process as if all had gone well.
+BOOL WINAPI EndProcess(DWORD control) {
+  if (control == CTRL_C_EVENT || control == CTRL_BREAK_EVENT)
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
+  return FALSE;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+  SetConsoleCtrlHandler(EndProcess, TRUE);
   try {
     return Main(argc, argv);
-  } catch (const std::exception& error) { // memory ran out, say
+  } catch (const std::bad_alloc&) {
+    host::PrintMessage(kProgram, "out of memory");
+    return EONX_ERR_OUT_OF_MEMORY;
+  } catch (const std::exception& error) {
     host::PrintMessage(kProgram, error.what());
     return EONX_ERR_OUT_OF_MEMORY;
   }

@@ -25,7 +25,7 @@ bool WriteNewFile(const std::string& path, const std::string& bytes) {
 } // namespace
 
 ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes) {
-  const OpenFile file(IsRegularFile(path) ? std::fopen(SystemPath(path).c_str(), "rb") : nullptr);
+  const OpenFile file(std::fopen(SystemPath(path).c_str(), "rb"));
   if (!file)
     return ReadOutcome::kFailed;
   bytes.clear();
