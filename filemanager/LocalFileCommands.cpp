@@ -5,7 +5,6 @@
 #include <shellapi.h>
 
 #include <new>
-#include <utility>
 
 namespace {
 
@@ -48,8 +47,8 @@ CFileDialog JobFileDialog(const char* title, const char* filter) {
 // Without a channel no timer refreshes the buttons, so every change of the rows does. A row that the user removes is
 // still there when this is told, and more may follow.
 bool CFileManagerDialog::OnLocalRowLeaves() {
-  if (!std::exchange(m_rowsLeave, true))
-    PostMessageA(GetSafeHwnd(), kRowsLeftMessage, 0, 0);
+  if (!m_rowsLeave)
+    m_rowsLeave = PostMessageA(GetSafeHwnd(), kRowsLeftMessage, 0, 0) != FALSE;
   return false;
 }
 

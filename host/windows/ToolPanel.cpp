@@ -98,7 +98,7 @@ bool ToolPanel::OnCommand(UINT command) {
 void ToolPanel::Toggle(Tool& tool) {
   const std::string name = tool.name; // a box lets the user close everything, this tool included
   const bool open = tool.object->IsNonModalDialogOpen() != 0;
-  if (open && !IsWindowEnabled(tool.window)) {
+  if (open && IsWindow(tool.window) && !IsWindowEnabled(tool.window)) {
     SetForegroundWindow(GetLastActivePopup(tool.window));
     Refresh();
     return;
@@ -113,7 +113,7 @@ EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
   const std::vector<HWND> before = OwnedWindows(m_window);
   const EONX_ERR_ERRCODE_ result = tool.object->ShowDialogNonModal(m_window);
   for (const HWND window : OwnedWindows(m_window)) {
-    if (std::find(before.begin(), before.end(), window) == before.end()) {
+    if (IsWindowVisible(window) && std::find(before.begin(), before.end(), window) == before.end()) {
       tool.window = window;
       PlaceBeside(m_window, window, tool.command - IDM_FIRST_TOOL);
     }
