@@ -196,7 +196,7 @@ void CTerminalDialog::Poll() {
   }
   if (received != Received::kNothing)
     ShowAnswers();
-  if (received == Received::kNotAll)
+  if (received == Received::kNotAll && IsWindowVisible(GetSafeHwnd()))
     SetTimer(kMoreTimer, kMoreMs);
   UpdateDialogState();
 }
