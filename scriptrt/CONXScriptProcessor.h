@@ -31,8 +31,8 @@ public:
   // requests and belongs to the thread that asks for the run, so that a stop from then on counts.
   void PrepareRun();
   EONX_ERR_ERRCODE_ RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext);
-  // For whoever waits for the end of a run on that thread. The run ends at once where it executes a script; its
-  // questions are answered with Cancel (see CWindowsOperator::Dismiss).
+  // For whoever waits for the end of a run on that thread. The run ends at its next statement block, loop round or
+  // wait; its questions are answered with Cancel (see CWindowsOperator::Dismiss).
   void AbandonScript() { m_runner.AbandonScript(); }
   void DismissQuestions(DWORD scriptThread) { m_operator.Dismiss(scriptThread); }
 

@@ -42,7 +42,7 @@ public:
   void PrepareRun();
   // Asks the running script to end: loops and whatever waits look at this. [any thread, a signal-safe moment excepted]
   void StopScript();
-  // The same for a run that nobody wants any more; everything looks at this. [any thread]
+  // The same for a run that nobody wants any more: parsing and every statement block look at this too. [any thread]
   void AbandonScript();
 
 private:

@@ -80,7 +80,6 @@ void CScriptWorker::Join() {
 void CScriptWorker::Abandon() {
   if (m_thread) {
     m_abandoned = true;
-    m_processor->AbandonScript();
     WaitServingSentMessages();
     Join();
   }
@@ -88,6 +87,7 @@ void CScriptWorker::Abandon() {
 
 void CScriptWorker::WaitServingSentMessages() {
   for (;;) {
+    m_processor->AbandonScript(); // again: a run that somebody asks for meanwhile would forget it
     m_processor->DismissQuestions(m_threadId);
     if (MsgWaitForMultipleObjects(1, &m_thread, FALSE, kDismissMs, QS_SENDMESSAGE) == WAIT_OBJECT_0)
       return;
