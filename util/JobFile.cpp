@@ -127,14 +127,12 @@ std::optional<std::vector<TFILEENTRY>> ReadEntries(const std::string& jobPath) {
 class Replacement {
 public:
   explicit Replacement(std::string target) : m_target(std::move(target)) {
-    constexpr int kMostLeftovers = 100;
+    constexpr int kMostLeftovers = 10;
     // As short as "a.dcj": the path must not be too long where the target's is not.
     const std::string beside = m_target.substr(0, m_target.find_last_of("\\/:") + 1) + "~job";
     for (int number = 0; !m_file && number < kMostLeftovers; ++number) {
       m_path = beside + std::to_string(number);
       m_file = platform::File::Open(m_path, platform::File::Mode::kCreateNew);
-      if (!m_file && !platform::File::Open(m_path, platform::File::Mode::kRead))
-        break; // it is not the name that is in the way
     }
     m_exists = m_file.has_value();
   }
