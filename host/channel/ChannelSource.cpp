@@ -111,10 +111,11 @@ std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fil
   return WithFiles([&](DeviceFiles& files) -> std::int32_t {
     if (localPath == nullptr)
       return kInvalidArgument;
-    if (!IsRegularFile(localPath))
+    const std::string path = FromScriptPath(localPath);
+    if (!IsRegularFile(path))
       return kLocalFileUnreadable;
     std::string bytes;
-    switch (ReadWholeFile(localPath, files.LargestFile(), bytes)) {
+    switch (ReadWholeFile(path, files.LargestFile(), bytes)) {
     case ReadOutcome::kFailed:
       return kLocalFileUnreadable;
     case ReadOutcome::kTooLarge:

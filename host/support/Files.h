@@ -19,8 +19,10 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes);
 
 // --- the system part
 
-// The path as the C library takes it; empty when the system has no such path.
+// The path as the C library takes it.
 std::string SystemPath(const std::string& path);
+// A path as scripts and job files mean it, for the functions here; empty when the system has no such path.
+std::string FromScriptPath(const std::string& path);
 // A path that a user typed as scripts see paths.
 std::string ScriptPath(const std::string& typed);
 // `folder` and a name within it.

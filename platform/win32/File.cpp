@@ -11,8 +11,12 @@ namespace {
 HANDLE OpenHandle(const std::string& path, DWORD access, DWORD disposition) {
   if (path.find('\0') != std::string::npos)
     return INVALID_HANDLE_VALUE; // the system would see another name
-  return CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
-                     FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE file = CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE || GetFileType(file) == FILE_TYPE_DISK)
+    return file;
+  CloseHandle(file); // a device ("CON", "COM1"), which might never come to an end
+  return INVALID_HANDLE_VALUE;
 }
 
 HANDLE OpenHandle(const std::string& path, File::Mode mode) {

@@ -10,15 +10,20 @@
 
 namespace host {
 
+std::string SystemPath(const std::string& path) {
+  const bool hasRootDrive = path.size() >= 2 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':';
+  std::string result = hasRootDrive ? path.substr(2) : path;
+  std::replace(result.begin(), result.end(), '\\', '/');
+  return result;
+}
+
 // ".." is resolved in the text, as Windows does: the folder in front of it need not exist. There is no drive but "Z:",
 // and there are no network paths.
-std::string SystemPath(const std::string& path) {
-  const bool hasDrive = path.size() >= 2 && path[1] == ':';
-  if (path.starts_with("\\\\") || (hasDrive && path[0] != 'Z' && path[0] != 'z'))
+std::string FromScriptPath(const std::string& path) {
+  const bool hasOtherDrive = path.size() >= 2 && path[1] == ':' && path[0] != 'Z' && path[0] != 'z';
+  if (hasOtherDrive || path.starts_with("\\\\"))
     return {};
-  std::string result = hasDrive ? path.substr(2) : path;
-  std::replace(result.begin(), result.end(), '\\', '/');
-  return std::filesystem::path(result).lexically_normal();
+  return std::filesystem::path(SystemPath(path)).lexically_normal();
 }
 
 std::string ScriptPath(const std::string& typed) {

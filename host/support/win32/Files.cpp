@@ -11,6 +11,10 @@ std::string SystemPath(const std::string& path) {
   return path;
 }
 
+std::string FromScriptPath(const std::string& path) {
+  return path;
+}
+
 std::string ScriptPath(const std::string& typed) {
   return typed;
 }
@@ -19,10 +23,15 @@ std::string PathInFolder(const std::string& folder, const std::string& name) {
   return folder + '\\' + name;
 }
 
+// Names of devices ("CON", "COM1") look like files until they are open.
 bool IsRegularFile(const std::string& path) {
-  const DWORD attributes = GetFileAttributesA(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES &&
-         (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE)
+    return false;
+  const bool regular = GetFileType(file) == FILE_TYPE_DISK;
+  CloseHandle(file);
+  return regular;
 }
 
 bool ReplaceLocalFile(const std::string& from, const std::string& to) {
