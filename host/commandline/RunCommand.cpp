@@ -100,14 +100,17 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
 
   StandardOutput output;
   const RunEnd end = Run(arguments, text, machine, output);
+  const bool stoppedForOutput = output.Failed();
   PrintValues(arguments.gets, machine, output);
-  if (output.Failed()) { // the run was stopped for this
+  if (!stoppedForOutput)
+    PrintRunEnd(program, arguments.script, end);
+  if (output.Failed()) {
     PrintMessage(program, "standard output cannot be written");
     return kExitStream;
   }
-  PrintRunEnd(program, arguments.script, end);
   // A script that was stopped does not wait for its device.
-  const std::int32_t unsent = end.interrupted ? 0 : made.channel->WaitUntilSent();
+  const bool stopped = end.interrupted && end.result != EONX_ERR_NONE;
+  const std::int32_t unsent = stopped ? 0 : made.channel->WaitUntilSent();
   if (unsent != 0)
     PrintMessage(program, arguments.channel.text + ": not everything was sent: " + ErrorText(*made.channel, unsent));
   return end.result == EONX_ERR_NONE && unsent != 0 ? static_cast<int>(kExitNoChannel) : end.result;
