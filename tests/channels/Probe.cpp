@@ -2,11 +2,11 @@
 //
 //   echo BYTES   sends bytes of all values and compares what comes back
 //   flood BYTES  sends to a device that may not read, in pieces of 1 MiB, and ends without waiting
-//   watch MS     reads nothing for so long, then everything until the end of the connection; then tells what every
-//                operation answers
+//   watch MS     reads nothing for so long, then everything until the end of the connection
 //   leave        ends the channel at once
 //
-// Prints one "NAME VALUE" for a line. No operation waits for the device, so the longest of all calls is among them.
+// All but `flood` also tell what every operation answers in the end. Prints one "NAME VALUE" for a line. No operation
+// waits for the device, so the longest of all calls is among them.
 #include "host/channel/ChannelErrors.h"
 #include "host/channel/ChannelFactory.h"
 
@@ -45,7 +45,7 @@ void PrintTime(const char* name, steady_clock::duration time) {
   Print(name, std::to_string(std::chrono::duration_cast<milliseconds>(time).count()));
 }
 
-std::string ByteAt(std::size_t position, std::size_t count) {
+std::string BytesAt(std::size_t position, std::size_t count) {
   std::string bytes(count, '\0');
   for (std::size_t i = 0; i < count; ++i) // a pattern that does not repeat with a buffer's size
     bytes[i] = static_cast<char>((position + i) * 31 + (position + i) / 251);
@@ -99,56 +99,8 @@ std::string TextOf(host::Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
 }
 
-void WaitForConnection(host::Channel& channel) {
-  WaitFor("the connection", [&] { return !channel.IsConnecting(); });
-  if (!IsOpen(channel))
-    Print("closed", TextOf(channel, host::kNotOpen));
-}
-
-void Echo(host::Channel& channel, std::size_t size) {
-  WaitForConnection(channel);
-  const std::string sent = ByteAt(0, size);
-  std::string received;
-  std::size_t position = 0;
-  WaitFor("all bytes to come back", [&] {
-    if (position < size && Transmit(channel, sent.substr(position, 65536)) == 0)
-      position = std::min(position + 65536, size);
-    ReceiveAll(channel, received);
-    return received.size() >= size || !IsOpen(channel);
-  });
-  const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
-  Print("received", std::to_string(received.size()));
-  Print("same", std::to_string(difference.first - sent.begin()));
-  if (!IsOpen(channel))
-    Print("closed", TextOf(channel, host::kNotOpen));
-}
-
-void Flood(host::Channel& channel, std::size_t size) {
-  WaitForConnection(channel);
-  std::size_t taken = 0;
-  std::int32_t code = 0;
-  while (taken < size && code == 0) {
-    code = Transmit(channel, ByteAt(taken, kPiece));
-    taken += code == 0 ? kPiece : 0;
-  }
-  Print("taken", std::to_string(taken));
-  Print("answer", TextOf(channel, code));
-}
-
-void Watch(host::Channel& channel, milliseconds pause) {
-  std::string received;
-  bool wasOpen = false;
-  const auto start = steady_clock::now();
-  std::this_thread::sleep_for(pause);
-  WaitFor("the end of the connection", [&] {
-    wasOpen = IsOpen(channel) || wasOpen;
-    return ReceiveAll(channel, received) != 0 && !channel.IsConnecting();
-  });
-  PrintTime("closed-after", steady_clock::now() - start);
-  Print("was-open", wasOpen ? "yes" : "no");
-  Print("received", std::to_string(received.size()));
-  Print("same", received == ByteAt(0, received.size()) ? "yes" : "no");
-  Print("text", TextOf(channel, host::kNotOpen));
+// What each operation answers, and why it does when the channel is closed.
+void PrintCodes(host::Channel& channel) {
   std::uint64_t count = 0;
   char byte = 0;
   const std::int32_t codes[] = {
@@ -164,6 +116,54 @@ void Watch(host::Channel& channel, milliseconds pause) {
   for (const std::int32_t code : codes)
     words += (words.empty() ? "" : " ") + std::to_string(code);
   Print("codes", words);
+  Print("text", TextOf(channel, host::kNotOpen));
+}
+
+void WaitForConnection(host::Channel& channel) {
+  WaitFor("the connection", [&] { return !channel.IsConnecting(); });
+}
+
+void Echo(host::Channel& channel, std::size_t size) {
+  WaitForConnection(channel);
+  const std::string sent = BytesAt(0, size);
+  std::string received;
+  std::size_t position = 0;
+  WaitFor("all bytes to come back", [&] {
+    if (position < size && Transmit(channel, sent.substr(position, 65536)) == 0)
+      position = std::min(position + 65536, size);
+    ReceiveAll(channel, received);
+    return received.size() >= size || !IsOpen(channel);
+  });
+  const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
+  Print("received", std::to_string(received.size()));
+  Print("same", std::to_string(difference.first - sent.begin()));
+  PrintCodes(channel);
+}
+
+void Flood(host::Channel& channel, std::size_t size) {
+  WaitForConnection(channel);
+  std::size_t taken = 0;
+  std::int32_t code = 0;
+  while (taken < size && code == 0) {
+    code = Transmit(channel, BytesAt(taken, kPiece));
+    taken += code == 0 ? kPiece : 0;
+  }
+  Print("taken", std::to_string(taken));
+  Print("answer", TextOf(channel, code));
+}
+
+void Watch(host::Channel& channel, milliseconds pause) {
+  std::string received;
+  bool wasOpen = false;
+  std::this_thread::sleep_for(pause);
+  WaitFor("the end of the connection", [&] {
+    wasOpen = IsOpen(channel) || wasOpen;
+    return ReceiveAll(channel, received) != 0 && !channel.IsConnecting();
+  });
+  Print("was-open", wasOpen ? "yes" : "no");
+  Print("received", std::to_string(received.size()));
+  Print("same", received == BytesAt(0, received.size()) ? "yes" : "no");
+  PrintCodes(channel);
 }
 
 } // namespace
@@ -187,6 +187,8 @@ int main(int argc, char** argv) {
     Flood(*made.channel, number);
   else if (scenario == "watch")
     Watch(*made.channel, milliseconds(number));
+  else
+    PrintCodes(*made.channel);
   PrintTime("longest-call", g_longestCall);
   const auto start = steady_clock::now();
   made.channel.reset();

@@ -22,6 +22,7 @@ TIMEOUT = 60  # seconds, for any program that is started
 # lies between is for a machine with other work to do.
 LONGEST_CALL = 500
 MEGABYTE = 1 << 20
+CLOSED = "11 11 11 11 11 11 11"  # what each operation answers
 COM_PORT = "COM33"  # from COM10 on, Windows knows ports only by their long names
 failures = 0
 
@@ -67,13 +68,15 @@ def script(channel, text, code=0, output=b"", message=b""):
 def check_echo(channel):
     told = probe(channel, "echo", MEGABYTE)
     check(f"{channel}: every byte comes back as it was", told.get("same") == str(MEGABYTE), told)
+    check(f"{channel} has no device files", told.get("codes") == "0 0 13 13 13 13 13", told)
 
 
-def check_closed(channel, text, received=0, was_open=None, pause=0):
-    """A channel that ends as closed: each operation answers that code, whose text is the reason."""
+def check_closed(channel, text, received=lambda: 0, was_open=None, pause=0):
+    """A channel that ends as closed: each operation answers that code, whose text is the reason, once everything that was
+    received() has been read."""
     told = probe(channel, "watch", pause)
-    check(f"{channel} is closed", re.fullmatch(text, told.get("text", "")) and told.get("codes") == "11 11 11 11 11 11 11" and
-          told.get("received") == str(received) and told.get("same") == "yes", told)
+    check(f"{channel} is closed", re.fullmatch(text, told.get("text", "")) and told.get("codes") == CLOSED and
+          told.get("received") == str(received()) and told.get("same") == "yes", told)
     if was_open:
         check(f"{channel} was open before", told.get("was-open") == was_open, told)
 
@@ -102,8 +105,9 @@ def check_tcp_that_ends():
     script(refused, b'print("not run");', code=4, message=refused.encode() + b": Connection refused")
     check_closed("tcp:nosuchhost.invalid:1", ".+", was_open="no")
     with peers.Server(peers.talk_and_close) as server:
-        # Time enough to fill the channel's buffer before the first byte is read.
-        check_closed(f"tcp:127.0.0.1:{server.port}", "Connection closed by the device", peers.TALK, "yes", pause=500)
+        # The device has long been held up, and has hung up, when the first byte is read.
+        check_closed(f"tcp:127.0.0.1:{server.port}", "Connection closed by the device", server.answer, "yes", pause=3000)
+        check("a device that nobody reads is held up", server.answer() < peers.TALK, server.answer())
     with peers.Server(peers.talk_and_reset) as server:
         told = probe(f"tcp:127.0.0.1:{server.port}", "echo", MEGABYTE)
         check("a connection that is reset ends", int(told.get("received", -1)) in (0, 1000), told)
@@ -113,7 +117,9 @@ def check_tcp_that_ends():
 
 def check_tcp_that_waits():
     with peers.blackhole() as port:
-        probe(f"tcp:127.0.0.1:{port}", "leave")
+        told = probe(f"tcp:127.0.0.1:{port}", "leave")
+        check("a channel that is connecting is closed", told.get("text") == "Channel is not open yet" and
+              told.get("codes") == CLOSED, told)
         check_closed(f"tcp:127.0.0.1:{port}", "No answer within 10 s", was_open="no")
     with peers.Server(peers.never_read) as server:
         told = probe(f"tcp:127.0.0.1:{server.port}", "flood", 1 << 30)
@@ -174,11 +180,12 @@ def check_texts():
     for channel, message in (
         ("tcp:host", b"expected tcp:HOST:PORT"),
         ("tcp:::1:4000", b"an IPv6 address stands in brackets"),
+        ("tcp:host:65536", b'the port "65536" is not a number from 1 to 65535'),
         ("serial:COM3", b"expected serial:PORT:BAUD"),
-        ("serial:COM3:fast", b"is neither a speed nor a format"),
+        ("serial:COM3:9600:4N1", b'"4N1" is neither a speed nor a format'),
+        ("serial:COM3:4294967296", b'the speed "4294967296" is not a number of bits per second'),
     ):
-        script(channel, b"", code=2, message=b'--channel: "' + channel.encode() + b'": ')
-        script(channel, b"", code=2, message=message)
+        script(channel, b"", code=2, message=b'--channel: "' + channel.encode() + b'": ' + message)
 
 
 def check_page():

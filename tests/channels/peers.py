@@ -25,9 +25,11 @@ def wait_for(what, happened):
         time.sleep(0.01)
 
 
-def pattern(size, start=0):
-    """The bytes that the probe sends."""
-    return bytes((i * 31 + i // 251) & 0xFF for i in range(start, start + size))
+def pattern(size):
+    """The bytes that the probe sends, which repeat after so many."""
+    period = 251 * 256
+    once = bytes((i * 31 + i // 251) & 0xFF for i in range(period))
+    return (once * (size // period + 1))[:size]
 
 
 @contextlib.contextmanager
@@ -146,11 +148,17 @@ def collect_and_talk(connection, ended):
     return b"".join(parts)
 
 
-TALK = 4 << 20  # bytes; more than a client keeps for later
+TALK = 64 << 20  # bytes; more than a client and the system keep for later
 
 
 def talk_and_close(connection, _):
-    connection.sendall(pattern(TALK))
+    """Talks until nobody takes it any more; how much that was."""
+    connection.settimeout(1)
+    words, taken = memoryview(pattern(TALK)), 0
+    with contextlib.suppress(TimeoutError):
+        while taken < TALK:
+            taken += connection.send(words[taken:])
+    return taken
 
 
 def talk_and_reset(connection, _):

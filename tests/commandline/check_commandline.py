@@ -75,6 +75,21 @@ def check_results():
     expect(["run", "s.dcs", "--device-dir", "none/device"] + values, 4, message=b"cannot use the folder none/device")
 
 
+def check_values():
+    """Every type at its limits, in and out."""
+    values = [("a:dword=0xffFFffFF", "a=4294967295"), ("_b1:uint32=0b101", "_b1=5"),
+              ("c:long=-2147483648", "c=-2147483648"), ("d:int32=2147483647", "d=2147483647"),
+              ("e:uint64=18446744073709551615", "e=18446744073709551615"),
+              ("f:int64=-9223372036854775808", "f=-9223372036854775808"),
+              ("g:String=", "g="), ("h:string=a=b:c", "h=a=b:c"), ("i:string= -1 ", "i= -1 ")]
+    given = [word for value, _ in values for word in ("--set", value)]
+    asked = [word for _, line in values for word in ("--get", line.partition("=")[0])]
+    lines = "".join(line + "\n" for _, line in values)
+    expect(["run", "-"] + given + asked, 0, lines.encode())
+    expect(["run", "-", "--set", "s:string=", "--get", "s"], 0, rb's=12.5\r\n\t\\ \(x00)\(x1F)\(x7F)' + b'\xE4"\n',
+           text=rb's = "12.5\r\n\t\\ \0\(31)\(127)\(xE4)\"";')
+
+
 USAGE_ERRORS = [
     (["run"], b"FILE is required"),
     (["walk"], b"walk"),
@@ -84,12 +99,26 @@ USAGE_ERRORS = [
     (["run", "a", "--channel", "sin"], b'--channel: unknown channel "sin"'),
     (["run", "a", "--set", "[a:dword=1,b:dword=2]"], b"--set [a:dword=1,b:dword=2]: "),
     (["run", "a", "--set", "{}"], b"--set {}: "),
+    (["run", "a", "--set", "count:dword=1", "--set", "COUNT:string=x"], b"--set COUNT:string=x: the variable is set twice"),
     (["run", "a", "--get", "n"], b"--get n: no --set gives this variable"),
     (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
     (["run", "a", "--block-time", "-1"], b"--block-time"),
     (["run", "a", "--block-time", "1s"], b"--block-time"),
     ([], b"--help"),
 ]
+SET_ERRORS = {
+    "": "expected NAME:TYPE=VALUE, as in count:dword=5",
+    "a=1": "expected NAME:TYPE=VALUE, as in count:dword=5",
+    "1a:dword=1": '"1a" is not a variable\'s name (letters, digits and _, no digit in front)',
+    "a:int=1": 'unknown type "int"; there are dword, uint32, string, int32, long, uint64, int64',
+    "a:dword=": '"" is not a number',
+    "a:dword=0x": '"0x" is not a number',
+    "a:dword=4294967296": "4294967296 is not within 0 to 4294967295",
+    "a:int32=2147483648": "2147483648 is not within -2147483648 to 2147483647",
+    "a:int64=9223372036854775808": "9223372036854775808 is not within -9223372036854775808 to 9223372036854775807",
+    "a:uint64=18446744073709551616": "18446744073709551616 is not within 0 to 18446744073709551615",
+}
+USAGE_ERRORS += [(["run", "a", "--set", text], f"--set {text}: {error}".encode()) for text, error in SET_ERRORS.items()]
 # ondhost without a command opens its windows.
 WINDOWS_ERRORS = [
     (["--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
@@ -191,6 +220,7 @@ name, *command = sys.argv[1:]
 with tempfile.TemporaryDirectory() as folder:
     os.chdir(folder)
     check_results()
+    check_values()
     check_usage()
     check_device()
     check_streams()
