@@ -194,7 +194,7 @@ def check_full_output():
 
 
 def check_checker():
-    pathlib.Path("good.dcs").write_bytes(b"n = 1;\n")
+    pathlib.Path("good.dcs").write_bytes(b"N = 1; print(version, 1 / 0);\n")
     pathlib.Path("bad.dcs").write_bytes(b"var dword n;\nn = 1;\n  y = 2;\n")
     expect(["check", "good.dcs", "--set", "n:dword=0"], 0)
     expect(["check", "bad.dcs"], 1, b"bad.dcs:3:3: error: Unknown identifier\n")

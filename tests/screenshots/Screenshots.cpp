@@ -11,11 +11,9 @@
 
 namespace {
 
-void Redraw(const Window& window) {
+void Shoot(const Window& window, const char* name) {
+  window.Activate();
   RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-}
-
-void Show(const Window& window, const char* name) {
   window.Send(WM_NULL);
   const RECT place = window.Place();
   std::printf("shot %s %ldx%ld+%ld+%ld\n", name, place.right - place.left, place.bottom - place.top, place.left,
@@ -25,30 +23,24 @@ void Show(const Window& window, const char* name) {
   std::getline(std::cin, line);
 }
 
-void Shoot(const TestHost& host, const Window& window, const char* name) {
-  window.Activate();
-  host.Do([&] { Redraw(window); });
-  Show(window, name);
-}
-
 } // namespace
 
 TEST_CASE("Script Processor") {
   ScriptBench bench;
-  Shoot(bench.host, bench.window, "script-empty");
+  Shoot(bench.window, "script-empty");
   bench.Run("var dword i; i = 0; while (i < 60) { print(\"line \" + numtostr(i) + \" of a log that scrolls\\n\"); i = "
             "i + 1; }");
   bench.Run("print(\"channel 1   3.300 V   ok\\nchannel 2   1.801 V   ok\\n\\ta tab, an umlaut \\(xE4), and a line "
             "that is so long that it "
             "can only be read by scrolling to the right, all the way\\n[==============>            ]\");");
-  Shoot(bench.host, bench.window, "script-log");
+  Shoot(bench.window, "script-log");
   const RECT place = bench.window.Place();
   bench.window.Resize(place.right - place.left + 200, place.bottom - place.top - 100);
-  Shoot(bench.host, bench.window, "script-wide");
+  Shoot(bench.window, "script-wide");
   bench.window.Resize(0, 0);
-  Shoot(bench.host, bench.window, "script-smallest");
+  Shoot(bench.window, "script-smallest");
   bench.Start("nonsense();");
-  Shoot(bench.host, Window::WaitForTop("Error"), "script-error");
+  Shoot(Window::WaitForTop("Error"), "script-error");
   Window::WaitForTop("Error").PressControl(IDOK);
   bench.WaitForEnd();
 }
@@ -58,7 +50,7 @@ TEST_CASE("Questions") {
   const auto shoot = [&](const char* script, const char* name) {
     bench.Start(script);
     const Window question = Window::WaitForTop("Calibration");
-    Shoot(bench.host, question, name);
+    Shoot(question, name);
     question.PressCloseBox();
     bench.WaitForEnd();
   };
@@ -75,23 +67,18 @@ TEST_CASE("Questions") {
 
 TEST_CASE("Sample host") {
   const HostProgram host;
-  const auto shoot = [](const Window& window, const char* name) {
-    window.Activate();
-    Redraw(window);
-    Show(window, name);
-  };
   host.WaitForText(IDC_CHANNEL_STATE, "open");
-  shoot(host.Main(), "host-open");
+  Shoot(host.Main(), "host-open");
   host.Main().PressControl(IDM_CONNECT);
   host.WaitForText(IDC_CHANNEL_STATE, "not connected");
   const RECT place = host.Main().Place();
   host.Main().Resize(place.right - place.left + 200, 0);
   host.Main().PressControl(IDM_FIRST_TOOL);
   host.WaitForTop("Terminal");
-  shoot(host.Main(), "host-wide");
+  Shoot(host.Main(), "host-wide");
   host.Main().Control(IDC_CHANNEL_TEXT).SetText("tcp:nowhere");
   host.Main().PressControl(IDM_CONNECT);
-  shoot(host.WaitForTop("Error"), "host-error");
+  Shoot(host.WaitForTop("Error"), "host-error");
 }
 
 TEST_CASE("Terminal") {
@@ -99,9 +86,9 @@ TEST_CASE("Terminal") {
   terminal.Receive({"firmware 1.0, no logic\r\ninstrument ready, umlaut \xE4\r\n",
                     "a long line of readings: 1.001 1.002 1.003 1.004 1.005 1.006 1.007 1.008 1.009 1.010 1.011\r\n"});
   terminal.Send("adc 1\\(13)");
-  Shoot(terminal.host, terminal.window, "terminal");
+  Shoot(terminal.window, "terminal");
   terminal.window.Resize(900, 400);
-  Shoot(terminal.host, terminal.window, "terminal-wide");
+  Shoot(terminal.window, "terminal-wide");
 }
 
 TEST_CASE("File Manager") {
@@ -112,11 +99,11 @@ TEST_CASE("File Manager") {
   bench.Drop({bench.folder.PathOf("firmware.rbf"), bench.folder.PathOf("table.bin")});
   bench.Press(IDC_FM_REFRESH);
   bench.Local().Select({1});
-  Shoot(bench.host, bench.window, "filemanager");
+  Shoot(bench.window, "filemanager");
 
   bench.TypeInList(VK_SPACE);
   const Window properties = Window::WaitForTop("File properties");
-  Shoot(bench.host, properties, "filemanager-properties");
+  Shoot(properties, "filemanager-properties");
   properties.PressControl(IDCANCEL);
   properties.WaitUntilGone("the properties");
 
@@ -124,13 +111,13 @@ TEST_CASE("File Manager") {
   bench.Press(IDC_FM_COPY_ALL);
   const Window progress = Window::WaitForTop("Progress");
   WaitFor("the transfer to begin", [&] { return bench.device.transfers > 0; });
-  Shoot(bench.host, progress, "filemanager-progress");
+  Shoot(progress, "filemanager-progress");
   progress.PressControl(IDCANCEL);
   Window::WaitForTop("Error").PressControl(IDOK);
   bench.WaitUntilIdle("the copy's end");
   bench.Press(IDC_FM_FORMAT);
   const Window question = Window::WaitForTop("WARNING");
-  Shoot(bench.host, question, "filemanager-format");
+  Shoot(question, "filemanager-format");
   question.PressControl(IDCANCEL);
   bench.WaitUntilIdle("the question's end");
 }

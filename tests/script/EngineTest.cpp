@@ -2,14 +2,8 @@
 
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/RunOnStack.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
-
-#include <atomic>
-#include <thread>
-
-using namespace std::string_literals;
 
 TEST_CASE("the channel is locked for the run and only for it") {
   ScriptHarness harness;
@@ -29,25 +23,6 @@ TEST_CASE("the channel is locked for the run and only for it") {
   harness.Runner().SetChannel(nullptr);
   harness.Run("print(1);");
   CHECK(harness.Result() == EONX_ERR_NO_CHANNEL);
-}
-
-TEST_CASE("a stop request ends a loop, also when it comes before the run begins") {
-  ScriptHarness harness;
-  std::atomic<bool> begun{false};
-  std::thread stopper([&] {
-    while (!begun)
-      std::this_thread::yield();
-    harness.Runner().StopScript();
-  });
-  const auto output = [](void* context, const char*) { *static_cast<std::atomic<bool>*>(context) = true; };
-  harness.Runner().PrepareRun();
-  CHECK(harness.Runner().ExecuteScript("print(1); while (1) { }", nullptr, output, &begun) == EONX_ERR_SCRIPT);
-  stopper.join();
-
-  harness.Runner().PrepareRun();
-  harness.Runner().StopScript();
-  CHECK(harness.Runner().ExecuteScript("while (1) { }", nullptr, nullptr, nullptr) == EONX_ERR_SCRIPT);
-  CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
 }
 
 TEST_CASE("a run from within a run is refused and changes nothing") {

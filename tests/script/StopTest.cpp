@@ -20,71 +20,58 @@ namespace {
 // Transfers report their steps until they are asked to abort; something always waits to be received.
 class EndlessChannel : public GuardedChannel {
 public:
+  EndlessChannel() {
+    duringTransfer = [](TransferProgressCallback report, void* context) {
+      for (std::uint32_t step = 0; report(context, step) == 0; step = std::min(step + 1, 39U))
+        platform::Sleep(1);
+      return kAborted;
+    };
+  }
   std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
     GuardedChannel::Receive(buffer, size, received);
     buffer[0] = 'x';
     *received = 1;
     return 0;
   }
-  std::int32_t TransmitFile(const char* path, std::uint8_t id, std::uint8_t type, std::uint32_t mode,
-                            TransferProgressCallback callback, void* context, std::uint32_t flag,
-                            std::uint32_t steps) override {
-    GuardedChannel::TransmitFile(path, id, type, mode, callback, context, flag, steps);
-    return Transfer(callback, context);
-  }
-  std::int32_t TransmitFileFromMemory(const char*, std::uint64_t, std::uint8_t, std::uint8_t, std::uint32_t,
-                                      TransferProgressCallback callback, void* context, std::uint32_t,
-                                      std::uint32_t) override {
-    return Transfer(callback, context);
-  }
 
 private:
   static constexpr std::int32_t kAborted = 77;
-
-  static std::int32_t Transfer(TransferProgressCallback callback, void* context) {
-    for (std::uint32_t step = 0; callback(context, step) == 0; step = step < 39 ? step + 1 : 39)
-      platform::Sleep(1);
-    return kAborted;
-  }
 };
 
 struct StoppedRun {
+  std::promise<void> begun;
   std::atomic<bool> ended{false};
   Clock::duration tookToEnd{}; // from the stop request
   EONX_ERR_ERRCODE_ result = EONX_ERR_NONE;
   std::string output;
-  std::vector<std::string> calls;
+  std::vector<std::string> transfers;
 };
+
+void Collect(void* context, const char* text) {
+  auto& run = *static_cast<StoppedRun*>(context);
+  if (run.output.empty())
+    run.begun.set_value();
+  run.output += text;
+}
 
 // Stops the script a moment after its first output.
 void StopAfterOutput(const std::string& script, const TemporaryFolder& folder, StoppedRun& run) {
   EndlessChannel channel;
   CScriptRunner runner(&channel);
   runner.SetChannel(&channel);
-  struct Context {
-    std::promise<void> begun;
-    std::string output;
-  } context;
-  const auto collect = [](void* to, const char* text) {
-    auto& target = *static_cast<Context*>(to);
-    if (target.output.empty())
-      target.begun.set_value();
-    target.output += text;
-  };
   runner.PrepareRun();
   std::thread worker([&] {
-    run.result = runner.ExecuteScript(script, folder.Path().c_str(), collect, &context);
+    run.result = runner.ExecuteScript(script, folder.Path().c_str(), Collect, &run);
     run.ended = true;
   });
-  const bool begun = context.begun.get_future().wait_for(30s) == std::future_status::ready;
+  const bool begun = run.begun.get_future().wait_for(30s) == std::future_status::ready;
   std::this_thread::sleep_for(10ms); // so that it waits by now; when it does not yet, the stop must work just the same
   CHECK_MESSAGE(!run.ended, "it ended without being stopped");
   const auto stopped = Clock::now();
   runner.StopScript();
   worker.join();
   run.tookToEnd = Clock::now() - stopped;
-  run.output = context.output;
-  run.calls = channel.Calls();
+  run.transfers = channel.Calls("TransmitFile");
   CHECK_MESSAGE(begun, "no output within 30 s");
   CHECK(channel.LockDepth() == 0);
 }
@@ -100,6 +87,7 @@ TEST_CASE("a stop request ends delays, transfers, reading and sub-scripts within
     std::string ending;
   };
   const Row rows[] = {
+      {"print(\"go\"); while (1) { }", "Processing aborted"},
       {"print(\"go\"); delay(4294967295);", "Processing aborted"},
       {"print(\"go\"); print(receivestring());", "Processing aborted"},
       {"executesubscript(\"sub.dcs\");", "Processing aborted"},
@@ -134,16 +122,17 @@ TEST_CASE("a stop request ends a job list that goes on after errors") {
   StopAfterOutput("print(executejobfile(\"list.dcj\", 1, 1));", folder, run);
   CHECK(run.result == EONX_ERR_NONE); // it asked for failures to be ignored
   CHECK(run.output.ends_with(" during ExecuteJobFile (list.dcj)\n77"));
-  CHECK(std::count_if(run.calls.begin(), run.calls.end(),
-                      [](const std::string& call) { return call.starts_with("TransmitFile"); }) == 1);
+  CHECK(run.transfers.size() == 1);
 }
 
-TEST_CASE("a sub-script does not forget a stop request that came before it") {
+TEST_CASE("a stop request that comes before the run begins is not forgotten, one of an earlier run is") {
   const TemporaryFolder folder;
   folder.Write("sub.dcs", "while (1) { }");
   ScriptHarness harness;
-  harness.Runner().PrepareRun();
-  harness.Runner().StopScript();
-  CHECK(harness.Runner().ExecuteScript("executesubscript(\"sub.dcs\");", folder.Path().c_str(), nullptr, nullptr) ==
-        EONX_ERR_SCRIPT);
+  for (const char* script : {"while (1) { }", "executesubscript(\"sub.dcs\");"}) {
+    harness.Runner().PrepareRun();
+    harness.Runner().StopScript();
+    CHECK(harness.Runner().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
+  }
+  CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
 }

@@ -6,8 +6,8 @@
 #include <utility>
 
 GuardedChannel::~GuardedChannel() {
-  if (m_depth != 0)
-    m_violations.push_back(std::to_string(m_depth) + " locks were never given back");
+  if (!m_held.empty())
+    m_violations.push_back(std::to_string(m_held.size()) + " locks were never given back");
   for (const std::string& violation : m_violations)
     FAIL_CHECK("channel: " << violation);
 }
@@ -17,14 +17,25 @@ std::vector<std::string> GuardedChannel::Calls() const {
   return m_calls;
 }
 
+std::vector<std::string> GuardedChannel::Calls(const std::string& beginning) const {
+  std::vector<std::string> calls = Calls();
+  std::erase_if(calls, [&](const std::string& call) { return !call.starts_with(beginning); });
+  return calls;
+}
+
 void GuardedChannel::ForgetCalls() {
   const std::lock_guard guard(m_mutex);
   m_calls.clear();
 }
 
+void GuardedChannel::Fail(const std::string& operation, std::deque<std::int32_t> codes) {
+  const std::lock_guard guard(m_mutex);
+  m_codes[operation] = std::move(codes);
+}
+
 std::size_t GuardedChannel::LockDepth() const {
   const std::lock_guard guard(m_mutex);
-  return m_depth;
+  return m_held.size();
 }
 
 std::vector<std::string> GuardedChannel::TakeViolations() {
@@ -32,107 +43,122 @@ std::vector<std::string> GuardedChannel::TakeViolations() {
   return std::exchange(m_violations, {});
 }
 
-void GuardedChannel::Record(std::string call) {
-  const std::lock_guard guard(m_mutex);
-  m_calls.push_back(std::move(call));
+std::int32_t GuardedChannel::Record(const std::string& call) {
+  m_calls.push_back(call);
+  std::deque<std::int32_t>& codes = m_codes[call.substr(0, call.find(' '))];
+  if (codes.empty())
+    return 0;
+  const std::int32_t code = codes.front();
+  codes.pop_front();
+  return code;
 }
 
-std::int32_t GuardedChannel::RecordDeviceCall(std::string call) {
+std::int32_t GuardedChannel::Touch(const std::string& call) {
   const std::lock_guard guard(m_mutex);
-  if (m_depth == 0)
+  if (m_held.empty())
     m_violations.push_back("not locked during " + call);
-  m_calls.push_back(std::move(call));
-  return 0;
+  return Record(call);
+}
+
+std::int32_t GuardedChannel::Transfer(const std::string& call, std::initializer_list<std::uint32_t> arguments,
+                                      TransferProgressCallback report, void* context) {
+  std::string whole = call;
+  for (const std::uint32_t argument : arguments)
+    whole += " " + std::to_string(argument);
+  const std::int32_t code = Touch(whole);
+  const std::int32_t ownCode = duringTransfer ? duringTransfer(report, context) : 0;
+  return ownCode != 0 ? ownCode : code;
 }
 
 const char* GuardedChannel::GetInfoString(std::uint32_t what, std::int64_t code) {
-  Record("GetInfoString " + std::to_string(what) + " " + std::to_string(code));
-  return "text of the channel";
+  if (what != OND_INFO_ERROR)
+    return what == OND_INFO_DESCRIPTION ? "Bench 4" : "115200 8N1";
+  const std::lock_guard guard(m_mutex);
+  Record("GetInfoString " + std::to_string(code));
+  m_errorText = "error " + std::to_string(code);
+  return m_errorText.c_str();
 }
 
 std::int32_t GuardedChannel::Lock(void* owner, std::uint32_t timeoutMs) {
-  Record("Lock");
   std::unique_lock guard(m_mutex);
-  const auto free = [&] { return m_depth == 0 || owner == m_owner; };
-  if (!m_unlocked.wait_for(guard, std::chrono::milliseconds(timeoutMs), free))
+  const std::int32_t failure = timeoutMs == 0 ? 0 : Record("Lock " + std::to_string(timeoutMs));
+  const auto free = [&] { return m_held.empty() || owner == m_owner; };
+  if (failure != 0 || !m_unlocked.wait_for(guard, std::chrono::milliseconds(timeoutMs), free))
     return 1;
   m_owner = owner;
-  ++m_depth;
+  m_held.push_back(timeoutMs);
   return 0;
 }
 
 std::int32_t GuardedChannel::Unlock(void* owner) {
-  Record("Unlock");
   const std::lock_guard guard(m_mutex);
-  if (m_depth == 0) {
+  if (m_held.empty()) {
     m_violations.push_back("Unlock without Lock");
   } else if (owner != m_owner) {
     m_violations.push_back("Unlock by another owner than Lock");
   } else {
-    --m_depth;
+    if (m_held.back() != 0)
+      Record("Unlock");
+    m_held.pop_back();
     m_unlocked.notify_all();
   }
   return 0;
 }
 
-std::uint32_t GuardedChannel::GetState() {
-  Record("GetState");
-  return 1;
-}
-
 std::int32_t GuardedChannel::Receive(char*, std::uint32_t, std::uint64_t* received) {
   *received = 0;
-  return RecordDeviceCall("Receive");
+  return Touch("Receive");
 }
 
 std::int32_t GuardedChannel::Transmit(const char* data, std::uint64_t length, std::uint64_t* written) {
   *written = length;
-  return RecordDeviceCall("Transmit " + std::string(data, static_cast<std::size_t>(length)));
+  return Touch("Transmit " + std::string(data, static_cast<std::size_t>(length)));
 }
-
-namespace {
-
-std::string FileArguments(std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode) {
-  return " " + std::to_string(fileId) + " " + std::to_string(fileType) + " " + std::to_string(fileMode);
-}
-
-} // namespace
 
 std::int32_t GuardedChannel::TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                                     std::uint8_t fileType, std::uint32_t fileMode,
-                                                    TransferProgressCallback, void*, std::uint32_t, std::uint32_t) {
-  return RecordDeviceCall("TransmitFileFromMemory " + std::string(data, static_cast<std::size_t>(length)) +
-                          FileArguments(fileId, fileType, fileMode));
+                                                    TransferProgressCallback callback, void* context,
+                                                    std::uint32_t flag, std::uint32_t steps) {
+  return Transfer("TransmitFileFromMemory " + std::string(data, static_cast<std::size_t>(length)),
+                  {fileId, fileType, fileMode, flag, steps}, callback, context);
 }
 
 std::int32_t GuardedChannel::TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType,
-                                          std::uint32_t fileMode, TransferProgressCallback, void*, std::uint32_t,
-                                          std::uint32_t) {
-  return RecordDeviceCall(std::string("TransmitFile ") + localPath + FileArguments(fileId, fileType, fileMode));
+                                          std::uint32_t fileMode, TransferProgressCallback callback, void* context,
+                                          std::uint32_t flag, std::uint32_t steps) {
+  return Transfer(std::string("TransmitFile ") + localPath, {fileId, fileType, fileMode, flag, steps}, callback,
+                  context);
 }
 
 std::int32_t GuardedChannel::ReadDirectory() {
-  return RecordDeviceCall("ReadDirectory");
+  return Touch("ReadDirectory");
 }
 
 std::uint64_t GuardedChannel::GetDirectoryEntryCount() {
-  RecordDeviceCall("GetDirectoryEntryCount");
+  Touch("Count");
   return 0;
 }
 
 std::int32_t GuardedChannel::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY*) {
-  return RecordDeviceCall("GetDirectoryEntry " + std::to_string(index));
+  return Touch("Entry " + std::to_string(index));
 }
 
 std::int32_t GuardedChannel::GetDirectoryInfo(TDEVDIRINFO* info) {
   *info = {};
-  return RecordDeviceCall("GetDirectoryInfo");
+  return Touch("Info");
 }
 
 std::int32_t GuardedChannel::DeleteDeviceFile(std::uint8_t fileId) {
-  return RecordDeviceCall("DeleteDeviceFile " + std::to_string(fileId));
+  return Touch("Delete " + std::to_string(fileId));
 }
 
 std::int32_t GuardedChannel::FormatDevice(std::uint32_t usedBlocksOnly) {
-  return RecordDeviceCall("FormatDevice " + std::to_string(usedBlocksOnly));
+  return Touch("Format " + std::to_string(usedBlocksOnly));
+}
+
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts)
+    joined += (joined.empty() ? "" : ", ") + text;
+  return joined;
 }

@@ -8,84 +8,16 @@
 
 // --- the device
 
-void FileDevice::Fail(const std::string& operation, int nth, std::int32_t code) {
-  const std::lock_guard guard(m_mutex);
-  m_failures[operation] = {nth, code};
-}
-
-std::vector<std::string> FileDevice::Log() const {
-  const std::lock_guard guard(m_mutex);
-  return m_log;
-}
-
-void FileDevice::ForgetLog() {
-  const std::lock_guard guard(m_mutex);
-  m_log.clear();
-}
-
-std::int32_t FileDevice::Act(const std::string& operation, const std::string& arguments) {
-  const std::lock_guard guard(m_mutex);
-  m_log.push_back(operation + (arguments.empty() ? "" : " ") + arguments);
-  const auto failure = m_failures.find(operation);
-  if (failure == m_failures.end() || failure->second.callsUntil-- > 0)
-    return 0;
-  const std::int32_t code = failure->second.code;
-  m_failures.erase(failure);
-  return code;
-}
-
-const char* FileDevice::GetInfoString(std::uint32_t what, std::int64_t code) {
-  GuardedChannel::GetInfoString(what, code);
-  if (what != OND_INFO_ERROR)
-    return "channel";
-  Act("GetInfoString", std::to_string(code));
-  const std::lock_guard guard(m_mutex);
-  m_text = "error " + std::to_string(code);
-  return m_text.c_str();
-}
-
-// Polls of the status do not wait for the lock.
-std::int32_t FileDevice::Lock(void* owner, std::uint32_t timeoutMs) {
-  const std::int32_t failure = timeoutMs == 0 ? 0 : Act("Lock", std::to_string(timeoutMs));
-  const std::int32_t answer = failure != 0 ? failure : GuardedChannel::Lock(owner, timeoutMs);
-  if (answer == 0) {
-    const std::lock_guard guard(m_mutex);
-    m_locks.push_back(timeoutMs);
-  }
-  return answer;
-}
-
-std::int32_t FileDevice::Unlock(void* owner) {
-  std::uint32_t timeoutMs = 1;
-  {
-    const std::lock_guard guard(m_mutex);
-    if (!m_locks.empty()) {
-      timeoutMs = m_locks.back();
-      m_locks.pop_back();
-    }
-  }
-  if (timeoutMs != 0)
-    Act("Unlock");
-  return GuardedChannel::Unlock(owner);
-}
-
-std::uint32_t FileDevice::GetState() {
-  GuardedChannel::GetState();
-  return state;
-}
-
 std::int32_t FileDevice::TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType,
                                       std::uint32_t fileMode, TransferProgressCallback callback, void* context,
                                       std::uint32_t flag, std::uint32_t stepCount) {
-  GuardedChannel::TransmitFile(localPath, fileId, fileType, fileMode, callback, context, flag, stepCount);
   const std::int32_t code =
-      Act("TransmitFile", std::string(localPath) + " " + std::to_string(fileId) + " " + std::to_string(fileType) + " " +
-                              std::to_string(fileMode) + " " + std::to_string(flag) + " " + std::to_string(stepCount));
+      GuardedChannel::TransmitFile(localPath, fileId, fileType, fileMode, callback, context, flag, stepCount);
   callback(context, 0);
   callback(context, steps);
   ++transfers;
-  if (duringTransfer)
-    duringTransfer();
+  if (beforeHold)
+    beforeHold();
   while (hold) {
     if (callback(context, steps) != 0 && !deaf)
       return kAborted;
@@ -94,44 +26,34 @@ std::int32_t FileDevice::TransmitFile(const char* localPath, std::uint8_t fileId
   return callback(context, stepCount) != 0 && !deaf ? kAborted : code;
 }
 
-std::int32_t FileDevice::ReadDirectory() {
-  GuardedChannel::ReadDirectory();
-  return Act("ReadDirectory");
-}
-
 std::uint64_t FileDevice::GetDirectoryEntryCount() {
   GuardedChannel::GetDirectoryEntryCount();
-  Act("Count");
   return directory.size();
 }
 
 std::int32_t FileDevice::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) {
-  GuardedChannel::GetDirectoryEntry(index, entry);
-  const std::int32_t code = Act("Entry", std::to_string(index));
+  const std::int32_t code = GuardedChannel::GetDirectoryEntry(index, entry);
   if (code == 0)
     *entry = directory.at(index);
   return code;
 }
 
 std::int32_t FileDevice::GetDirectoryInfo(TDEVDIRINFO* out) {
-  GuardedChannel::GetDirectoryInfo(out);
-  const std::int32_t code = Act("Info");
+  const std::int32_t code = GuardedChannel::GetDirectoryInfo(out);
   if (code == 0)
     *out = info;
   return code;
 }
 
 std::int32_t FileDevice::DeleteDeviceFile(std::uint8_t fileId) {
-  GuardedChannel::DeleteDeviceFile(fileId);
-  const std::int32_t code = Act("Delete", std::to_string(fileId));
+  const std::int32_t code = GuardedChannel::DeleteDeviceFile(fileId);
   if (code == 0)
     std::erase_if(directory, [&](const TDEVDIRENTRY& entry) { return entry.fileId == fileId; });
   return code;
 }
 
 std::int32_t FileDevice::FormatDevice(std::uint32_t usedBlocksOnly) {
-  GuardedChannel::FormatDevice(usedBlocksOnly);
-  const std::int32_t code = Act("Format", std::to_string(usedBlocksOnly));
+  const std::int32_t code = GuardedChannel::FormatDevice(usedBlocksOnly);
   if (code == 0)
     directory.clear();
   return code;
@@ -229,20 +151,10 @@ void FileManagerBench::WaitUntilIdle(const std::string& what) const {
 
 void FileManagerBench::Choose(int button, const std::string& title, const std::string& path) const {
   Press(button);
-  const Window chooser = Window::WaitForTop(title);
-  chooser.TypeFileName(path);
-  chooser.WaitUntilGone("the dialog \"" + title + "\"");
+  Window::ChooseFile(title, path);
 }
 
 void FileManagerBench::TypeInList(WORD virtualKey) const {
-  window.Activate();
-  host.Do([&] { SetFocus(Local().Handle().Handle()); });
+  Local().Handle().Focus();
   TypeKey(virtualKey);
-}
-
-std::string Joined(const std::vector<std::string>& lines) {
-  std::string joined;
-  for (const std::string& line : lines)
-    joined += (joined.empty() ? "" : ", ") + line;
-  return joined;
 }

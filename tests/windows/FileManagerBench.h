@@ -9,65 +9,36 @@
 #include <commctrl.h>
 #include <doctest/doctest.h>
 
-#include <atomic>
-#include <map>
-#include <mutex>
-#include <string>
-#include <vector>
+#include <functional>
 
 inline constexpr const char* kFileManagerCaption = "File manager";
 inline constexpr const char* kLockedText = "Communication device is locked";
 
-// A device with files. Its log tells what the user's actions did: polls of the status do not show.
+// A device with files.
 class FileDevice : public GuardedChannel {
 public:
   static constexpr std::int32_t kAborted = -9;
 
-  // --- what the device does [set while no action runs, or atomics]
+  // What the device does [set while no action runs, or atomics]
   std::vector<TDEVDIRENTRY> directory;
   TDEVDIRINFO info{512, 100, 3, 1000, 1536};
-  // The code of the n-th call from now (0: the next) of an operation, by its name in the log.
-  void Fail(const std::string& operation, int nth, std::int32_t code);
-  std::atomic<std::uint32_t> state = 1;
   // While set, transfers stand still after having reported `steps`, until the client aborts or this is cleared.
   std::atomic<bool> hold = false;
   std::atomic<bool> deaf = false; // the client's wish to abort is not heard while transfers stand still
   std::atomic<std::uint32_t> steps = 40;
-  // Called on the copying thread within each transfer.
-  std::function<void()> duringTransfer;
+  // Called on the copying thread within each transfer, before it stands still.
+  std::function<void()> beforeHold;
 
-  // --- what was done to it
-  std::vector<std::string> Log() const;
-  void ForgetLog();
   std::atomic<int> transfers = 0; // begun
 
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override;
-  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override;
-  std::int32_t Unlock(void* owner) override;
-  std::uint32_t GetState() override;
   std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
                             TransferProgressCallback callback, void* context, std::uint32_t flag,
                             std::uint32_t stepCount) override;
-  std::int32_t ReadDirectory() override;
   std::uint64_t GetDirectoryEntryCount() override;
   std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override;
   std::int32_t GetDirectoryInfo(TDEVDIRINFO* info) override;
   std::int32_t DeleteDeviceFile(std::uint8_t fileId) override;
   std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override;
-
-private:
-  // Writes the log and answers what Fail asked for.
-  std::int32_t Act(const std::string& operation, const std::string& arguments = {});
-
-  struct Failure {
-    int callsUntil;
-    std::int32_t code;
-  };
-  mutable std::mutex m_mutex; // guards the fields below
-  std::vector<std::string> m_log;
-  std::map<std::string, Failure> m_failures;
-  std::vector<std::uint32_t> m_locks; // time limits of the locks that are held
-  std::string m_text;
 };
 
 // A list view, read and worked from outside.
@@ -112,5 +83,3 @@ struct FileManagerBench {
   void Choose(int button, const std::string& title, const std::string& path) const;
   void TypeInList(WORD virtualKey) const;
 };
-
-std::string Joined(const std::vector<std::string>& lines);

@@ -14,7 +14,7 @@ std::string Sent(const std::string& path, const std::string& properties = "0 1 0
 }
 
 struct CopyBench : FileManagerBench {
-  CopyBench() { device.ForgetLog(); }
+  CopyBench() { device.ForgetCalls(); }
 
   // Starts copying all rows, and stops in the middle of the first file.
   Window StartAndHold() {
@@ -36,13 +36,13 @@ TEST_CASE("all rows or the selected ones are sent in order, then the directory i
   bench.Local().SetText(2, 3, "BIT REVERSE");
   bench.Press(IDC_FM_COPY_ALL);
   bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\b.rbf", "0 1 2") +
-                                          ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
-  bench.device.ForgetLog();
+  CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\b.rbf", "0 1 2") +
+                                            ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
+  bench.device.ForgetCalls();
   bench.Local().Select({0, 2});
   bench.Press(IDC_FM_COPY_SELECTED);
   bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Log()) ==
+  CHECK(Joined(bench.device.Calls()) ==
         "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
 }
 
@@ -52,7 +52,7 @@ TEST_CASE("nothing to copy") {
   Window::AnswerBox("Error", "No files present to copy!");
   PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_COPY_SELECTED, 0);
   Window::AnswerBox("Error", "No files marked to copy!");
-  CHECK(bench.device.Log().empty());
+  CHECK(bench.device.Calls().empty());
 }
 
 TEST_CASE("the progress dialog shows how far the copy is") {
@@ -77,7 +77,7 @@ TEST_CASE("the progress dialog shows how far the copy is") {
   const auto next = [&](std::uint32_t steps) {
     const int before = bench.device.transfers;
     bench.device.steps = steps;
-    bench.device.duringTransfer = [&] { bench.device.hold = true; };
+    bench.device.beforeHold = [&] { bench.device.hold = true; };
     bench.device.hold = false;
     WaitFor("the next transfer", [&] { return bench.device.transfers == before + 1; });
   };
@@ -88,7 +88,7 @@ TEST_CASE("the progress dialog shows how far the copy is") {
   const std::string name = progress.Control(4045).Text();
   CHECK(name.starts_with("Currently copying ...w"));
   CHECK(name.ends_with("w\\end&name.bin"));
-  bench.device.duringTransfer = nullptr;
+  bench.device.beforeHold = nullptr;
   bench.device.hold = false;
   progress.WaitUntilGone("the progress dialog");
   bench.WaitUntilIdle("the copy");
@@ -99,20 +99,20 @@ TEST_CASE("failures are told together afterwards") {
   bench.Drop({"C:\\a.bin", "C:\\b.bin", "C:\\c.bin"});
   struct Case {
     bool continueOnError;
-    int failing; // n-th transfer
+    std::deque<std::int32_t> codes; // of the transfers
     const char* sent;
     const char* report;
   };
-  const Case cases[] = {{true, 1, "abc", "Error during copying C:\\b.bin: error 5"},
-                        {false, 0, "a", "Error during copying C:\\a.bin: error 5"},
-                        {true, 2, "abc", "Error during copying C:\\c.bin: error 5"}};
+  const Case cases[] = {{true, {0, 5}, "abc", "Error during copying C:\\b.bin: error 5"},
+                        {false, {5}, "a", "Error during copying C:\\a.bin: error 5"},
+                        {true, {0, 0, 5}, "abc", "Error during copying C:\\c.bin: error 5"}};
   for (const Case& c : cases) {
     CAPTURE(c.report);
     const Window check = bench.window.Control(IDC_FM_CONTINUE_ON_ERROR);
-    if ((check.Send(BM_GETCHECK) == BST_CHECKED) != c.continueOnError)
+    if (check.Checked() != c.continueOnError)
       bench.Press(IDC_FM_CONTINUE_ON_ERROR);
-    bench.device.Fail("TransmitFile", c.failing, 5);
-    bench.device.ForgetLog();
+    bench.device.Fail("TransmitFile", c.codes);
+    bench.device.ForgetCalls();
     bench.Press(IDC_FM_COPY_ALL);
     Window::WaitForTop("Error");
     CHECK(bench.device.LockDepth() >= 1); // the directory is still to be read
@@ -121,7 +121,7 @@ TEST_CASE("failures are told together afterwards") {
       log += Sent(std::string("C:\\") + *name + ".bin") + ", ";
     Window::AnswerBox("Error", c.report);
     bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Log()) == log + "GetInfoString 5, " + kRefresh + ", Unlock");
+    CHECK(Joined(bench.device.Calls()) == log + "GetInfoString 5, " + kRefresh + ", Unlock");
   }
   CHECK_FALSE(Window::FindTop("Error").Exists());
 }
@@ -129,8 +129,8 @@ TEST_CASE("failures are told together afterwards") {
 TEST_CASE("files that vanished are the channel's to report, one line for each") {
   CopyBench bench;
   bench.Drop({bench.folder.PathOf("gone1.bin"), bench.folder.PathOf("gone2.bin")});
-  bench.device.Fail("TransmitFile", 0, 2);
-  bench.device.duringTransfer = [&] { bench.device.Fail("TransmitFile", 0, 3); };
+  bench.device.Fail("TransmitFile", {2});
+  bench.device.beforeHold = [&] { bench.device.Fail("TransmitFile", {3}); };
   bench.Press(IDC_FM_COPY_ALL);
   Window::AnswerBox("Error", "Error during copying " + bench.folder.PathOf("gone1.bin") + ": error 2\n" +
                                  "Error during copying " + bench.folder.PathOf("gone2.bin") + ": error 3");
@@ -140,11 +140,11 @@ TEST_CASE("files that vanished are the channel's to report, one line for each") 
 TEST_CASE("a copy whose refresh finds the channel locked") {
   CopyBench bench;
   bench.Drop({"C:\\a.bin"});
-  bench.device.Fail("Lock", 1, 1);
+  bench.device.Fail("Lock", {0, 1});
   bench.Press(IDC_FM_COPY_ALL);
   Window::AnswerBox("Error", kLockedText);
   bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Lock 500, Unlock");
+  CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Lock 500, Unlock");
 }
 
 TEST_CASE("the user aborts") {
@@ -153,8 +153,7 @@ TEST_CASE("the user aborts") {
   const Window progress = bench.StartAndHold();
   const auto takeFocus = [&] {
     progress.Activate();
-    WaitFor("the focus on \"Abort\"",
-            [&] { return bench.host.Ask([] { return GetFocus(); }) == progress.Control(IDCANCEL).Handle(); });
+    progress.Control(IDCANCEL).WaitForFocus();
   };
   SUBCASE("by the button") {
     progress.PressControl(IDCANCEL);
@@ -168,7 +167,7 @@ TEST_CASE("the user aborts") {
   }
   Window::AnswerBox("Error", "Error during copying C:\\a.bin: error -9");
   bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Log()) ==
+  CHECK(Joined(bench.device.Calls()) ==
         "Lock 500, " + Sent("C:\\a.bin") + ", GetInfoString -9, " + kRefresh + ", Unlock");
 }
 
@@ -201,7 +200,7 @@ TEST_CASE("while an abort waits for a channel that takes its time, the host's me
   bench.Drop({"C:\\a.bin"});
   bench.device.deaf = true;
   std::atomic<bool> answered = false;
-  bench.device.duringTransfer = [&] {
+  bench.device.beforeHold = [&] {
     WaitFor("the abort", [&] { return bench.device.state == 3; });
     // The channel asks a window of the host's thread before it comes to an end, as some do.
     SendMessageA(bench.host.MainWindow().Handle(), WM_NULL, 0, 0);
@@ -265,15 +264,15 @@ TEST_CASE("a copy keeps the channel that it began with") {
     CHECK(bench.device.LockDepth() == 1);
     bench.device.hold = false;
     bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+    CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
   }
   SUBCASE("and shows the directory of the one that came") {
     bench.client.Connect(&second);
     bench.device.hold = false;
     bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Log()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+    CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
     bench.host.Settle(); // reading the second one is no part of the lock on the first
-    CHECK(Joined(second.Log()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
+    CHECK(Joined(second.Calls()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
     CHECK(Joined(bench.Device().Rows()) == "9|9|9");
   }
   bench.client.Connect(nullptr); // `second` ends first

@@ -156,12 +156,11 @@ TEST_CASE("what is no number is refused, the id first") {
 
   // Enter in a field does nothing, on the button it confirms.
   id.SetText("99");
-  dialog.Activate();
-  bench.host.Do([&] { SetFocus(id.Handle()); });
+  id.Focus();
   TypeKey(VK_RETURN);
   bench.host.Settle();
   CHECK(dialog.Visible());
-  bench.host.Do([&] { SetFocus(dialog.Control(IDOK).Handle()); });
+  dialog.Control(IDOK).Focus();
   TypeKey(VK_RETURN);
   dialog.WaitUntilGone("the dialog after Enter");
   bench.WaitUntilIdle("the dialog");

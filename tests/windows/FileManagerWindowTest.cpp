@@ -86,25 +86,23 @@ TEST_CASE("without a channel the rows alone enable saving, at once") {
 
 TEST_CASE("the keyboard stays in the window when the focused button is disabled") {
   FileManagerBench bench;
-  bench.window.Activate();
-  const HWND refresh = bench.window.Control(IDC_FM_REFRESH).Handle();
-  bench.host.Do([&] { SetFocus(refresh); });
+  const Window refresh = bench.window.Control(IDC_FM_REFRESH);
+  refresh.Focus();
   bench.device.state = 0;
-  WaitFor("\"Refresh\" to be disabled", [&] { return !IsWindowEnabled(refresh); });
-  const HWND focus = bench.host.Ask([] { return GetFocus(); });
-  CHECK(focus == bench.window.Control(IDOK).Handle());
+  WaitFor("\"Refresh\" to be disabled", [&] { return !refresh.Enabled(); });
+  bench.window.Control(IDOK).WaitForFocus();
 }
 
 TEST_CASE("the directory is read when the window opens and on \"Refresh\"") {
   FileManagerBench bench;
-  CHECK(Joined(bench.device.Log()) == kRefresh);
+  CHECK(Joined(bench.device.Calls()) == kRefresh);
   CHECK(Joined(bench.Device().Rows()) == "3|1|100, 7|2|400, 200|0|500");
 
   bench.device.directory = {{255, 255, 4294967295}};
   bench.device.info = {4294967295, 4294967295, 1, 4294967295, 4294967295};
-  bench.device.ForgetLog();
+  bench.device.ForgetCalls();
   bench.Press(IDC_FM_REFRESH);
-  CHECK(Joined(bench.device.Log()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
+  CHECK(Joined(bench.device.Calls()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
   CHECK(Joined(bench.Device().Rows()) == "255|255|4294967295");
   CHECK(bench.Summary() ==
         "4294967295 bytes in 1 files\nrequire 4294967295 bytes on disk\n18446744065119617025 bytes free");
@@ -129,10 +127,10 @@ TEST_CASE("a refresh in which one call fails") {
   };
   for (const Case& c : cases) {
     CAPTURE(c.operation);
-    bench.device.Fail(c.operation, 0, 5);
-    bench.device.ForgetLog();
+    bench.device.Fail(c.operation, {5});
+    bench.device.ForgetCalls();
     bench.Press(IDC_FM_REFRESH);
-    CHECK(Joined(bench.device.Log()) == c.log);
+    CHECK(Joined(bench.device.Calls()) == c.log);
     CHECK(bench.Summary() == c.summary);
     CHECK(Joined(bench.Device().Rows()) == c.rows);
   }
@@ -144,16 +142,16 @@ TEST_CASE("deleting asks, deletes in the list's order and reads the directory ag
   FileManagerBench bench;
   bench.Device().Select({0});
   bench.Press(IDC_FM_DELETE_FILES);
-  bench.device.ForgetLog();
+  bench.device.ForgetCalls();
   Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDNO);
   bench.WaitUntilIdle("the question");
-  CHECK(bench.device.Log().empty());
+  CHECK(bench.device.Calls().empty());
 
   bench.Device().Select({2, 0});
   bench.Press(IDC_FM_DELETE_FILES);
   Window::AnswerBox("Warning", "Deleting 2 files from device, are you sure?", IDYES);
   bench.WaitUntilIdle("deleting");
-  CHECK(Joined(bench.device.Log()) ==
+  CHECK(Joined(bench.device.Calls()) ==
         "Lock 500, Delete 3, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
   CHECK(Joined(bench.Device().Rows()) == "7|2|400");
 }
@@ -165,31 +163,32 @@ TEST_CASE("deleting with odd rows, none, and failures") {
     bench.Device().SetText(1, 0, " 263x"); // 7 in 8 bits
     bench.Device().Select({0, 1, 2});
     bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
     bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Log()).starts_with("Lock 500, Delete 7, Delete 200, Lock 500"));
+    CHECK(Joined(bench.device.Calls()).starts_with("Lock 500, Delete 7, Delete 200, Lock 500"));
   }
   SUBCASE("the first failure ends it, the directory is read all the same") {
-    bench.device.Fail("Delete", 1, 6);
+    bench.device.Fail("Delete", {0, 6});
     bench.Device().Select({0, 1, 2});
     bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
     Window::AnswerBox("Error", "Could not delete file with ID 7: error 6");
     bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Log()) == "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, "
-                                        "Count, Entry 0, Count, Entry 1, Count, Unlock, Unlock");
+    CHECK(Joined(bench.device.Calls()) ==
+          "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, "
+          "Count, Entry 0, Count, Entry 1, Count, Unlock, Unlock");
   }
   SUBCASE("the refresh behind it finds the channel locked") {
-    bench.device.Fail("Lock", 1, 1);
+    bench.device.Fail("Lock", {0, 1});
     bench.Device().Select({0});
     bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
     Window::AnswerBox("Error", kLockedText);
     bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Log()) == "Lock 500, Delete 3, Lock 500, Unlock");
+    CHECK(Joined(bench.device.Calls()) == "Lock 500, Delete 3, Lock 500, Unlock");
   }
 }
 
@@ -210,9 +209,9 @@ TEST_CASE("formatting") {
   for (const Case& c : cases) {
     CAPTURE(c.answer);
     bench.device.directory = {{3, 1, 100}};
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     if (c.code != 0)
-      bench.device.Fail("Format", 0, c.code);
+      bench.device.Fail("Format", {c.code});
     bench.Press(IDC_FM_FORMAT);
     Window box = Window::WaitForTop("WARNING");
     CHECK((GetWindowLongA(GetDlgItem(box.Handle(), IDCANCEL), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
@@ -221,7 +220,7 @@ TEST_CASE("formatting") {
     if (c.code != 0)
       Window::AnswerBox("Error", "Could not format device: error -3");
     bench.WaitUntilIdle("formatting");
-    CHECK(Joined(bench.device.Log()) == c.log);
+    CHECK(Joined(bench.device.Calls()) == c.log);
   }
 }
 
@@ -234,7 +233,7 @@ TEST_CASE("while another client holds the channel every action says so and touch
     WaitFor("the buttons to be enabled", [&] { return bench.window.Control(id).Enabled(); });
   int other = 0;
   REQUIRE(bench.device.Lock(&other, 0) == 0);
-  bench.device.ForgetLog();
+  bench.device.ForgetCalls();
   for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_COPY_ALL, IDC_FM_COPY_SELECTED, IDC_FM_DELETE_FILES}) {
     CAPTURE(id);
     bench.Press(id);
@@ -242,7 +241,7 @@ TEST_CASE("while another client holds the channel every action says so and touch
       Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
     Window::AnswerBox("Error", kLockedText);
   }
-  CHECK(Joined(bench.device.Log()) == "Lock 500, Lock 500, Lock 500, Lock 500, Lock 500");
+  CHECK(Joined(bench.device.Calls()) == "Lock 500, Lock 500, Lock 500, Lock 500, Lock 500");
   bench.device.Unlock(&other);
 }
 
@@ -305,19 +304,19 @@ TEST_CASE("what happens behind an open question") {
       ask();
       bench.client.Connect(next);
       CHECK(bench.device.LockDepth() == 0);
-      bench.device.ForgetLog();
+      bench.device.ForgetCalls();
       answer(IDYES);
-      CHECK(bench.device.Log().empty());
-      CHECK(second.Log().empty());
+      CHECK(bench.device.Calls().empty());
+      CHECK(second.Calls().empty());
       bench.client.Connect(&bench.device);
     }
 
     // A program presses buttons.
     ask();
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_DELETE_FILES, IDC_FM_COPY_ALL})
       bench.window.Send(WM_COMMAND, static_cast<WPARAM>(id));
-    CHECK(bench.device.Log().empty());
+    CHECK(bench.device.Calls().empty());
     answer(question.no);
 
     // The window goes: the question goes with it.
@@ -348,7 +347,7 @@ TEST_CASE("the object may be deleted behind any box") {
     bench.Press(c.button);
     Window box = Window::WaitForTop(c.caption);
     if (c.failing) {
-      bench.device.Fail(c.failing, 0, 5);
+      bench.device.Fail(c.failing, {5});
       box.PressControl(IDYES);
       box = Window::WaitForTop("Error");
     }
@@ -356,8 +355,8 @@ TEST_CASE("the object may be deleted behind any box") {
     CHECK_FALSE(box.Exists());
     CHECK_FALSE(bench.window.Exists());
     CHECK(bench.device.LockDepth() == 0);
-    bench.device.ForgetLog();
+    bench.device.ForgetCalls();
     bench.host.Settle();
-    CHECK(bench.device.Log().empty());
+    CHECK(bench.device.Calls().empty());
   }
 }

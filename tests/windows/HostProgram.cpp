@@ -36,10 +36,15 @@ void HostProgram::WaitForText(int control, const std::string& text) const {
   WaitFor("the text \"" + text + "\"", [&] { return m_main.Control(control).Text() == text; });
 }
 
-DWORD HostProgram::WaitForEnd() {
+void HostProgram::WaitForEnd() const {
   if (WaitForSingleObject(m_process.hProcess, kEndLimitMs) != WAIT_OBJECT_0)
     FAIL("the program did not end within " << kEndLimitMs << " ms");
-  DWORD code = 0;
+  DWORD code = 99;
   GetExitCodeProcess(m_process.hProcess, &code);
-  return code;
+  CHECK(code == 0);
+}
+
+void HostProgram::CloseMain() const {
+  m_main.PressCloseBox();
+  WaitForEnd();
 }

@@ -5,7 +5,7 @@
 
 #include <string>
 
-// The program that is tested, beside the module; tests give it a name of its own (see CMakeLists.txt).
+// The program that is tested, beside the module.
 std::string TestedHostPath();
 
 class HostProgram {
@@ -21,10 +21,16 @@ public:
   Window WaitForTop(const std::string& caption) const { return Window::WaitForTop(caption, m_process.dwProcessId); }
   void AnswerError(const std::string& text) const { Window::AnswerBox("Error", text, IDOK, m_process.dwProcessId); }
 
+  void ChooseFile(const std::string& caption, const std::string& path) const {
+    Window::ChooseFile(caption, path, m_process.dwProcessId);
+  }
+
   // Waits until a control of the main window has that text.
   void WaitForText(int control, const std::string& text) const;
-  // Waits for the program's end; its exit code.
-  DWORD WaitForEnd();
+  // Checks that the program ends, without an error.
+  void WaitForEnd() const;
+  // The same by the main window's close box.
+  void CloseMain() const;
 
 private:
   PROCESS_INFORMATION m_process{};

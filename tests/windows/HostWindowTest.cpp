@@ -4,11 +4,11 @@
 #include "res/resource.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/windows/HostProgram.h"
-#include "tests/windows/LocalServer.h"
 
 #include <doctest/doctest.h>
 
 #include <iterator>
+#include <winsock2.h>
 
 namespace {
 
@@ -24,16 +24,36 @@ constexpr Tool kTools[] = {
 constexpr int kTerminal = IDM_FIRST_TOOL;
 constexpr int kScriptProcessor = IDM_FIRST_TOOL + 2;
 
-bool IsPressedIn(const Window& button) {
-  return button.Send(BM_GETCHECK) == BST_CHECKED;
-}
+// A device at the other end of a TCP connection, on this machine.
+class LocalServer {
+public:
+  // Listens on a port of the system's choice.
+  LocalServer() {
+    WSADATA data{};
+    REQUIRE(WSAStartup(MAKEWORD(2, 2), &data) == 0);
+    m_listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int size = sizeof address;
+    REQUIRE(bind(m_listener, reinterpret_cast<sockaddr*>(&address), size) == 0);
+    REQUIRE(listen(m_listener, 1) == 0);
+    REQUIRE(getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size) == 0);
+    channelText = "tcp:127.0.0.1:" + std::to_string(ntohs(address.sin_port));
+  }
+  ~LocalServer() { WSACleanup(); } // and with it, what a failed test left open
 
-bool HasFocus(const Window& control) {
-  GUITHREADINFO info{};
-  info.cbSize = sizeof info;
-  return GetGUIThreadInfo(GetWindowThreadProcessId(control.Handle(), nullptr), &info) &&
-         (info.hwndFocus == control.Handle() || IsChild(control.Handle(), info.hwndFocus));
-}
+  // Once the host has connected: hangs up, and listens no more.
+  void Close() {
+    closesocket(accept(m_listener, nullptr, nullptr));
+    closesocket(m_listener);
+  }
+
+  std::string channelText;
+
+private:
+  SOCKET m_listener;
+};
 
 // The host with its Script Processor shown, and a script that is being run there.
 class RunningScript {
@@ -43,11 +63,9 @@ public:
     host.Main().PressControl(kScriptProcessor);
     window = host.WaitForTop("Script processor");
     window.PressControl(IDC_SCRIPT_BROWSE);
-    const Window chooser = host.WaitForTop("Open a script file");
-    chooser.TypeFileName(m_folder.PathOf("test.dcs"));
-    chooser.WaitUntilGone("the file dialog");
+    host.ChooseFile("Open a script file", m_folder.PathOf("test.dcs"));
     window.PressControl(IDC_SCRIPT_EXECUTE);
-    WaitFor("output", [this] { return window.Control(IDC_SCRIPT_LOG).Send(LB_GETCOUNT) > 0; });
+    WaitFor("output", [this] { return window.Control(IDC_SCRIPT_LOG).ItemCount() > 0; });
   }
 
 private:
@@ -62,34 +80,29 @@ public:
 
 TEST_CASE("each tool's window comes and goes, and its button tells") {
   HostProgram host;
-  std::vector<Window> windows;
   for (int i = 0; i < static_cast<int>(std::size(kTools)); ++i) {
     CAPTURE(kTools[i].caption);
     const Window button = host.Main().Control(IDM_FIRST_TOOL + i);
     CHECK(button.Text() == kTools[i].button);
-    CHECK_FALSE(IsPressedIn(button));
+    CHECK_FALSE(button.Checked());
     button.Press();
-    windows.push_back(host.WaitForTop(kTools[i].caption));
-    WaitFor("the button to be pressed in", [&] { return IsPressedIn(button); });
-  }
-  for (std::size_t i = 0; i < windows.size(); ++i) {
-    CAPTURE(kTools[i].caption);
-    const Window button = host.Main().Control(IDM_FIRST_TOOL + static_cast<int>(i));
-    const auto isHidden = [&] { return !windows[i].Visible() && !IsPressedIn(button); };
-    const auto isShown = [&] { return windows[i].Visible() && IsPressedIn(button); };
-    windows[i].PressControl(IDOK);
+    const Window window = host.WaitForTop(kTools[i].caption);
+    const auto isHidden = [&] { return !window.Visible() && !button.Checked(); };
+    const auto isShown = [&] { return window.Visible() && button.Checked(); };
+    WaitFor("the button to be pressed in", isShown);
+    window.PressControl(IDOK);
     WaitFor("its Close button to hide it", isHidden);
     button.Press();
     WaitFor("the button to show the same window", isShown);
-    windows[i].PressCloseBox();
+    window.PressCloseBox();
     WaitFor("its close box to hide it", isHidden);
     button.Press();
     WaitFor("the button to show it again", isShown);
     button.Press();
     WaitFor("the button to hide it", isHidden);
+    button.Press(); // it stands there while the others come
   }
-  host.Main().PressCloseBox();
-  CHECK(host.WaitForEnd() == 0);
+  host.CloseMain();
 }
 
 TEST_CASE("the channel is disconnected and connected under an open tool") {
@@ -125,10 +138,9 @@ TEST_CASE("the channel is disconnected and connected under an open tool") {
 
 TEST_CASE("a channel that takes its time to open, and one that is lost") {
   LocalServer server;
-  HostProgram host("--channel " + server.ChannelText());
-  server.Accept();
+  HostProgram host("--channel " + server.channelText);
   host.WaitForText(IDC_CHANNEL_STATE, "open");
-  CHECK(host.Main().Control(IDC_CHANNEL_TEXT).Text() == server.ChannelText());
+  CHECK(host.Main().Control(IDC_CHANNEL_TEXT).Text() == server.channelText);
   server.Close();
   WaitFor("the state to tell that the connection is gone",
           [&] { return host.Main().Control(IDC_CHANNEL_STATE).Text().starts_with("closed: "); });
@@ -167,8 +179,7 @@ TEST_CASE("closing the main window ends whatever a script does") {
     RunningScript run(script);
     if (std::string(script).find("messagebox") != std::string::npos)
       run.host.WaitForTop("Question");
-    run.host.Main().PressCloseBox();
-    CHECK(run.host.WaitForEnd() == 0);
+    run.host.CloseMain();
   }
 }
 
@@ -180,9 +191,7 @@ TEST_CASE("closing the main window ends a copy") {
   host.Main().PressControl(IDM_FIRST_TOOL + 1);
   const Window manager = host.WaitForTop("File manager");
   manager.PressControl(IDC_FM_LOAD_JOB);
-  const Window chooser = host.WaitForTop("Open job file");
-  chooser.TypeFileName(folder.PathOf("test.dcj"));
-  chooser.WaitUntilGone("the file dialog");
+  host.ChooseFile("Open job file", folder.PathOf("test.dcj"));
   WaitFor("something to copy", [&] { return manager.Control(IDC_FM_COPY_ALL).Enabled(); });
   manager.PressControl(IDC_FM_COPY_ALL);
   const Window progress = host.WaitForTop("Progress");
@@ -190,8 +199,7 @@ TEST_CASE("closing the main window ends a copy") {
   host.Main().Send(WM_COMMAND, IDM_FIRST_TOOL + 1); // does not hide what is busy
   CHECK(manager.Visible());
   CHECK(progress.Visible());
-  host.Main().PressCloseBox();
-  CHECK(host.WaitForEnd() == 0);
+  host.CloseMain();
 }
 
 TEST_CASE("closing the main window while a tool asks something") {
@@ -199,8 +207,7 @@ TEST_CASE("closing the main window while a tool asks something") {
   host.Main().PressControl(kScriptProcessor);
   host.WaitForTop("Script processor").PressControl(IDC_SCRIPT_BROWSE);
   host.WaitForTop("Open a script file");
-  host.Main().PressCloseBox();
-  CHECK(host.WaitForEnd() == 0);
+  host.CloseMain();
 }
 
 TEST_CASE("what cannot be had is said, and the rest works") {
@@ -213,8 +220,7 @@ TEST_CASE("what cannot be had is said, and the rest works") {
     host.Main().Control(IDC_CHANNEL_TEXT).SetText("sim");
     host.Main().PressControl(IDM_CONNECT);
     host.WaitForText(IDC_CHANNEL_STATE, "open");
-    host.Main().PressCloseBox();
-    CHECK(host.WaitForEnd() == 0);
+    host.CloseMain();
   }
   SUBCASE("the module") {
     const TemporaryFolder folder;
@@ -227,8 +233,7 @@ TEST_CASE("what cannot be had is said, and the rest works") {
     box.PressControl(IDOK);
     host.WaitForText(IDC_CHANNEL_STATE, "open");
     CHECK(host.Main().Control(IDC_TOOLS_PROBLEM).Text().starts_with(problem));
-    host.Main().PressCloseBox();
-    CHECK(host.WaitForEnd() == 0);
+    host.CloseMain();
   }
 }
 
@@ -237,16 +242,13 @@ TEST_CASE("the keyboard alone") {
   const Window main = host.Main();
   host.WaitForText(IDC_CHANNEL_STATE, "open");
   main.Activate();
-  const auto waitForFocus = [&](int id) {
-    WaitFor("the focus on control " + std::to_string(id), [&] { return HasFocus(main.Control(id)); });
-  };
-  waitForFocus(IDM_CONNECT); // the channel's text cannot be changed now
+  main.Control(IDM_CONNECT).WaitForFocus(); // the channel's text cannot be changed now
   TypeKey(VK_TAB);
-  waitForFocus(kTerminal);
+  main.Control(kTerminal).WaitForFocus();
   TypeKey(VK_RETURN);
   const Window terminal = host.WaitForTop("Terminal");
   main.Activate();
-  waitForFocus(kTerminal);
+  main.Control(kTerminal).WaitForFocus();
   TypeKeyWith(VK_CONTROL, '1');
   terminal.WaitUntilGone("the Terminal");
   TypeKey(VK_ESCAPE); // not for the main window
@@ -259,10 +261,10 @@ TEST_CASE("the keyboard alone") {
   TypeKey(VK_F5);
   host.WaitForText(IDC_CHANNEL_STATE, "not connected");
   TypeKeyWith(VK_MENU, 'A');
-  waitForFocus(IDC_CHANNEL_TEXT);
+  main.Control(IDC_CHANNEL_TEXT).WaitForFocus();
   TypeKey(VK_RETURN);
   host.WaitForText(IDC_CHANNEL_STATE, "open");
-  waitForFocus(IDM_CONNECT);
+  main.Control(IDM_CONNECT).WaitForFocus();
   TypeKeyWith(VK_MENU, VK_F4);
-  CHECK(host.WaitForEnd() == 0);
+  host.WaitForEnd();
 }

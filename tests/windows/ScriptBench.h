@@ -8,30 +8,7 @@
 
 #include <doctest/doctest.h>
 
-#include <atomic>
-
 inline constexpr const char* kScriptCaption = "Script processor";
-
-class ScriptChannel : public GuardedChannel {
-public:
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
-    GuardedChannel::GetInfoString(what, code);
-    return what == OND_INFO_ERROR && code == EONX_ERR_SCRIPT ? "the script failed" : "channel";
-  }
-  // Only runs wait for the channel.
-  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
-    const std::int32_t answer = GuardedChannel::Lock(owner, timeoutMs);
-    runs += timeoutMs != 0 && answer == 0;
-    return answer;
-  }
-  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
-    GuardedChannel::Transmit(data, length, written);
-    ++transmits;
-    return 0;
-  }
-
-  std::atomic<int> runs = 0, transmits = 0;
-};
 
 using Lines = std::vector<std::string>;
 
@@ -47,43 +24,50 @@ inline std::string Shown(const Lines& lines) {
 struct ScriptBench {
   TestHost host;
   TemporaryFolder folder;
-  ScriptChannel channel;
+  GuardedChannel channel;
   TestClient client{host, ONX_OBJ_SCRIPT_PROCESSOR};
-  Window window = client.Show(kScriptCaption);
-  Window log = window.Control(IDC_SCRIPT_LOG);
-  Window execute = window.Control(IDC_SCRIPT_EXECUTE);
+  Window window, log, execute;
 
-  ScriptBench() { client.Connect(&channel); }
+  ScriptBench() {
+    client.Connect(&channel);
+    Show();
+  }
 
-  // After the window was destroyed.
-  void ShowAgain() {
+  // Also after the window was destroyed.
+  void Show() {
     window = client.Show(kScriptCaption);
     log = window.Control(IDC_SCRIPT_LOG);
     execute = window.Control(IDC_SCRIPT_EXECUTE);
   }
 
-  // Chooses a script by the "..." button as a user does: the system's dialog, a typed name.
-  void Choose(const std::string& path) const {
+  // Writes a script and chooses it by the "..." button as a user does.
+  void Choose(const std::string& script) const {
+    const std::string path = folder.PathOf("test.dcs");
+    folder.Write("test.dcs", script);
+    if (window.Control(IDC_SCRIPT_PATH).Text() == path)
+      return;
     window.PressControl(IDC_SCRIPT_BROWSE);
-    const Window chooser = Window::WaitForTop("Open a script file");
-    chooser.TypeFileName(path);
-    chooser.WaitUntilGone("the file dialog");
+    Window::ChooseFile("Open a script file", path);
     WaitFor("the window to show the path", [&] { return window.Control(IDC_SCRIPT_PATH).Text() == path; });
   }
   void Start(const std::string& script) const {
-    folder.Write("test.dcs", script);
-    if (window.Control(IDC_SCRIPT_PATH).Text() != folder.PathOf("test.dcs"))
-      Choose(folder.PathOf("test.dcs"));
+    Choose(script);
     execute.Press();
   }
   void WaitForEnd() const {
     WaitFor("the script to end", [&] { return channel.LockDepth() == 0 && execute.Text() == "Execute script"; });
   }
+  // Stops the script that runs.
+  void Stop() const {
+    execute.Press();
+    Window::AnswerBox("Error", "Error executing script: error 21");
+    WaitForEnd();
+  }
   // Runs a script that succeeds; the log afterwards.
-  std::vector<std::string> Run(const std::string& script) const {
-    const int locks = channel.runs;
+  Lines Run(const std::string& script) {
+    channel.ForgetCalls();
     Start(script);
-    WaitFor("the run to begin", [&] { return channel.runs > locks; });
+    WaitFor("the run to begin", [&] { return !channel.Calls("Lock").empty(); });
     host.Settle(); // the press has been handled, so the button says "Stop script" until the end
     WaitFor("the script to end", [&] {
       if (Window::FindTop("Error").Exists())
@@ -94,7 +78,7 @@ struct ScriptBench {
   }
   void WaitForLine(const std::string& line) const {
     WaitFor("the log line \"" + line + "\"", [&] {
-      const auto items = log.Items();
+      const Lines items = log.Items();
       return !items.empty() && items.back() == line;
     });
   }

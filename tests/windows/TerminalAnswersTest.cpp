@@ -39,8 +39,7 @@ TEST_CASE("answers become lines, wherever a poll cuts them") {
     terminal.Receive(c.portions);
     CHECK(terminal.Answers() == c.shown);
     terminal.Receive({"\r"}); // the next case begins a line
-    terminal.window.PressControl(IDC_TERMINAL_CLEAR);
-    WaitFor("the list to be empty", [&] { return terminal.NoAnswers(); });
+    terminal.Clear();
     terminal.Receive({"\n"}); // and has no CR before it
   }
 }
@@ -104,8 +103,7 @@ TEST_CASE("the list holds the last 5001 lines, scrolled to the end, as wide as t
 TEST_CASE("Clear starts anew, in mid-line too") {
   TerminalWindow terminal;
   terminal.Receive({"one\r\ntw"});
-  terminal.window.PressControl(IDC_TERMINAL_CLEAR);
-  WaitFor("the list to be empty", [&] { return terminal.NoAnswers(); });
+  terminal.Clear();
   terminal.Receive({"o\r\nthree"});
   CHECK(terminal.Answers() == Lines{"o", "three"});
 }
@@ -121,10 +119,8 @@ TEST_CASE("a device that goes away in mid-line leaves what it said, and goes on 
   TerminalWindow terminal;
   terminal.Receive({"half a "});
   SUBCASE("the channel fails") {
-    terminal.host.Do([&] { terminal.channel.receiveCode = -3; });
+    terminal.channel.Fail("Receive", {-3, -3});
     terminal.Poll();
-    CHECK(terminal.Answers() == Lines{"half a "});
-    terminal.host.Do([&] { terminal.channel.receiveCode = 0; });
   }
   SUBCASE("the channel is disconnected") {
     terminal.client.Connect(nullptr);
@@ -153,10 +149,10 @@ TEST_CASE("a device that goes away in mid-line leaves what it said, and goes on 
 TEST_CASE("a device that never stops does not keep the window") {
   TerminalWindow terminal;
   terminal.host.Do([&] { terminal.channel.endless = true; });
-  WaitFor("a full list", [&] { return terminal.Answers().size() == 5001; });
+  WaitFor("a full list", [&] { return terminal.AnswerCount() == 5001; });
   terminal.Send("stop");
   CHECK(terminal.Status() == "Wrote \"stop\\r\" to device.");
-  terminal.Focus(IDC_TERMINAL_COPY);
+  terminal.Control(IDC_TERMINAL_COPY).Focus();
   TypeKey(VK_ESCAPE);
   terminal.window.WaitUntilGone("the Terminal's window");
 }

@@ -38,14 +38,14 @@ TEST_CASE("a typed line goes out with its escapes decoded, and the status line s
     terminal.Send(c.typed);
     CHECK(terminal.Status() == c.status);
     const bool sent = c.status.starts_with("Wrote");
-    CHECK(terminal.channel.TakeSent() == (sent ? std::vector{c.sent} : std::vector<std::string>()));
+    CHECK(terminal.TakeSent() == (sent ? "Transmit " + c.sent : ""));
     CHECK(terminal.Input().Text() == (sent ? "" : c.typed));
   }
 }
 
 TEST_CASE("every character of the code page can be typed") {
   const TerminalWindow terminal;
-  terminal.Focus(IDC_TERMINAL_INPUT);
+  terminal.Input().Focus();
   for (const wchar_t character : {L'a', L'\u00E4', L'\u20AC', L'\u2013'})
     TypeCharacter(character);
   WaitFor("what was typed", [&] { return terminal.Input().Text() == "a\xE4\x80\x96"; });
@@ -64,15 +64,14 @@ TEST_CASE("a line that cannot go out stays in the input line") {
     terminal.channel.ForgetCalls();
     terminal.Send("ver");
     CHECK(terminal.Status() == "Communication device is locked!");
-    for (const std::string& call : terminal.channel.Calls())
-      CHECK(call == "Lock");
+    CHECK(Joined(terminal.channel.Calls()) == "Lock 500");
     terminal.channel.Unlock(&other);
   }
   SUBCASE("a channel that fails") {
-    terminal.channel.transmitCode = -7;
+    terminal.channel.Fail("Transmit", {-7});
     terminal.Send("ver");
-    CHECK(terminal.Status() == "Error: text of error -7");
-    CHECK(terminal.channel.TakeSent() == std::vector<std::string>{"ver\r"});
+    CHECK(terminal.Status() == "Error: error -7");
+    CHECK(terminal.TakeSent() == "Transmit ver\r");
   }
   CHECK(terminal.Input().Text() == "ver");
   CHECK(terminal.channel.LockDepth() == 0);
@@ -88,7 +87,7 @@ TEST_CASE("Up and Down go through the lines that were sent") {
     WaitFor("the x behind the key", [&] { return terminal.Input().Text().find('x') != std::string::npos; });
     return terminal.Input().Text();
   };
-  terminal.Focus(IDC_TERMINAL_INPUT);
+  terminal.Input().Focus();
   CHECK(press(VK_UP) == "x?");
   CHECK(press(VK_DOWN) == "?x"); // the edit control's own
 
@@ -99,7 +98,7 @@ TEST_CASE("Up and Down go through the lines that were sent") {
   terminal.Send("t\\q"); // differs in Append CR
   for (const std::string line : {"t\\q", "t\\q", "one", "t\\q"})
     CHECK(press(VK_UP) == line + "x");
-  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_UNCHECKED);
+  CHECK_FALSE(terminal.Control(IDC_TERMINAL_APPEND_CR).Checked());
 
   terminal.Send("four");
   for (const std::string line : {"one", "t\\q", "t\\q", "four", "one"})
@@ -109,19 +108,16 @@ TEST_CASE("Up and Down go through the lines that were sent") {
 
 TEST_CASE("the focus starts in the input line and goes around by Tab") {
   TerminalWindow terminal;
-  const auto waitForFocus = [&](int id) {
-    WaitFor("the focus on control " + std::to_string(id), [&] { return terminal.HasFocus(id); });
-  };
   terminal.window.Activate();
-  waitForFocus(IDC_TERMINAL_INPUT);
+  terminal.Input().WaitForFocus();
   for (const int id : {IDC_TERMINAL_APPEND_CR, IDC_TERMINAL_CLEAR, IDC_TERMINAL_COPY, static_cast<int>(IDOK),
                        IDC_TERMINAL_ANSWERS, IDC_TERMINAL_INPUT}) {
     TypeKey(VK_TAB);
-    waitForFocus(id);
+    terminal.Control(id).WaitForFocus();
   }
-  terminal.Focus(IDC_TERMINAL_COPY);
+  terminal.Control(IDC_TERMINAL_COPY).Focus();
   terminal.client.Show("Terminal");
-  waitForFocus(IDC_TERMINAL_INPUT);
+  terminal.Input().WaitForFocus();
 }
 
 TEST_CASE("Enter and Escape depend on where the focus is") {
@@ -129,7 +125,7 @@ TEST_CASE("Enter and Escape depend on where the focus is") {
   terminal.Receive({"a\r"});
   terminal.Input().SetText("typed");
   const auto type = [&](int focus, WORD key) {
-    terminal.Focus(focus);
+    terminal.Control(focus).Focus();
     TypeKey(key);
   };
 
@@ -137,17 +133,17 @@ TEST_CASE("Enter and Escape depend on where the focus is") {
        {std::pair(IDC_TERMINAL_ANSWERS, IDC_TERMINAL_INPUT), std::pair(IDC_TERMINAL_APPEND_CR, IDC_TERMINAL_CLEAR)}) {
     type(id, VK_RETURN);
     TypeKey(VK_TAB); // keys come one after the other: when this one has come, so has Enter
-    WaitFor("the focus to go on", [&, control = next] { return terminal.HasFocus(control); });
+    terminal.Control(next).WaitForFocus();
   }
-  CHECK(terminal.channel.TakeSent().empty());
+  CHECK(terminal.TakeSent().empty());
   CHECK(terminal.window.Visible());
   CHECK(terminal.Input().Text() == "typed");
-  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Send(BM_GETCHECK) == BST_CHECKED);
+  CHECK(terminal.Control(IDC_TERMINAL_APPEND_CR).Checked());
 
   // A push button with the focus is pressed, also when the focus came by a click.
   terminal.host.Do([&] { SetFocus(terminal.Control(IDC_TERMINAL_CLEAR).Handle()); });
   TypeKey(VK_RETURN);
-  WaitFor("Enter on \"Clear\" to clear", [&] { return terminal.NoAnswers(); });
+  WaitFor("Enter on \"Clear\" to clear", [&] { return terminal.AnswerCount() == 0; });
   CHECK(terminal.window.Visible());
 
   type(IDC_TERMINAL_INPUT, VK_ESCAPE);
@@ -158,12 +154,12 @@ TEST_CASE("Enter and Escape depend on where the focus is") {
     type(IDOK, VK_RETURN);
   }
   SUBCASE("a click on Close") {
-    terminal.Focus(IDC_TERMINAL_INPUT);
+    terminal.Input().Focus();
     terminal.window.PressControl(IDOK);
   }
   SUBCASE("Escape outside of the input line") {
     type(IDC_TERMINAL_COPY, VK_ESCAPE);
   }
   terminal.window.WaitUntilGone("the Terminal's window");
-  CHECK(terminal.channel.TakeSent().empty());
+  CHECK(terminal.TakeSent().empty());
 }

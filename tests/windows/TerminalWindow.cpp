@@ -1,15 +1,5 @@
 #include "tests/windows/TerminalWindow.h"
 
-#include <doctest/doctest.h>
-
-#include <utility>
-
-namespace {
-
-constexpr const char* kEndlessLine = "one line of a device that never stops\r\n";
-
-} // namespace
-
 void AnsweringChannel::Answer(std::initializer_list<std::string> portions) {
   const std::lock_guard guard(m_mutex);
   m_portions.insert(m_portions.end(), portions);
@@ -20,40 +10,20 @@ bool AnsweringChannel::AllTaken() const {
   return m_portions.empty();
 }
 
-std::vector<std::string> AnsweringChannel::TakeSent() {
-  const std::lock_guard guard(m_mutex);
-  return std::exchange(m_sent, {});
-}
-
-const char* AnsweringChannel::GetInfoString(std::uint32_t what, std::int64_t code) {
-  GuardedChannel::GetInfoString(what, code);
-  m_errorText = "text of error " + std::to_string(code);
-  return what == OND_INFO_ERROR ? m_errorText.c_str() : what == OND_INFO_DESCRIPTION ? "Bench 4" : "115200 8N1";
-}
-
 std::int32_t AnsweringChannel::Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) {
-  GuardedChannel::Receive(buffer, bufferSize, received);
+  const std::int32_t code = GuardedChannel::Receive(buffer, bufferSize, received);
   duringReceive();
   const std::lock_guard guard(m_mutex);
-  if (receiveCode != 0)
-    return receiveCode;
   if (endless && m_portions.empty())
-    m_portions.push_back(kEndlessLine);
-  if (m_portions.empty())
-    return 0;
+    m_portions.push_back("one line of a device that never stops\r\n");
+  if (code != 0 || m_portions.empty())
+    return code;
   std::string& portion = m_portions.front();
   *received = portion.copy(buffer, bufferSize);
   portion.erase(0, *received);
   if (*received == 0 || endless) // what follows is the next poll's
     m_portions.pop_front();
   return 0;
-}
-
-std::int32_t AnsweringChannel::Transmit(const char* data, std::uint64_t length, std::uint64_t* written) {
-  GuardedChannel::Transmit(data, length, written);
-  const std::lock_guard guard(m_mutex);
-  m_sent.emplace_back(data, length);
-  return transmitCode;
 }
 
 TerminalWindow::TerminalWindow() {
@@ -69,26 +39,28 @@ void TerminalWindow::Receive(std::initializer_list<std::string> portions) {
   });
 }
 
-void TerminalWindow::Focus(int id) const {
-  window.Activate();
-  window.Send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id).Handle()), TRUE); // as Tab does
-}
-
-bool TerminalWindow::HasFocus(int id) const {
-  return host.Ask([] { return GetFocus(); }) == Control(id).Handle();
+void TerminalWindow::Clear() const {
+  window.PressControl(IDC_TERMINAL_CLEAR);
+  WaitFor("the list to be empty", [&] { return AnswerCount() == 0; });
 }
 
 void TerminalWindow::Send(const std::string& line) const {
-  Focus(IDC_TERMINAL_INPUT);
+  Input().Focus();
   Input().SetText(line);
   Control(IDC_TERMINAL_STATUS).SetText("");
   TypeKey(VK_RETURN);
   WaitFor("the status line to tell what became of \"" + line + "\"", [&] { return !Status().empty(); });
 }
 
+std::string TerminalWindow::TakeSent() {
+  const std::string sent = Joined(channel.Calls("Transmit "));
+  channel.ForgetCalls();
+  return sent;
+}
+
 void TerminalWindow::SetAppendCr(bool append) const {
   const Window box = Control(IDC_TERMINAL_APPEND_CR);
-  if ((box.Send(BM_GETCHECK) == BST_CHECKED) != append)
+  if (box.Checked() != append)
     box.Press();
-  WaitFor("the box \"Append CR\"", [&] { return (box.Send(BM_GETCHECK) == BST_CHECKED) == append; });
+  WaitFor("the box \"Append CR\"", [&] { return box.Checked() == append; });
 }

@@ -5,7 +5,6 @@
 #include "tests/support/GuardedChannel.h"
 #include "tests/windows/support/TestHost.h"
 
-#include <deque>
 #include <functional>
 #include <initializer_list>
 
@@ -14,24 +13,16 @@ class AnsweringChannel : public GuardedChannel {
 public:
   void Answer(std::initializer_list<std::string> portions);
   bool AllTaken() const;
-  // The bytes of each Transmit since the last call.
-  std::vector<std::string> TakeSent();
 
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override;
   std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override;
-  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override;
 
-  // Set before the channel is used, or on the host's thread.
-  std::int32_t transmitCode = 0;
-  std::int32_t receiveCode = 0;
+  // Set on the host's thread.
   bool endless = false; // one line after the other, without a pause
   std::function<void()> duringReceive = [] {};
 
 private:
-  mutable std::mutex m_mutex; // guards the fields below
+  mutable std::mutex m_mutex; // guards the field below
   std::deque<std::string> m_portions;
-  std::vector<std::string> m_sent;
-  std::string m_errorText;
 };
 
 class TerminalWindow {
@@ -43,16 +34,17 @@ public:
   Window Input() const { return Control(IDC_TERMINAL_INPUT); }
   std::string Status() const { return Control(IDC_TERMINAL_STATUS).Text(); }
   std::vector<std::string> Answers() const { return Control(IDC_TERMINAL_ANSWERS).Items(); }
-  bool NoAnswers() const { return Control(IDC_TERMINAL_ANSWERS).Send(LB_GETCOUNT) == 0; }
+  std::size_t AnswerCount() const { return Control(IDC_TERMINAL_ANSWERS).ItemCount(); }
   // Lets the device answer, and waits until the window shows it.
   void Receive(std::initializer_list<std::string> portions);
   // One poll, now.
   void Poll() const { window.Send(WM_TIMER, 1); }
+  void Clear() const;
 
-  void Focus(int id) const;
-  bool HasFocus(int id) const;
   // Puts the line into the input line, presses Enter and waits for a word in the status line.
   void Send(const std::string& line) const;
+  // What went to the device since the last call: "Transmit BYTES, Transmit BYTES…".
+  std::string TakeSent();
   void SetAppendCr(bool append) const;
 
   TestHost host;

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr const char* kClassName = "TestHost";
-constexpr UINT kRunMessage = WM_APP; // lParam: the operation
+constexpr UINT kRunMessage = WM_APP; // lParam: the operation, a share that the receiver owns
 constexpr DWORD kLimitMs = 60000;
 
 // Owned by whoever is last to use it, so that a test that gave up waiting leaves nothing dangling.
@@ -17,15 +17,15 @@ struct Operation {
   HANDLE done = CreateEventA(nullptr, TRUE, FALSE, nullptr);
   ~Operation() { CloseHandle(done); }
 };
+using Share = std::shared_ptr<Operation>;
 
 LRESULT CALLBACK HostWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == kRunMessage) {
-    const std::unique_ptr<std::shared_ptr<Operation>> operation(reinterpret_cast<std::shared_ptr<Operation>*>(lParam));
-    (*operation)->run();
-    SetEvent((*operation)->done);
-    return 0;
-  }
-  return DefWindowProcA(window, message, wParam, lParam);
+  if (message != kRunMessage)
+    return DefWindowProcA(window, message, wParam, lParam);
+  const std::unique_ptr<Share> operation(reinterpret_cast<Share*>(lParam));
+  (*operation)->run();
+  SetEvent((*operation)->done);
+  return 0;
 }
 
 HWND MakeMainWindow() {
@@ -35,7 +35,7 @@ HWND MakeMainWindow() {
   description.lpszClassName = kClassName;
   RegisterClassA(&description); // the second host of a process finds it registered
   return CreateWindowA(kClassName, "Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 100, nullptr, nullptr,
-                       GetModuleHandleA(nullptr), nullptr);
+                       description.hInstance, nullptr);
 }
 
 template <typename Function>
@@ -46,8 +46,7 @@ Function Export(HMODULE module, const char* name) {
 } // namespace
 
 TestHost::TestHost() : m_ready(CreateEventA(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { ThreadMain(); }) {
-  const bool started = WaitForSingleObject(m_ready, kLimitMs) == WAIT_OBJECT_0;
-  REQUIRE_MESSAGE(started, "the host's thread starts");
+  REQUIRE_MESSAGE(WaitForSingleObject(m_ready, kLimitMs) == WAIT_OBJECT_0, "the host's thread starts");
   REQUIRE_MESSAGE(m_module != nullptr, "OndDeviceClient.dll loads");
 }
 
@@ -57,16 +56,11 @@ TestHost::~TestHost() {
   CloseHandle(m_ready);
 }
 
-bool TestHost::LoadModule() {
+void TestHost::ThreadMain() {
+  m_threadId = GetCurrentThreadId();
   m_module = LoadLibraryA("OndDeviceClient.dll");
   createInstance = Export<OndDeviceClientCreateInstanceFunction>(m_module, "OndDeviceClientCreateInstance");
   deleteInstance = Export<OndDeviceClientDeleteInstanceFunction>(m_module, "OndDeviceClientDeleteInstance");
-  return m_module != nullptr;
-}
-
-void TestHost::ThreadMain() {
-  m_threadId = GetCurrentThreadId();
-  const bool loaded = LoadModule();
   m_window = MakeMainWindow();
   SetEvent(m_ready);
   MSG message;
@@ -75,14 +69,14 @@ void TestHost::ThreadMain() {
     DispatchMessageA(&message);
   }
   DestroyWindow(m_window);
-  if (loaded)
+  if (m_module)
     FreeLibrary(m_module);
 }
 
 void TestHost::Do(const std::function<void()>& operation) const {
   const auto shared = std::make_shared<Operation>();
   shared->run = operation;
-  PostMessageA(m_window, kRunMessage, 0, reinterpret_cast<LPARAM>(new std::shared_ptr<Operation>(shared)));
+  PostMessageA(m_window, kRunMessage, 0, reinterpret_cast<LPARAM>(new Share(shared)));
   if (WaitForSingleObject(shared->done, kLimitMs) != WAIT_OBJECT_0)
     FAIL("the host's thread did not finish an operation within " << kLimitMs << " ms");
 }

@@ -40,7 +40,6 @@ public:
 
 private:
   void ThreadMain();
-  bool LoadModule();
 
   HMODULE m_module = nullptr;
   HWND m_window = nullptr;

@@ -26,6 +26,14 @@ BOOL CALLBACK MatchTop(HWND window, LPARAM parameter) {
   return FALSE;
 }
 
+// Of the thread that the window belongs to.
+GUITHREADINFO ThreadState(HWND window) {
+  GUITHREADINFO state{};
+  state.cbSize = sizeof(state);
+  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state);
+  return state;
+}
+
 void SendKey(WORD virtualKey, DWORD flags) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
@@ -119,12 +127,22 @@ void Window::Resize(int width, int height) const {
 }
 
 void Window::Activate() const {
-  const DWORD thread = GetWindowThreadProcessId(m_handle, nullptr);
   WaitFor("\"" + Text() + "\" to come to the front", [&] {
     SetForegroundWindow(m_handle);
-    GUITHREADINFO state{};
-    state.cbSize = sizeof(state);
-    return GetForegroundWindow() == m_handle && GetGUIThreadInfo(thread, &state) && state.hwndActive == m_handle;
+    return GetForegroundWindow() == m_handle && ThreadState(m_handle).hwndActive == m_handle;
+  });
+}
+
+void Window::Focus() const {
+  const Window top(GetAncestor(m_handle, GA_ROOT));
+  top.Activate();
+  top.Send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(m_handle), TRUE);
+}
+
+void Window::WaitForFocus() const {
+  WaitFor("the focus on \"" + Text() + "\" (control " + std::to_string(GetDlgCtrlID(m_handle)) + ")", [this] {
+    const HWND focus = ThreadState(m_handle).hwndFocus;
+    return focus == m_handle || IsChild(m_handle, focus);
   });
 }
 
@@ -133,7 +151,7 @@ void Window::WaitUntilGone(const std::string& what) const {
 }
 
 std::vector<std::string> Window::Items() const {
-  std::vector<std::string> items(static_cast<std::size_t>(Send(LB_GETCOUNT)));
+  std::vector<std::string> items(ItemCount());
   for (std::size_t i = 0; i < items.size(); ++i) {
     items[i].resize(static_cast<std::size_t>(Send(LB_GETTEXTLEN, i)));
     Send(LB_GETTEXT, i, reinterpret_cast<LPARAM>(items[i].data()));
@@ -147,23 +165,27 @@ void Window::Select(int index) const {
 
 void Window::TypeFileName(const std::string& path) const {
   // The dialog's one edit control, at whatever depth.
+  const auto findEdit = [](HWND child, LPARAM found) -> BOOL {
+    char kind[16] = "";
+    GetClassNameA(child, kind, sizeof(kind));
+    if (std::string(kind) != "Edit" || !IsWindowVisible(child))
+      return TRUE;
+    *reinterpret_cast<HWND*>(found) = child;
+    return FALSE;
+  };
   HWND edit = nullptr;
   WaitFor("the file dialog's name field", [&] {
-    EnumChildWindows(
-        m_handle,
-        [](HWND child, LPARAM found) -> BOOL {
-          char kind[16] = "";
-          GetClassNameA(child, kind, sizeof(kind));
-          if (std::string(kind) != "Edit" || !IsWindowVisible(child))
-            return TRUE;
-          *reinterpret_cast<HWND*>(found) = child;
-          return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&edit));
+    EnumChildWindows(m_handle, findEdit, reinterpret_cast<LPARAM>(&edit));
     return edit != nullptr;
   });
   Window(edit).SetText(path);
   PressControl(IDOK);
+}
+
+void Window::ChooseFile(const std::string& caption, const std::string& path, DWORD process) {
+  const Window chooser = WaitForTop(caption, process);
+  chooser.TypeFileName(path);
+  chooser.WaitUntilGone("the dialog \"" + caption + "\"");
 }
 
 std::string Window::BoxText() const {

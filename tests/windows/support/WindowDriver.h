@@ -27,6 +27,7 @@ public:
   bool Exists() const { return IsWindow(m_handle) != FALSE; }
   bool Visible() const { return IsWindowVisible(m_handle) != FALSE; }
   bool Enabled() const { return IsWindowEnabled(m_handle) != FALSE; }
+  bool Checked() const { return Send(BM_GETCHECK) == BST_CHECKED; }
   std::string Text() const;
   RECT Place() const;       // on the screen
   RECT PlaceInside() const; // in the parent's client area
@@ -46,15 +47,21 @@ public:
   void Resize(int width, int height) const; // outer size
   // Brings the window to the front; the keyboard focus goes to the control that had it last.
   void Activate() const;
+  // Brings a control's window to the front and the keyboard focus to the control, as Tab does.
+  void Focus() const;
+  void WaitForFocus() const;
   void WaitUntilGone(const std::string& what) const;
 
   // --- list boxes
-  std::vector<std::string> Items() const;
+  std::size_t ItemCount() const { return static_cast<std::size_t>(Send(LB_GETCOUNT)); }
+  std::vector<std::string> Items() const; // of a list that stays as it is
   void Select(int index) const;
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
   // --- the system's file dialogs: enters a path and confirms
   void TypeFileName(const std::string& path) const;
+  // The same in the one with that caption, which goes away.
+  static void ChooseFile(const std::string& caption, const std::string& path, DWORD process = GetCurrentProcessId());
 
   // --- message boxes: waits for one with that caption, checks its text, presses the button with that id
   static void AnswerBox(const std::string& caption, const std::string& text, int button = IDOK,
