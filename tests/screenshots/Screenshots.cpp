@@ -114,10 +114,10 @@ TEST_CASE("File Manager") {
   Shoot(progress, "filemanager-progress");
   progress.PressControl(IDCANCEL);
   Window::WaitForTop("Error").PressControl(IDOK);
-  bench.WaitUntilIdle("the copy's end");
+  bench.WaitUntilIdle();
   bench.Press(IDC_FM_FORMAT);
   const Window question = Window::WaitForTop("WARNING");
   Shoot(question, "filemanager-format");
   question.PressControl(IDCANCEL);
-  bench.WaitUntilIdle("the question's end");
+  bench.WaitUntilIdle();
 }

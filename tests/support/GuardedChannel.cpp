@@ -136,24 +136,35 @@ std::int32_t GuardedChannel::ReadDirectory() {
 
 std::uint64_t GuardedChannel::GetDirectoryEntryCount() {
   Touch("Count");
-  return 0;
+  return directory.size();
 }
 
-std::int32_t GuardedChannel::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY*) {
-  return Touch("Entry " + std::to_string(index));
+std::int32_t GuardedChannel::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) {
+  const std::int32_t code = Touch("Entry " + std::to_string(index));
+  if (code == 0)
+    *entry = directory.at(index);
+  return code;
 }
 
-std::int32_t GuardedChannel::GetDirectoryInfo(TDEVDIRINFO* info) {
-  *info = {};
-  return Touch("Info");
+std::int32_t GuardedChannel::GetDirectoryInfo(TDEVDIRINFO* out) {
+  const std::int32_t code = Touch("Info");
+  if (code == 0)
+    *out = info;
+  return code;
 }
 
 std::int32_t GuardedChannel::DeleteDeviceFile(std::uint8_t fileId) {
-  return Touch("Delete " + std::to_string(fileId));
+  const std::int32_t code = Touch("Delete " + std::to_string(fileId));
+  if (code == 0)
+    std::erase_if(directory, [&](const TDEVDIRENTRY& entry) { return entry.fileId == fileId; });
+  return code;
 }
 
 std::int32_t GuardedChannel::FormatDevice(std::uint32_t usedBlocksOnly) {
-  return Touch("Format " + std::to_string(usedBlocksOnly));
+  const std::int32_t code = Touch("Format " + std::to_string(usedBlocksOnly));
+  if (code == 0)
+    directory.clear();
+  return code;
 }
 
 std::string Joined(const std::vector<std::string>& texts) {

@@ -16,8 +16,8 @@
 // or when locks and unlocks do not pair. Failures are collected and reported by the destructor, so that any thread may
 // cause them.
 //
-// It is an open device that succeeds at everything and has nothing to say; tests derive from it and override the
-// operations they care about, calling the base first for the watching and the answer. [any thread]
+// It is an open device with a directory, which succeeds at everything and has nothing to say; tests derive from it and
+// override the operations they care about, calling the base first for the watching and the answer. [any thread]
 class GuardedChannel : public COndDeviceComm_0 {
 public:
   GuardedChannel() = default;
@@ -34,6 +34,9 @@ public:
   // What the next calls of an operation answer, by its name above; then 0 again.
   void Fail(const std::string& operation, std::deque<std::int32_t> codes);
   std::atomic<std::uint32_t> state = 1;
+  // What the device holds; sending files does not change it. [set while nothing else goes on]
+  std::vector<TDEVDIRENTRY> directory;
+  TDEVDIRINFO info{512, 100, 3, 1000, 1536};
   // Called within each transfer, to report its progress; a code other than 0 is what the transfer answers.
   std::function<std::int32_t(TransferProgressCallback report, void* context)> duringTransfer;
   // How many locks are held now.

@@ -8,55 +8,22 @@
 
 // --- the device
 
-std::int32_t FileDevice::TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType,
-                                      std::uint32_t fileMode, TransferProgressCallback callback, void* context,
-                                      std::uint32_t flag, std::uint32_t stepCount) {
-  const std::int32_t code =
-      GuardedChannel::TransmitFile(localPath, fileId, fileType, fileMode, callback, context, flag, stepCount);
-  callback(context, 0);
-  callback(context, steps);
+FileDevice::FileDevice() {
+  duringTransfer = [this](TransferProgressCallback report, void* context) { return Transfer(report, context); };
+}
+
+std::int32_t FileDevice::Transfer(TransferProgressCallback report, void* context) {
+  report(context, 0);
+  report(context, steps);
   ++transfers;
   if (beforeHold)
     beforeHold();
   while (hold) {
-    if (callback(context, steps) != 0 && !deaf)
+    if (report(context, steps) != 0 && !deaf)
       return kAborted;
     Sleep(1);
   }
-  return callback(context, stepCount) != 0 && !deaf ? kAborted : code;
-}
-
-std::uint64_t FileDevice::GetDirectoryEntryCount() {
-  GuardedChannel::GetDirectoryEntryCount();
-  return directory.size();
-}
-
-std::int32_t FileDevice::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) {
-  const std::int32_t code = GuardedChannel::GetDirectoryEntry(index, entry);
-  if (code == 0)
-    *entry = directory.at(index);
-  return code;
-}
-
-std::int32_t FileDevice::GetDirectoryInfo(TDEVDIRINFO* out) {
-  const std::int32_t code = GuardedChannel::GetDirectoryInfo(out);
-  if (code == 0)
-    *out = info;
-  return code;
-}
-
-std::int32_t FileDevice::DeleteDeviceFile(std::uint8_t fileId) {
-  const std::int32_t code = GuardedChannel::DeleteDeviceFile(fileId);
-  if (code == 0)
-    std::erase_if(directory, [&](const TDEVDIRENTRY& entry) { return entry.fileId == fileId; });
-  return code;
-}
-
-std::int32_t FileDevice::FormatDevice(std::uint32_t usedBlocksOnly) {
-  const std::int32_t code = GuardedChannel::FormatDevice(usedBlocksOnly);
-  if (code == 0)
-    directory.clear();
-  return code;
+  return report(context, 100) != 0 && !deaf ? kAborted : 0;
 }
 
 // --- the lists
@@ -144,9 +111,14 @@ void FileManagerBench::Press(int id) const {
   host.Settle(); // the press is a chain of posted messages
 }
 
-void FileManagerBench::WaitUntilIdle(const std::string& what) const {
+void FileManagerBench::WaitUntilIdle() const {
   host.Settle(); // the answer to a box has been given, what follows may just begin
-  WaitFor(what + " to end", [&] { return window.Enabled() && device.LockDepth() == 0; });
+  WaitFor("the action to end", [&] { return window.Enabled() && device.LockDepth() == 0; });
+}
+
+void FileManagerBench::CheckCalls(const std::string& calls) const {
+  WaitUntilIdle();
+  CHECK(Joined(device.Calls()) == calls);
 }
 
 void FileManagerBench::Choose(int button, const std::string& title, const std::string& path) const {

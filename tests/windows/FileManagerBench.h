@@ -14,31 +14,23 @@
 inline constexpr const char* kFileManagerCaption = "File manager";
 inline constexpr const char* kLockedText = "Communication device is locked";
 
-// A device with files.
+// A device whose transfers can be held up.
 class FileDevice : public GuardedChannel {
 public:
   static constexpr std::int32_t kAborted = -9;
 
-  // What the device does [set while no action runs, or atomics]
-  std::vector<TDEVDIRENTRY> directory;
-  TDEVDIRINFO info{512, 100, 3, 1000, 1536};
+  FileDevice();
+
   // While set, transfers stand still after having reported `steps`, until the client aborts or this is cleared.
   std::atomic<bool> hold = false;
   std::atomic<bool> deaf = false; // the client's wish to abort is not heard while transfers stand still
   std::atomic<std::uint32_t> steps = 40;
-  // Called on the copying thread within each transfer, before it stands still.
+  // Called on the copying thread within each transfer, before it stands still. [set while there is none]
   std::function<void()> beforeHold;
-
   std::atomic<int> transfers = 0; // begun
 
-  std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
-                            TransferProgressCallback callback, void* context, std::uint32_t flag,
-                            std::uint32_t stepCount) override;
-  std::uint64_t GetDirectoryEntryCount() override;
-  std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override;
-  std::int32_t GetDirectoryInfo(TDEVDIRINFO* info) override;
-  std::int32_t DeleteDeviceFile(std::uint8_t fileId) override;
-  std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override;
+private:
+  std::int32_t Transfer(TransferProgressCallback report, void* context);
 };
 
 // A list view, read and worked from outside.
@@ -78,7 +70,9 @@ struct FileManagerBench {
   void Drop(const std::vector<std::string>& paths) const;
   // Presses a button once it is enabled, and waits until the press has been handled or has opened a box.
   void Press(int id) const;
-  void WaitUntilIdle(const std::string& what) const; // no lock, window enabled
+  void WaitUntilIdle() const; // no lock, window enabled
+  // The same; then checks what was done to the device since its calls were forgotten.
+  void CheckCalls(const std::string& calls) const;
   // Presses a button, answers the system's dialog with that title by typing a name.
   void Choose(int button, const std::string& title, const std::string& path) const;
   void TypeInList(WORD virtualKey) const;

@@ -35,15 +35,13 @@ TEST_CASE("all rows or the selected ones are sent in order, then the directory i
   bench.Local().SetText(0, 2, "5");
   bench.Local().SetText(2, 3, "BIT REVERSE");
   bench.Press(IDC_FM_COPY_ALL);
-  bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\b.rbf", "0 1 2") +
-                                            ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
+  bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\b.rbf", "0 1 2") + ", " +
+                   Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
   bench.device.ForgetCalls();
   bench.Local().Select({0, 2});
   bench.Press(IDC_FM_COPY_SELECTED);
-  bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Calls()) ==
-        "Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh + ", Unlock");
+  bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin", "44 5 0") + ", " + Sent("C:\\c.bin", "0 1 1") + ", " + kRefresh +
+                   ", Unlock");
 }
 
 TEST_CASE("nothing to copy") {
@@ -52,7 +50,7 @@ TEST_CASE("nothing to copy") {
   Window::AnswerBox("Error", "No files present to copy!");
   PostMessageA(bench.window.Handle(), WM_COMMAND, IDC_FM_COPY_SELECTED, 0);
   Window::AnswerBox("Error", "No files marked to copy!");
-  CHECK(bench.device.Calls().empty());
+  CHECK(Joined(bench.device.Calls()) == "");
 }
 
 TEST_CASE("the progress dialog shows how far the copy is") {
@@ -91,7 +89,7 @@ TEST_CASE("the progress dialog shows how far the copy is") {
   bench.device.beforeHold = nullptr;
   bench.device.hold = false;
   progress.WaitUntilGone("the progress dialog");
-  bench.WaitUntilIdle("the copy");
+  bench.WaitUntilIdle();
 }
 
 TEST_CASE("failures are told together afterwards") {
@@ -120,8 +118,7 @@ TEST_CASE("failures are told together afterwards") {
     for (const char* name = c.sent; *name; ++name)
       log += Sent(std::string("C:\\") + *name + ".bin") + ", ";
     Window::AnswerBox("Error", c.report);
-    bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Calls()) == log + "GetInfoString 5, " + kRefresh + ", Unlock");
+    bench.CheckCalls(log + "GetInfoString 5, " + kRefresh + ", Unlock");
   }
   CHECK_FALSE(Window::FindTop("Error").Exists());
 }
@@ -134,7 +131,7 @@ TEST_CASE("files that vanished are the channel's to report, one line for each") 
   bench.Press(IDC_FM_COPY_ALL);
   Window::AnswerBox("Error", "Error during copying " + bench.folder.PathOf("gone1.bin") + ": error 2\n" +
                                  "Error during copying " + bench.folder.PathOf("gone2.bin") + ": error 3");
-  bench.WaitUntilIdle("the copy");
+  bench.WaitUntilIdle();
 }
 
 TEST_CASE("a copy whose refresh finds the channel locked") {
@@ -143,8 +140,7 @@ TEST_CASE("a copy whose refresh finds the channel locked") {
   bench.device.Fail("Lock", {0, 1});
   bench.Press(IDC_FM_COPY_ALL);
   Window::AnswerBox("Error", kLockedText);
-  bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Lock 500, Unlock");
+  bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin") + ", Lock 500, Unlock");
 }
 
 TEST_CASE("the user aborts") {
@@ -166,9 +162,7 @@ TEST_CASE("the user aborts") {
     progress.PressCloseBox();
   }
   Window::AnswerBox("Error", "Error during copying C:\\a.bin: error -9");
-  bench.WaitUntilIdle("the copy");
-  CHECK(Joined(bench.device.Calls()) ==
-        "Lock 500, " + Sent("C:\\a.bin") + ", GetInfoString -9, " + kRefresh + ", Unlock");
+  bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin") + ", GetInfoString -9, " + kRefresh + ", Unlock");
 }
 
 TEST_CASE("an abort at any moment ends the copy, leaves no lock and no thread") {
@@ -225,7 +219,7 @@ TEST_CASE("everything that ends the window ends the copy first") {
     CHECK_FALSE(progress.Visible());
     if (reports) {
       Window::AnswerBox("Error", "Error during copying C:\\a.bin: error -9");
-      bench.WaitUntilIdle("the copy");
+      bench.WaitUntilIdle();
     }
     bench.host.Settle();
     CHECK(bench.device.LockDepth() == 0);
@@ -263,14 +257,12 @@ TEST_CASE("a copy keeps the channel that it began with") {
     bench.client.Connect(nullptr);
     CHECK(bench.device.LockDepth() == 1);
     bench.device.hold = false;
-    bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+    bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
   }
   SUBCASE("and shows the directory of the one that came") {
     bench.client.Connect(&second);
     bench.device.hold = false;
-    bench.WaitUntilIdle("the copy");
-    CHECK(Joined(bench.device.Calls()) == "Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
+    bench.CheckCalls("Lock 500, " + Sent("C:\\a.bin") + ", Unlock");
     bench.host.Settle(); // reading the second one is no part of the lock on the first
     CHECK(Joined(second.Calls()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
     CHECK(Joined(bench.Device().Rows()) == "9|9|9");

@@ -130,7 +130,7 @@ TEST_CASE("numbers and modes that the user enters") {
     CHECK(dialog.Control(IDC_PROPERTIES_FILE_TYPE).Enabled() == (c.mode != 2));
     CHECK(dialog.Control(IDC_PROPERTIES_NOTE).Text() == (c.mode == 2 ? kNote : ""));
     dialog.PressControl(IDOK);
-    bench.WaitUntilIdle("the dialog");
+    bench.WaitUntilIdle();
     CHECK(Joined(bench.Local().Rows()) == std::string("C:\\a.bin|") + c.row);
   }
 }
@@ -163,7 +163,7 @@ TEST_CASE("what is no number is refused, the id first") {
   dialog.Control(IDOK).Focus();
   TypeKey(VK_RETURN);
   dialog.WaitUntilGone("the dialog after Enter");
-  bench.WaitUntilIdle("the dialog");
+  bench.WaitUntilIdle();
   CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|99|34|normal");
 }
 
@@ -178,7 +178,7 @@ TEST_CASE("a double-click edits what is selected, one row after the other") {
   const Window second = bench.NextProperties("C:\\c.bin");
   second.Control(IDC_PROPERTIES_FILE_ID).SetText("8");
   second.PressControl(IDOK);
-  bench.WaitUntilIdle("the second dialog");
+  bench.WaitUntilIdle();
   CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal, C:\\b.bin|0|1|normal, C:\\c.bin|8|1|normal");
 }
 
@@ -189,7 +189,7 @@ TEST_CASE("the list, the window or the object may go while properties are open")
   SUBCASE("rows") {
     bench.Local().Handle().Send(LVM_DELETEALLITEMS);
     dialog.PressControl(IDOK);
-    bench.WaitUntilIdle("the dialog");
+    bench.WaitUntilIdle();
     CHECK(bench.Local().Count() == 0);
   }
   SUBCASE("the window") {
@@ -229,7 +229,7 @@ TEST_CASE("a job is saved and loaded") {
   bench.TypeInList(VK_DELETE);
   WaitFor("two rows to go", [&] { return bench.Local().Count() == 1; });
   bench.Choose(IDC_FM_SAVE_JOB, "Save list file", job);
-  bench.WaitUntilIdle("saving");
+  bench.WaitUntilIdle();
   CHECK(bench.folder.Read("list.dcj") == "D:\\far\\b.RBF\t0\t1\tprogram\n");
 }
 
@@ -247,7 +247,7 @@ TEST_CASE("jobs that cannot be loaded or saved") {
   std::filesystem::create_directory(folder);
   bench.Choose(IDC_FM_SAVE_JOB, "Save list file", bench.folder.PathOf("taken"));
   Window::AnswerBox("Error", "Could not create list file");
-  bench.WaitUntilIdle("saving");
+  bench.WaitUntilIdle();
   std::filesystem::remove(folder);
   CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal");
   CHECK(bench.folder.Names().empty());

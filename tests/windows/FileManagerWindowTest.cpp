@@ -14,6 +14,18 @@ constexpr const char* kFormatQuestion = "You have selected to format the device.
                                         "No: Format only the blocks that are marked as used\n"
                                         "Cancel: Have mercy on me!";
 
+std::string DeleteQuestion(std::size_t files) {
+  return "Deleting " + std::to_string(files) + (files == 1 ? " file" : " files") + " from device, are you sure?";
+}
+
+// Presses a button whose action asks first, and answers it.
+void PressAndAnswer(FileManagerBench& bench, int id, const std::string& caption, const std::string& question,
+                    int answer) {
+  bench.device.ForgetCalls();
+  bench.Press(id);
+  Window::AnswerBox(caption, question, answer);
+}
+
 } // namespace
 
 TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring") {
@@ -130,7 +142,7 @@ TEST_CASE("a refresh in which one call fails") {
     bench.device.Fail(c.operation, {5});
     bench.device.ForgetCalls();
     bench.Press(IDC_FM_REFRESH);
-    CHECK(Joined(bench.device.Calls()) == c.log);
+    bench.CheckCalls(c.log);
     CHECK(bench.Summary() == c.summary);
     CHECK(Joined(bench.Device().Rows()) == c.rows);
   }
@@ -138,58 +150,53 @@ TEST_CASE("a refresh in which one call fails") {
   CHECK(bench.Summary() == good);
 }
 
-TEST_CASE("deleting asks, deletes in the list's order and reads the directory again") {
-  FileManagerBench bench;
-  bench.Device().Select({0});
-  bench.Press(IDC_FM_DELETE_FILES);
-  bench.device.ForgetCalls();
-  Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDNO);
-  bench.WaitUntilIdle("the question");
-  CHECK(bench.device.Calls().empty());
-
-  bench.Device().Select({2, 0});
-  bench.Press(IDC_FM_DELETE_FILES);
-  Window::AnswerBox("Warning", "Deleting 2 files from device, are you sure?", IDYES);
-  bench.WaitUntilIdle("deleting");
-  CHECK(Joined(bench.device.Calls()) ==
-        "Lock 500, Delete 3, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
-  CHECK(Joined(bench.Device().Rows()) == "7|2|400");
+TEST_CASE("deleting asks, deletes in the list's order up to the first failure and reads the directory again") {
+  struct Case {
+    std::vector<int> rows;
+    int answer;
+    const char* failing; // operation
+    std::deque<std::int32_t> codes;
+    const char* error;
+    const char* calls;
+  };
+  const Case cases[] = {
+      {{0}, IDNO, "", {}, nullptr, ""},
+      {{2, 0},
+       IDYES,
+       "",
+       {},
+       nullptr,
+       "Lock 500, Delete 3, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock"},
+      {{0, 1, 2},
+       IDYES,
+       "Delete",
+       {0, 6},
+       "Could not delete file with ID 7: error 6",
+       "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Entry 1, "
+       "Count, Unlock, Unlock"},
+      {{0}, IDYES, "Lock", {0, 1}, kLockedText, "Lock 500, Delete 3, Lock 500, Unlock"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.calls);
+    FileManagerBench bench;
+    bench.device.Fail(c.failing, c.codes);
+    bench.Device().Select(c.rows);
+    PressAndAnswer(bench, IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(c.rows.size()), c.answer);
+    if (c.error)
+      Window::AnswerBox("Error", c.error);
+    bench.CheckCalls(c.calls);
+  }
 }
 
-TEST_CASE("deleting with odd rows, none, and failures") {
+TEST_CASE("a row whose first column is no number is not deleted") {
   FileManagerBench bench;
-  SUBCASE("a row whose first column is no number is passed over") {
-    bench.Device().SetText(0, 0, "abc");
-    bench.Device().SetText(1, 0, " 263x"); // 7 in 8 bits
-    bench.Device().Select({0, 1, 2});
-    bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetCalls();
-    Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
-    bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Calls()).starts_with("Lock 500, Delete 7, Delete 200, Lock 500"));
-  }
-  SUBCASE("the first failure ends it, the directory is read all the same") {
-    bench.device.Fail("Delete", {0, 6});
-    bench.Device().Select({0, 1, 2});
-    bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetCalls();
-    Window::AnswerBox("Warning", "Deleting 3 files from device, are you sure?", IDYES);
-    Window::AnswerBox("Error", "Could not delete file with ID 7: error 6");
-    bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Calls()) ==
-          "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, "
-          "Count, Entry 0, Count, Entry 1, Count, Unlock, Unlock");
-  }
-  SUBCASE("the refresh behind it finds the channel locked") {
-    bench.device.Fail("Lock", {0, 1});
-    bench.Device().Select({0});
-    bench.Press(IDC_FM_DELETE_FILES);
-    bench.device.ForgetCalls();
-    Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
-    Window::AnswerBox("Error", kLockedText);
-    bench.WaitUntilIdle("deleting");
-    CHECK(Joined(bench.device.Calls()) == "Lock 500, Delete 3, Lock 500, Unlock");
-  }
+  bench.Device().SetText(0, 0, "abc");
+  bench.Device().SetText(1, 0, " 263x"); // 7 in 8 bits
+  bench.Device().Select({0, 1, 2});
+  PressAndAnswer(bench, IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(3), IDYES);
+  bench.CheckCalls(
+      "Lock 500, Delete 7, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
+  CHECK(Joined(bench.Device().Rows()) == "3|1|100");
 }
 
 TEST_CASE("formatting") {
@@ -210,8 +217,7 @@ TEST_CASE("formatting") {
     CAPTURE(c.answer);
     bench.device.directory = {{3, 1, 100}};
     bench.device.ForgetCalls();
-    if (c.code != 0)
-      bench.device.Fail("Format", {c.code});
+    bench.device.Fail("Format", {c.code});
     bench.Press(IDC_FM_FORMAT);
     Window box = Window::WaitForTop("WARNING");
     CHECK((GetWindowLongA(GetDlgItem(box.Handle(), IDCANCEL), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
@@ -219,8 +225,7 @@ TEST_CASE("formatting") {
     Window::AnswerBox("WARNING", kFormatQuestion, c.answer);
     if (c.code != 0)
       Window::AnswerBox("Error", "Could not format device: error -3");
-    bench.WaitUntilIdle("formatting");
-    CHECK(Joined(bench.device.Calls()) == c.log);
+    bench.CheckCalls(c.log);
   }
 }
 
@@ -238,7 +243,7 @@ TEST_CASE("while another client holds the channel every action says so and touch
     CAPTURE(id);
     bench.Press(id);
     if (id == IDC_FM_DELETE_FILES)
-      Window::AnswerBox("Warning", "Deleting 1 file from device, are you sure?", IDYES);
+      Window::AnswerBox("Warning", DeleteQuestion(1), IDYES);
     Window::AnswerBox("Error", kLockedText);
   }
   CHECK(Joined(bench.device.Calls()) == "Lock 500, Lock 500, Lock 500, Lock 500, Lock 500");
@@ -278,11 +283,11 @@ TEST_CASE("what happens behind an open question") {
   struct Question {
     int button;
     const char* caption;
-    const char* text;
+    std::string text;
     int no;
   };
   const Question questions[] = {
-      {IDC_FM_DELETE_FILES, "Warning", "Deleting 1 file from device, are you sure?", IDNO},
+      {IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(1), IDNO},
       {IDC_FM_FORMAT, "WARNING", kFormatQuestion, IDCANCEL},
   };
   for (const Question& question : questions) {
@@ -296,7 +301,7 @@ TEST_CASE("what happens behind an open question") {
     };
     const auto answer = [&](int button) {
       Window::AnswerBox(question.caption, question.text, button);
-      bench.WaitUntilIdle("the question");
+      bench.WaitUntilIdle();
     };
 
     // The channel goes, or another one comes: nothing is done to either, and no lock stays behind.
@@ -306,7 +311,7 @@ TEST_CASE("what happens behind an open question") {
       CHECK(bench.device.LockDepth() == 0);
       bench.device.ForgetCalls();
       answer(IDYES);
-      CHECK(bench.device.Calls().empty());
+      bench.CheckCalls("");
       CHECK(second.Calls().empty());
       bench.client.Connect(&bench.device);
     }
@@ -316,7 +321,7 @@ TEST_CASE("what happens behind an open question") {
     bench.device.ForgetCalls();
     for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_DELETE_FILES, IDC_FM_COPY_ALL})
       bench.window.Send(WM_COMMAND, static_cast<WPARAM>(id));
-    CHECK(bench.device.Calls().empty());
+    CHECK(Joined(bench.device.Calls()) == "");
     answer(question.no);
 
     // The window goes: the question goes with it.
@@ -357,6 +362,6 @@ TEST_CASE("the object may be deleted behind any box") {
     CHECK(bench.device.LockDepth() == 0);
     bench.device.ForgetCalls();
     bench.host.Settle();
-    CHECK(bench.device.Calls().empty());
+    CHECK(Joined(bench.device.Calls()) == "");
   }
 }
