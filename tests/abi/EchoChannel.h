@@ -69,13 +69,8 @@ public:
   std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
     Touch("Receive");
     std::uint32_t count = 0;
-    while (count < bufferSize && count < m_waiting) {
-      buffer[count] = m_line[count];
-      ++count;
-    }
-    for (std::uint32_t i = count; i < m_waiting; ++i)
-      m_line[i - count] = m_line[i];
-    m_waiting -= count;
+    while (count < bufferSize && m_read < m_written)
+      buffer[count++] = m_bytes[m_read++];
     *received = count;
     return 0;
   }
@@ -83,8 +78,8 @@ public:
   std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
     Touch("Transmit");
     std::uint64_t count = 0;
-    while (count < length && m_waiting < sizeof m_line)
-      m_line[m_waiting++] = data[count++];
+    while (count < length && m_written < sizeof m_bytes)
+      m_bytes[m_written++] = data[count++];
     *written = count;
     return count == length ? 0 : 1;
   }
@@ -121,6 +116,7 @@ private:
 
   void* m_owner = nullptr;
   int m_depth = 0;
-  char m_line[256] = {};
-  std::uint32_t m_waiting = 0;
+  char m_bytes[256] = {}; // all that were sent
+  std::uint32_t m_written = 0;
+  std::uint32_t m_read = 0;
 };

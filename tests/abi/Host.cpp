@@ -29,30 +29,24 @@ EONX_ERR_ERRCODE_ RunScript(CONXDeviceClient_0& processor, const char* script, O
 
 // Every place of the channel's table, called by number as the module's compiler would.
 void WalkChannelTable() {
-  struct Operation {
-    int place;
-    const char* name;
-  };
-  static const Operation kOperations[] = {{10, "GetInfoString"},
-                                          {11, "Lock"},
-                                          {13, "Unlock"},
-                                          {15, "GetState"},
-                                          {19, "Receive"},
-                                          {20, "Transmit"},
-                                          {23, "TransmitFileFromMemory"},
-                                          {25, "TransmitFile"},
-                                          {27, "ReadDirectory"},
-                                          {28, "GetDirectoryEntryCount"},
-                                          {29, "GetDirectoryEntry"},
-                                          {30, "GetDirectoryInfo"},
-                                          {31, "DeleteDeviceFile"},
-                                          {32, "FormatDevice"}};
   constexpr int kPlaceCount = 33;
   const char* names[kPlaceCount];
   for (const char*& name : names)
     name = "reserved";
-  for (const Operation& operation : kOperations)
-    names[operation.place] = operation.name;
+  names[10] = "GetInfoString";
+  names[11] = "Lock";
+  names[13] = "Unlock";
+  names[15] = "GetState";
+  names[19] = "Receive";
+  names[20] = "Transmit";
+  names[23] = "TransmitFileFromMemory";
+  names[25] = "TransmitFile";
+  names[27] = "ReadDirectory";
+  names[28] = "GetDirectoryEntryCount";
+  names[29] = "GetDirectoryEntry";
+  names[30] = "GetDirectoryInfo";
+  names[31] = "DeleteDeviceFile";
+  names[32] = "FormatDevice";
   constexpr int kLock = 11, kUnlock = 13;
   // With zeros for arguments; operations that take fewer do not look at the rest. A count is written to the third one
   // by Receive and Transmit.
@@ -156,10 +150,9 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
   Check(channel.IsFree(), "locks pair after a failed script");
   Print(failed.text);
 
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE,
-        "output without a function for it");
   Check(processor.Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0) == EONX_ERR_NONE, "a stop request without a run");
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("while (0) { }"), 0, 0, 0) == EONX_ERR_NONE, "a run after it");
+  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE,
+        "a run after it, without a function for the output");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address(""), 0, 0, 0) == EONX_ERR_EMPTY_PATH, "an empty path");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address("no such file.dcs"), 0, 0, 0) == EONX_ERR_FILE_OPEN,
         "a file that is not there");
@@ -209,37 +202,25 @@ void TestVariables(CONXDeviceClient_0& processor) {
   Check(processor.Call(ONX_CALL_GET_VARIABLES, Address(asked), 4, 0, 0) == EONX_ERR_NONE, "without a count");
 }
 
-// An object of the host's own, which the module must not end. Asking its type is all the module may do.
-class ForeignObject final : public CONXDeviceClient_0 {
-public:
-  int otherCalls = 0;
+// An object of the host's own, which the module must not end. Asking its type is all the module may do; what other
+// operations would have to do does not matter, so they are one function.
+int g_otherCalls = 0;
+std::uint64_t ForeignType(void*) {
+  return 0x2000;
+}
+std::uint64_t OtherCall(void*) {
+  return static_cast<std::uint64_t>(++g_otherCalls);
+}
 
-  std::uint32_t GetObjType() override { return 0x2000; }
-  std::int32_t GetParam(std::uint32_t, std::uint64_t*, std::uint64_t*, std::uint64_t*, std::uint64_t*) override {
-    return ++otherCalls;
-  }
-  std::int32_t SetParam(std::uint32_t, std::uint64_t, std::uint64_t, std::uint64_t, std::uint64_t) override {
-    return ++otherCalls;
-  }
-  std::int32_t GetParamLimits(std::uint32_t, std::uint64_t*, std::uint64_t*, std::uint64_t*, std::uint64_t*,
-                              std::uint64_t*, std::uint64_t*, std::uint64_t*, std::uint64_t*) override {
-    return ++otherCalls;
-  }
-  EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0*) override { return Other(); }
-  EONX_ERR_ERRCODE_ Call(std::uint32_t, std::uint64_t, std::uint64_t, std::uint64_t, std::uint64_t) override {
-    return Other();
-  }
-  EONX_ERR_ERRCODE_ ShowDialogNonModal(OndWindow) override { return Other(); }
-  EONX_ERR_ERRCODE_ CloseDialogNonModal() override { return Other(); }
-  std::int32_t IsNonModalDialogOpen() override { return ++otherCalls; }
-  void SetDlgEventData(_TONX_DLGEVENTDATA*) override { Other(); }
-
-private:
-  EONX_ERR_ERRCODE_ Other() {
-    ++otherCalls;
-    return EONX_ERR_NONE;
-  }
-};
+void TestForeignObject() {
+  using Operation = std::uint64_t (*)(void* self);
+  static const Operation kTable[] = {ForeignType, OtherCall, OtherCall, OtherCall, OtherCall,
+                                     OtherCall,   OtherCall, OtherCall, OtherCall, OtherCall};
+  const Operation* foreign = kTable; // an object begins with the address of its table
+  auto* object = reinterpret_cast<CONXDeviceClient_0*>(&foreign);
+  OndDeviceClientDeleteInstance(object);
+  Check(object->GetObjType() == 0x2000 && g_otherCalls == 0, "a foreign object is left alone");
+}
 
 } // namespace
 
@@ -250,10 +231,7 @@ void Run() {
   for (std::size_t kind = 0; kind < OndDeviceClientGetNumObj(); ++kind)
     TestObject(OndDeviceClientGetObjType(kind), channel);
 
-  ForeignObject foreign;
-  OndDeviceClientDeleteInstance(&foreign);
-  Check(foreign.GetObjType() == 0x2000 && foreign.otherCalls == 0, "a foreign object is left alone");
-
+  TestForeignObject();
   CONXDeviceClient_0* processor = OndDeviceClientCreateInstance(ONX_OBJ_SCRIPT_PROCESSOR);
   Check(processor != nullptr, "a Script Processor is made");
   if (processor == nullptr)

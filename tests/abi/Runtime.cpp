@@ -1,6 +1,7 @@
 #include "Runtime.h"
 
 extern "C" {
+__declspec(dllimport) int lstrlenA(const char* text);
 __declspec(dllimport) void* GetStdHandle(unsigned which);
 __declspec(dllimport) int WriteFile(void* file, const void* bytes, unsigned size, unsigned* written, void* overlapped);
 [[noreturn]] __declspec(dllimport) void ExitProcess(unsigned code);
@@ -27,23 +28,12 @@ int _purecall() {
 }
 }
 
-namespace {
-
-bool failed = false;
-
-std::size_t Length(const char* text) {
-  std::size_t length = 0;
-  while (text[length] != 0)
-    ++length;
-  return length;
-}
-
-} // namespace
+static bool failed = false;
 
 void Print(const char* text) {
   constexpr unsigned kStandardOutput = static_cast<unsigned>(-11);
   unsigned written = 0;
-  WriteFile(GetStdHandle(kStandardOutput), text, static_cast<unsigned>(Length(text)), &written, nullptr);
+  WriteFile(GetStdHandle(kStandardOutput), text, static_cast<unsigned>(lstrlenA(text)), &written, nullptr);
 }
 
 bool Same(const char* a, const char* b) {
@@ -65,9 +55,7 @@ void Check(bool holds, const char* what) {
 
 extern "C" [[noreturn]] void Start() {
   Run();
-  if (!failed) {
+  if (!failed)
     Print("all checks hold\n");
-    ExitProcess(0);
-  }
-  ExitProcess(1);
+  ExitProcess(failed ? 1 : 0);
 }

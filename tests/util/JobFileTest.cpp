@@ -57,6 +57,7 @@ TEST_CASE("a job file is read byte by byte as its format says") {
       // Paths
       {"C:\\x\\a\t1\t1\t\n\\\\srv\\b\t1\t1\t\n", "C:\\x\\a 1 1 0|\\\\srv\\b 1 1 0|"},
       {"sub\\..\\a\t1\t1\t\n", "@\\a 1 1 0|"},
+      {"long.\\b\t1\t1\t\n", "long.\\b 1 1 0|"}, // no path by the rules, and no reason to throw
       {"..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\a\t1\t1\t\n", "..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\a 1 1 0|"},
   };
   for (const Row& row : rows) {
@@ -99,20 +100,4 @@ TEST_CASE("the longest path that a file can have is saved to") {
   REQUIRE(folder.PathOf(name).size() == kLongest);
   CHECK(Save(folder.PathOf(name), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 1);
   CHECK(folder.Names() == std::vector<std::string>{name});
-}
-
-TEST_CASE("FillEntry stores one column and never throws") {
-  TFILEENTRY entry = Entry("before", 9, 9, 9);
-  std::string folder = "C:\\jobs";
-  const auto fill = [&](std::size_t column, std::string text) {
-    CONXDeviceClient::FillEntry(column, &text, &entry, folder);
-    return Listed({entry}, "none");
-  };
-  CHECK(fill(0, "a.bin") == "C:\\jobs\\a.bin 9 9 9|");
-  CHECK(fill(1, "300") == "C:\\jobs\\a.bin 44 9 9|");
-  CHECK(fill(2, "17") == "C:\\jobs\\a.bin 44 17 9|");
-  CHECK(fill(3, "program") == "C:\\jobs\\a.bin 44 17 2|");
-  CHECK(fill(4, "5") == "C:\\jobs\\a.bin 44 17 2|");
-  CHECK(fill(0, "long.\\b") == "long.\\b 44 17 2|");
-  CHECK(fill(0, "..\\..\\b") == "..\\..\\b 44 17 2|");
 }
