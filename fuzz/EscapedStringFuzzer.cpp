@@ -25,9 +25,8 @@ void ReadText(char terminator, std::string_view text) {
 
 void RestoreText(std::string_view text) {
   std::string escaped;
-  for (const char c : text) {
+  for (const char c : text)
     escaped += "\\(" + std::to_string(static_cast<unsigned char>(c)) + ")";
-  }
   escaped += '"';
   Expect(CONXDeviceClient::ParseString(escaped.c_str(), escaped.size(), '"', nullptr, nullptr, nullptr) == text,
          "escaped bytes come back");

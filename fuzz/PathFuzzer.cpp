@@ -11,9 +11,8 @@ namespace {
 bool HasStep(const std::string& path) {
   int dots = 0;
   for (const char c : path) {
-    if (c == '\\' && dots != 0) {
+    if (c == '\\' && dots != 0)
       return true;
-    }
     dots = c == '.' ? (dots + 1) % 3 : 0;
   }
   return false;

@@ -12,8 +12,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 #include <thread>
 
@@ -37,18 +37,19 @@ auto Timed(Call call) {
   return result;
 }
 
-void Print(const char* name, const std::string& value) {
-  std::printf("%s %s\n", name, value.c_str());
+template <class Value>
+void Print(const char* name, const Value& value) {
+  std::cout << name << ' ' << value << std::endl;
 }
 
 void PrintTime(const char* name, steady_clock::duration time) {
-  Print(name, std::to_string(std::chrono::duration_cast<milliseconds>(time).count()));
+  Print(name, std::chrono::duration_cast<milliseconds>(time).count());
 }
 
-std::string BytesAt(std::size_t position, std::size_t count) {
+std::string Pattern(std::size_t count) {
   std::string bytes(count, '\0');
-  for (std::size_t i = 0; i < count; ++i) // a pattern that does not repeat with a buffer's size
-    bytes[i] = static_cast<char>((position + i) * 31 + (position + i) / 251);
+  for (std::size_t i = 0; i < count; ++i) // it does not repeat with a buffer's size
+    bytes[i] = static_cast<char>(i * 31 + i / 251);
   return bytes;
 }
 
@@ -59,7 +60,6 @@ void WaitFor(const char* what, Question happened) {
   while (!happened()) {
     if (steady_clock::now() > end) {
       Print("timeout", std::string("waiting for ") + what);
-      std::fflush(stdout);
       std::_Exit(1);
     }
     std::this_thread::sleep_for(kPause);
@@ -70,23 +70,15 @@ bool IsOpen(host::Channel& channel) {
   return Timed([&] { return channel.GetState(); }) == 1;
 }
 
-std::int32_t Receive(host::Channel& channel, std::string& bytes) {
-  char buffer[1024];
-  std::uint64_t count = 0;
-  const std::int32_t code = Timed([&] { return channel.Receive(buffer, sizeof buffer, &count); });
-  if (code == 0)
-    bytes.append(buffer, static_cast<std::size_t>(count));
-  return code;
-}
-
 // Everything that is there; the code of the call that found no more.
 std::int32_t ReceiveAll(host::Channel& channel, std::string& bytes) {
-  std::size_t before;
-  std::int32_t code;
+  char buffer[1024];
+  std::uint64_t count = 0;
+  std::int32_t code = 0;
   do {
-    before = bytes.size();
-    code = Receive(channel, bytes);
-  } while (code == 0 && bytes.size() != before);
+    code = Timed([&] { return channel.Receive(buffer, sizeof buffer, &count); });
+    bytes.append(buffer, code == 0 ? static_cast<std::size_t>(count) : 0);
+  } while (code == 0 && count != 0);
   return code;
 }
 
@@ -125,7 +117,7 @@ void WaitForConnection(host::Channel& channel) {
 
 void Echo(host::Channel& channel, std::size_t size) {
   WaitForConnection(channel);
-  const std::string sent = BytesAt(0, size);
+  const std::string sent = Pattern(size);
   std::string received;
   std::size_t position = 0;
   WaitFor("all bytes to come back", [&] {
@@ -135,20 +127,21 @@ void Echo(host::Channel& channel, std::size_t size) {
     return received.size() >= size || !IsOpen(channel);
   });
   const auto difference = std::mismatch(sent.begin(), sent.end(), received.begin(), received.end());
-  Print("received", std::to_string(received.size()));
-  Print("same", std::to_string(difference.first - sent.begin()));
+  Print("received", received.size());
+  Print("same", difference.first - sent.begin());
   PrintCodes(channel);
 }
 
 void Flood(host::Channel& channel, std::size_t size) {
   WaitForConnection(channel);
+  const std::string piece(kPiece, 'x');
   std::size_t taken = 0;
   std::int32_t code = 0;
   while (taken < size && code == 0) {
-    code = Transmit(channel, BytesAt(taken, kPiece));
+    code = Transmit(channel, piece);
     taken += code == 0 ? kPiece : 0;
   }
-  Print("taken", std::to_string(taken));
+  Print("taken", taken);
   Print("answer", TextOf(channel, code));
 }
 
@@ -161,8 +154,8 @@ void Watch(host::Channel& channel, milliseconds pause) {
     return ReceiveAll(channel, received) != 0 && !channel.IsConnecting();
   });
   Print("was-open", wasOpen ? "yes" : "no");
-  Print("received", std::to_string(received.size()));
-  Print("same", received == BytesAt(0, received.size()) ? "yes" : "no");
+  Print("received", received.size());
+  Print("same", received == Pattern(received.size()) ? "yes" : "no");
   PrintCodes(channel);
 }
 

@@ -186,6 +186,9 @@ def check_texts():
         ("serial:COM3:4294967296", b'the speed "4294967296" is not a number of bits per second'),
     ):
         script(channel, b"", code=2, message=b'--channel: "' + channel.encode() + b'": ' + message)
+    # Understood, though there is nothing.
+    for channel in ("tcp:[fe80::1%none]:22", "serial:/dev/pci-0:14.0:1:115200:7e2", "serial:\\\\.\\COM12:4294967295"):
+        script(channel, b"", code=4, message=channel.encode() + b": ")
 
 
 def check_page():

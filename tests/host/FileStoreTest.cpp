@@ -8,23 +8,16 @@ using namespace host;
 
 namespace {
 
-ChannelOptions WithBlocks(std::uint32_t blocks) {
+ChannelOptions WithFolder(const TemporaryFolder& folder) {
   ChannelOptions options;
-  options.sim.blocks = blocks;
-  return options;
-}
-
-ChannelOptions WithFolder(const TemporaryFolder& folder, std::uint32_t blocks = 100) {
-  ChannelOptions options = WithBlocks(blocks);
   options.sim.folder = folder.SystemPath().string();
   return options;
 }
 
 // What a transfer reports, and when it is to be aborted.
 struct ProgressLog {
-  static constexpr std::uint32_t kNever = 0xFFFFFFFF;
   std::vector<std::uint32_t> steps;
-  std::uint32_t abortAt = kNever;
+  std::uint32_t abortAt = 0xFFFFFFFF; // never
 };
 
 // Sends a file with id and type 1.
@@ -40,7 +33,9 @@ std::int32_t SendWatched(Channel& channel, const std::string& bytes, std::uint32
 } // namespace
 
 TEST_CASE("files: the directory and its summary count, and a full device refuses") {
-  const auto device = MakeDevice(WithBlocks(6));
+  ChannelOptions options;
+  options.sim.blocks = 6;
+  const auto device = MakeDevice(options);
   REQUIRE(Send(*device, std::string(513, 'a'), 9, 1) == kChannelOk);
   REQUIRE(Send(*device, "", 0, 255) == kChannelOk);
   REQUIRE(Send(*device, std::string(512, 'b'), 255, 0) == kChannelOk);
@@ -116,7 +111,9 @@ TEST_CASE("device folder: whatever else lies there is passed over and left alone
   folder.Write("002-type1.bin", std::string(512, 'b')); // no room left on a device of two blocks
   std::filesystem::create_directory(folder.SystemPath() / "005-type1.bin");
 
-  const auto device = MakeDevice(WithFolder(folder, 2));
+  ChannelOptions options = WithFolder(folder);
+  options.sim.blocks = 2;
+  const auto device = MakeDevice(options);
   CHECK(DirectoryOf(*device) == "1:1:513");
   CHECK(device->FormatDevice(0) == kChannelOk);
   for (const char* name : others)
