@@ -12,14 +12,20 @@ public:
   ScriptHarness() { m_runner.SetChannel(&m_channel); }
 
   // The output of a run from the start, its diagnostic line included. Null: the process's current folder.
-  std::string Run(std::string_view text, const char* baseDirectory = nullptr);
+  std::string Run(std::string_view text, const char* baseDirectory = nullptr) {
+    const std::string terminated(text);
+    m_output.clear();
+    m_runner.PrepareRun();
+    m_result = m_runner.ExecuteScript(terminated, baseDirectory, Collect, this);
+    return m_output;
+  }
   // The result of the last run.
   EONX_ERR_ERRCODE_ Result() const { return m_result; }
   CScriptRunner& Runner() { return m_runner; }
   GuardedChannel& Channel() { return m_channel; }
 
 private:
-  static void Collect(void* context, const char* text);
+  static void Collect(void* context, const char* text) { static_cast<ScriptHarness*>(context)->m_output += text; }
 
   GuardedChannel m_channel;
   CScriptRunner m_runner{this};
