@@ -3,13 +3,17 @@
 
 #include "frame/OndDeviceClient.h"
 
+#include <doctest/doctest.h>
+
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Records what is done to the device, and fails the test when that happens outside a lock, when another owner unlocks,
@@ -21,57 +25,166 @@
 class GuardedChannel : public COndDeviceComm_0 {
 public:
   GuardedChannel() = default;
-  virtual ~GuardedChannel();
+  virtual ~GuardedChannel() {
+    if (!m_held.empty())
+      m_violations.push_back(std::to_string(m_held.size()) + " locks were never given back");
+    for (const std::string& violation : m_violations)
+      FAIL_CHECK("channel: " << violation);
+  }
   GuardedChannel(const GuardedChannel&) = delete;
   GuardedChannel& operator=(const GuardedChannel&) = delete;
 
   // The calls so far, oldest first: "Lock 500", "Transmit ver", "TransmitFile C:\x.bin 3 1 0 1 40", "Delete 3",
   // "GetInfoString -5" (for an error), "Unlock" and so on. Polls do not show: locks that do not wait, state, texts.
-  std::vector<std::string> Calls() const;
-  // Those whose text begins so.
-  std::vector<std::string> Calls(const std::string& beginning) const;
-  void ForgetCalls();
+  // `beginning` picks those whose text begins so.
+  std::vector<std::string> Calls(const std::string& beginning = "") const {
+    const std::lock_guard guard(m_mutex);
+    std::vector<std::string> calls = m_calls;
+    std::erase_if(calls, [&](const std::string& call) { return !call.starts_with(beginning); });
+    return calls;
+  }
+  void ForgetCalls() {
+    const std::lock_guard guard(m_mutex);
+    m_calls.clear();
+  }
   // What the next calls of an operation answer, by its name above; then 0 again.
-  void Fail(const std::string& operation, std::deque<std::int32_t> codes);
+  void Fail(const std::string& operation, std::deque<std::int32_t> codes) {
+    const std::lock_guard guard(m_mutex);
+    m_codes[operation] = std::move(codes);
+  }
+
   std::atomic<std::uint32_t> state = 1;
   // What the device holds; sending files does not change it. [set while nothing else goes on]
   std::vector<TDEVDIRENTRY> directory;
   TDEVDIRINFO info{512, 100, 3, 1000, 1536};
   // Called within each transfer, to report its progress; a code other than 0 is what the transfer answers.
   std::function<std::int32_t(TransferProgressCallback report, void* context)> duringTransfer;
+
   // How many locks are held now.
-  std::size_t LockDepth() const;
+  std::size_t LockDepth() const {
+    const std::lock_guard guard(m_mutex);
+    return m_held.size();
+  }
   // Takes the violations so far, which then do not fail the test: for tests that provoke them.
-  std::vector<std::string> TakeViolations();
+  std::vector<std::string> TakeViolations() {
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_violations, {});
+  }
 
   // "error CODE", "Bench 4" or "115200 8N1".
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override;
-  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override;
-  std::int32_t Unlock(void* owner) override;
+  const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
+    if (what != OND_INFO_ERROR)
+      return what == OND_INFO_DESCRIPTION ? "Bench 4" : "115200 8N1";
+    const std::lock_guard guard(m_mutex);
+    Record("GetInfoString " + std::to_string(code));
+    m_errorText = "error " + std::to_string(code);
+    return m_errorText.c_str();
+  }
+  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
+    std::unique_lock guard(m_mutex);
+    const std::int32_t failure = timeoutMs == 0 ? 0 : Record("Lock " + std::to_string(timeoutMs));
+    const auto free = [&] { return m_held.empty() || owner == m_owner; };
+    if (failure != 0 || !m_unlocked.wait_for(guard, std::chrono::milliseconds(timeoutMs), free))
+      return 1;
+    m_owner = owner;
+    m_held.push_back(timeoutMs);
+    return 0;
+  }
+  std::int32_t Unlock(void* owner) override {
+    const std::lock_guard guard(m_mutex);
+    if (m_held.empty()) {
+      m_violations.push_back("Unlock without Lock");
+    } else if (owner != m_owner) {
+      m_violations.push_back("Unlock by another owner than Lock");
+    } else {
+      if (m_held.back() != 0)
+        Record("Unlock");
+      m_held.pop_back();
+      m_unlocked.notify_all();
+    }
+    return 0;
+  }
   std::uint32_t GetState() override { return state; }
-  std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override;
-  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override;
+  std::int32_t Receive(char*, std::uint32_t, std::uint64_t* received) override {
+    *received = 0;
+    return Touch("Receive");
+  }
+  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
+    *written = length;
+    return Touch("Transmit " + std::string(data, static_cast<std::size_t>(length)));
+  }
   std::int32_t TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                       std::uint8_t fileType, std::uint32_t fileMode, TransferProgressCallback callback,
-                                      void* context, std::uint32_t flag, std::uint32_t steps) override;
+                                      void* context, std::uint32_t flag, std::uint32_t steps) override {
+    return Transfer("TransmitFileFromMemory " + std::string(data, static_cast<std::size_t>(length)),
+                    {fileId, fileType, fileMode, flag, steps}, callback, context);
+  }
   std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
                             TransferProgressCallback callback, void* context, std::uint32_t flag,
-                            std::uint32_t steps) override;
-  std::int32_t ReadDirectory() override;
-  std::uint64_t GetDirectoryEntryCount() override;
-  std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override;
-  std::int32_t GetDirectoryInfo(TDEVDIRINFO* info) override;
-  std::int32_t DeleteDeviceFile(std::uint8_t fileId) override;
-  std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override;
+                            std::uint32_t steps) override {
+    return Transfer(std::string("TransmitFile ") + localPath, {fileId, fileType, fileMode, flag, steps}, callback,
+                    context);
+  }
+  std::int32_t ReadDirectory() override { return Touch("ReadDirectory"); }
+  std::uint64_t GetDirectoryEntryCount() override {
+    Touch("Count");
+    return directory.size();
+  }
+  std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override {
+    const std::int32_t code = Touch("Entry " + std::to_string(index));
+    if (code == 0)
+      *entry = directory.at(index);
+    return code;
+  }
+  std::int32_t GetDirectoryInfo(TDEVDIRINFO* out) override {
+    const std::int32_t code = Touch("Info");
+    if (code == 0)
+      *out = info;
+    return code;
+  }
+  std::int32_t DeleteDeviceFile(std::uint8_t fileId) override {
+    const std::int32_t code = Touch("Delete " + std::to_string(fileId));
+    if (code == 0)
+      std::erase_if(directory, [&](const TDEVDIRENTRY& entry) { return entry.fileId == fileId; });
+    return code;
+  }
+  std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override {
+    const std::int32_t code = Touch("Format " + std::to_string(usedBlocksOnly));
+    if (code == 0)
+      directory.clear();
+    return code;
+  }
 
 private:
   // Records a call and takes the code that it answers. `m_mutex` is held.
-  std::int32_t Record(const std::string& call);
+  std::int32_t Record(const std::string& call) {
+    m_calls.push_back(call);
+    std::deque<std::int32_t>& codes = m_codes[call.substr(0, call.find(' '))];
+    if (codes.empty())
+      return 0;
+    const std::int32_t code = codes.front();
+    codes.pop_front();
+    return code;
+  }
+
   // The same of a call that must happen under a lock.
-  std::int32_t Touch(const std::string& call);
+  std::int32_t Touch(const std::string& call) {
+    const std::lock_guard guard(m_mutex);
+    if (m_held.empty())
+      m_violations.push_back("not locked during " + call);
+    return Record(call);
+  }
+
   // The same of a file's.
   std::int32_t Transfer(const std::string& call, std::initializer_list<std::uint32_t> arguments,
-                        TransferProgressCallback report, void* context);
+                        TransferProgressCallback report, void* context) {
+    std::string whole = call;
+    for (const std::uint32_t argument : arguments)
+      whole += " " + std::to_string(argument);
+    const std::int32_t code = Touch(whole);
+    const std::int32_t ownCode = duringTransfer ? duringTransfer(report, context) : 0;
+    return ownCode != 0 ? ownCode : code;
+  }
 
   mutable std::mutex m_mutex; // guards the fields below
   std::vector<std::string> m_calls;
@@ -83,4 +196,9 @@ private:
   std::vector<std::uint32_t> m_held; // time limits of the locks
 };
 
-std::string Joined(const std::vector<std::string>& texts);
+inline std::string Joined(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts)
+    joined += (joined.empty() ? "" : ", ") + text;
+  return joined;
+}

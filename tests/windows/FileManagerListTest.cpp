@@ -38,8 +38,8 @@ struct ListBench : FileManagerBench {
 TEST_CASE("dropped files get the properties that their names suggest") {
   const ListBench bench;
   bench.Drop({"C:\\one.bin", "C:\\TWO.RBF", "C:\\three.rbfx", "C:\\", "abcd"});
-  CHECK(Joined(bench.Local().Rows()) == "C:\\one.bin|0|1|normal, C:\\TWO.RBF|0|1|program, C:\\three.rbfx|0|1|normal, "
-                                        "C:\\|0|1|, abcd|0|1|normal");
+  CHECK(bench.LocalRows() == "C:\\one.bin|0|1|normal, C:\\TWO.RBF|0|1|program, C:\\three.rbfx|0|1|normal, "
+                             "C:\\|0|1|, abcd|0|1|normal");
 }
 
 TEST_CASE("names of any length and of every printable character") {
@@ -77,7 +77,7 @@ TEST_CASE("files are added by the system's dialog, one or several at once") {
   bench.folder.Write("second.bin", "2");
   bench.Choose(IDC_FM_ADD_FILES, "Open source file(s)", bench.folder.PathOf("first.rbf"));
   bench.host.Settle();
-  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("first.rbf") + "|0|1|program");
+  CHECK(bench.LocalRows() == bench.folder.PathOf("first.rbf") + "|0|1|program");
 
   bench.Press(IDC_FM_ADD_FILES);
   const Window dialog = Window::WaitForTop("Open source file(s)");
@@ -87,9 +87,8 @@ TEST_CASE("files are added by the system's dialog, one or several at once") {
   dialog.TypeFileName("\"first.rbf\" \"second.bin\"");
   dialog.WaitUntilGone("the file dialog");
   bench.host.Settle();
-  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("first.rbf") + "|0|1|program, " +
-                                            bench.folder.PathOf("first.rbf") + "|0|1|program, " +
-                                            bench.folder.PathOf("second.bin") + "|0|1|normal");
+  CHECK(bench.LocalRows() == bench.folder.PathOf("first.rbf") + "|0|1|program, " + bench.folder.PathOf("first.rbf") +
+                                 "|0|1|program, " + bench.folder.PathOf("second.bin") + "|0|1|normal");
 }
 
 TEST_CASE("Delete removes what is selected, \"Clear\" everything") {
@@ -101,7 +100,7 @@ TEST_CASE("Delete removes what is selected, \"Clear\" everything") {
   bench.Local().Select({0, 2});
   bench.TypeInList(VK_DELETE);
   WaitFor("two rows to go", [&] { return bench.Local().Count() == 2; });
-  CHECK(Joined(bench.Local().Rows()) == "C:\\b.bin|0|1|normal, C:\\d.bin|0|1|normal");
+  CHECK(bench.LocalRows() == "C:\\b.bin|0|1|normal, C:\\d.bin|0|1|normal");
   bench.Press(IDC_FM_CLEAR);
   CHECK(bench.Local().Count() == 0);
 }
@@ -131,7 +130,7 @@ TEST_CASE("numbers and modes that the user enters") {
     CHECK(dialog.Control(IDC_PROPERTIES_NOTE).Text() == (c.mode == 2 ? kNote : ""));
     dialog.PressControl(IDOK);
     bench.WaitUntilIdle();
-    CHECK(Joined(bench.Local().Rows()) == std::string("C:\\a.bin|") + c.row);
+    CHECK(bench.LocalRows() == std::string("C:\\a.bin|") + c.row);
   }
 }
 
@@ -164,7 +163,7 @@ TEST_CASE("what is no number is refused, the id first") {
   TypeKey(VK_RETURN);
   dialog.WaitUntilGone("the dialog after Enter");
   bench.WaitUntilIdle();
-  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|99|34|normal");
+  CHECK(bench.LocalRows() == "C:\\a.bin|99|34|normal");
 }
 
 TEST_CASE("a double-click edits what is selected, one row after the other") {
@@ -179,7 +178,7 @@ TEST_CASE("a double-click edits what is selected, one row after the other") {
   second.Control(IDC_PROPERTIES_FILE_ID).SetText("8");
   second.PressControl(IDOK);
   bench.WaitUntilIdle();
-  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal, C:\\b.bin|0|1|normal, C:\\c.bin|8|1|normal");
+  CHECK(bench.LocalRows() == "C:\\a.bin|0|1|normal, C:\\b.bin|0|1|normal, C:\\c.bin|8|1|normal");
 }
 
 TEST_CASE("the list, the window or the object may go while properties are open") {
@@ -220,9 +219,8 @@ TEST_CASE("a job is saved and loaded") {
   bench.Drop({"C:\\more.bin"});
   bench.Choose(IDC_FM_LOAD_JOB, "Open job file", job);
   WaitFor("the job's rows", [&] { return bench.Local().Count() == 3; });
-  CHECK(Joined(bench.Local().Rows()) == bench.folder.PathOf("a.bin") +
-                                            "|44|1|bit reverse, D:\\far\\b.RBF|0|1|program, " +
-                                            bench.folder.PathOf("abc") + "|0|1|normal");
+  CHECK(bench.LocalRows() == bench.folder.PathOf("a.bin") + "|44|1|bit reverse, D:\\far\\b.RBF|0|1|program, " +
+                                 bench.folder.PathOf("abc") + "|0|1|normal");
 
   // An existing file is replaced without a question.
   bench.Local().Select({0, 2});
@@ -240,7 +238,7 @@ TEST_CASE("jobs that cannot be loaded or saved") {
   bench.Drop({"C:\\a.bin"});
   bench.Choose(IDC_FM_LOAD_JOB, "Open job file", bench.folder.PathOf("missing.dcj"));
   Window::AnswerBox("Error", "Could not open list file");
-  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal");
+  CHECK(bench.LocalRows() == "C:\\a.bin|0|1|normal");
 
   // A folder has the name that the new file would take.
   const std::filesystem::path folder = bench.folder.SystemPath() / "taken.dcj";
@@ -249,6 +247,6 @@ TEST_CASE("jobs that cannot be loaded or saved") {
   Window::AnswerBox("Error", "Could not create list file");
   bench.WaitUntilIdle();
   std::filesystem::remove(folder);
-  CHECK(Joined(bench.Local().Rows()) == "C:\\a.bin|0|1|normal");
+  CHECK(bench.LocalRows() == "C:\\a.bin|0|1|normal");
   CHECK(bench.folder.Names().empty());
 }

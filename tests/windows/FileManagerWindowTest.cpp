@@ -5,9 +5,6 @@
 
 namespace {
 
-constexpr const char* kRefresh =
-    "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Entry 1, Count, Entry 2, Count, Unlock";
-constexpr const char* kRefreshEmpty = "Lock 500, ReadDirectory, Info, Count, Unlock";
 constexpr const char* kFormatQuestion = "You have selected to format the device.\n"
                                         "This will destroy all data stored on the device.\n\n"
                                         "Yes: Format all blocks on the device\n"
@@ -108,14 +105,14 @@ TEST_CASE("the keyboard stays in the window when the focused button is disabled"
 TEST_CASE("the directory is read when the window opens and on \"Refresh\"") {
   FileManagerBench bench;
   CHECK(Joined(bench.device.Calls()) == kRefresh);
-  CHECK(Joined(bench.Device().Rows()) == "3|1|100, 7|2|400, 200|0|500");
+  CHECK(bench.DeviceRows() == "3|1|100, 7|2|400, 200|0|500");
 
   bench.device.directory = {{255, 255, 4294967295}};
   bench.device.info = {4294967295, 4294967295, 1, 4294967295, 4294967295};
   bench.device.ForgetCalls();
   bench.Press(IDC_FM_REFRESH);
   CHECK(Joined(bench.device.Calls()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
-  CHECK(Joined(bench.Device().Rows()) == "255|255|4294967295");
+  CHECK(bench.DeviceRows() == "255|255|4294967295");
   CHECK(bench.Summary() ==
         "4294967295 bytes in 1 files\nrequire 4294967295 bytes on disk\n18446744065119617025 bytes free");
 }
@@ -144,7 +141,7 @@ TEST_CASE("a refresh in which one call fails") {
     bench.Press(IDC_FM_REFRESH);
     bench.CheckCalls(c.log);
     CHECK(bench.Summary() == c.summary);
-    CHECK(Joined(bench.Device().Rows()) == c.rows);
+    CHECK(bench.DeviceRows() == c.rows);
   }
   bench.Press(IDC_FM_REFRESH);
   CHECK(bench.Summary() == good);
@@ -196,7 +193,7 @@ TEST_CASE("a row whose first column is no number is not deleted") {
   PressAndAnswer(bench, IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(3), IDYES);
   bench.CheckCalls(
       "Lock 500, Delete 7, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
-  CHECK(Joined(bench.Device().Rows()) == "3|1|100");
+  CHECK(bench.DeviceRows() == "3|1|100");
 }
 
 TEST_CASE("formatting") {
@@ -219,7 +216,7 @@ TEST_CASE("formatting") {
     bench.device.ForgetCalls();
     bench.device.Fail("Format", {c.code});
     bench.Press(IDC_FM_FORMAT);
-    Window box = Window::WaitForTop("WARNING");
+    const Window box = Window::WaitForTop("WARNING");
     CHECK((GetWindowLongA(GetDlgItem(box.Handle(), IDCANCEL), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
     CHECK(bench.device.LockDepth() >= 1); // the channel is held while the question is open
     Window::AnswerBox("WARNING", kFormatQuestion, c.answer);

@@ -3,17 +3,35 @@
 
 #include "tests/windows/support/WindowDriver.h"
 
-#include <string>
+#include <doctest/doctest.h>
 
 // The program that is tested, beside the module.
-std::string TestedHostPath();
+inline std::string TestedHostPath() {
+  char path[MAX_PATH] = "";
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  const std::string own = path;
+  return own.substr(0, own.rfind('\\') + 1) + "ondhost.exe";
+}
 
 class HostProgram {
 public:
   // Starts the program and waits for its main window.
-  explicit HostProgram(const std::string& arguments = "", const std::string& path = TestedHostPath());
+  explicit HostProgram(const std::string& arguments = "", const std::string& path = TestedHostPath()) {
+    STARTUPINFOA start{};
+    start.cb = sizeof start;
+    std::string command = "\"" + path + "\" " + arguments;
+    const BOOL started =
+        CreateProcessA(path.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &m_process);
+    REQUIRE_MESSAGE(started, path << " starts");
+    m_main = WaitForTop("Device host");
+  }
   // A program that a failed test left running is killed.
-  ~HostProgram();
+  ~HostProgram() {
+    if (WaitForSingleObject(m_process.hProcess, 0) != WAIT_OBJECT_0)
+      TerminateProcess(m_process.hProcess, 1);
+    CloseHandle(m_process.hThread);
+    CloseHandle(m_process.hProcess);
+  }
   HostProgram(const HostProgram&) = delete;
   HostProgram& operator=(const HostProgram&) = delete;
 
@@ -26,13 +44,26 @@ public:
   }
 
   // Waits until a control of the main window has that text.
-  void WaitForText(int control, const std::string& text) const;
+  void WaitForText(int control, const std::string& text) const {
+    WaitFor("the text \"" + text + "\"", [&] { return m_main.Control(control).Text() == text; });
+  }
   // Checks that the program ends, without an error.
-  void WaitForEnd() const;
+  void WaitForEnd() const {
+    if (WaitForSingleObject(m_process.hProcess, kEndLimitMs) != WAIT_OBJECT_0)
+      FAIL("the program did not end within " << kEndLimitMs << " ms");
+    DWORD code = 99;
+    GetExitCodeProcess(m_process.hProcess, &code);
+    CHECK(code == 0);
+  }
   // The same by the main window's close box.
-  void CloseMain() const;
+  void CloseMain() const {
+    m_main.PressCloseBox();
+    WaitForEnd();
+  }
 
 private:
+  static constexpr DWORD kEndLimitMs = 20000;
+
   PROCESS_INFORMATION m_process{};
   Window m_main;
 };

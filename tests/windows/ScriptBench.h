@@ -12,14 +12,6 @@ inline constexpr const char* kScriptCaption = "Script processor";
 
 using Lines = std::vector<std::string>;
 
-// In one text, for messages that can be read.
-inline std::string Shown(const Lines& lines) {
-  std::string shown;
-  for (const std::string& line : lines)
-    shown += "[" + line + "]";
-  return shown;
-}
-
 // A host whose Script Processor is shown on a channel, and a folder for its scripts.
 struct ScriptBench {
   TestHost host;
@@ -38,6 +30,10 @@ struct ScriptBench {
     window = client.Show(kScriptCaption);
     log = window.Control(IDC_SCRIPT_LOG);
     execute = window.Control(IDC_SCRIPT_EXECUTE);
+  }
+
+  Lines Logged() const {
+    return host.Ask([this] { return log.Items(); });
   }
 
   // Writes a script and chooses it by the "..." button as a user does.
@@ -71,14 +67,14 @@ struct ScriptBench {
     host.Settle(); // the press has been handled, so the button says "Stop script" until the end
     WaitFor("the script to end", [&] {
       if (Window::FindTop("Error").Exists())
-        FAIL("the script failed: " << Shown(log.Items()));
+        FAIL("the script failed: " << Joined(Logged()));
       return execute.Text() == "Execute script";
     });
-    return log.Items();
+    return Logged();
   }
   void WaitForLine(const std::string& line) const {
     WaitFor("the log line \"" + line + "\"", [&] {
-      const Lines items = log.Items();
+      const Lines items = Logged();
       return !items.empty() && items.back() == line;
     });
   }

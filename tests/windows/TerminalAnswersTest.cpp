@@ -30,7 +30,6 @@ TEST_CASE("answers become lines, wherever a poll cuts them") {
   const Case cases[] = {
       {{bytes + "\r", "next"}, {bytes, "next"}},
       {{"a", "\r\r", "\r", "\n", "\n", "b"}, {"a", "", "b"}},
-      {{"\r\n\r\n"}, {"", ""}},
       {{std::string("a\0b", 3), std::string("\0c\r", 3)}, {"a b c"}},
       {{std::string(1023, 'x'), "y\r"}, {std::string(1023, 'x') + "y"}},
   };
@@ -70,7 +69,7 @@ TEST_CASE("a line without an end stays one line, up to a size") {
   CHECK(terminal.Answers() == Lines{std::string(kMiB, 'x'), "more", "end"});
 }
 
-TEST_CASE("the list holds the last 5001 lines, scrolled to the end, as wide as the widest") {
+TEST_CASE("the list holds the last 5001 lines, scrolled to the end") {
   TerminalWindow terminal;
   const Window list = terminal.Control(IDC_TERMINAL_ANSWERS);
   const auto checkList = [&](int firstLine, const std::string& last) {
@@ -83,15 +82,10 @@ TEST_CASE("the list holds the last 5001 lines, scrolled to the end, as wide as t
     CHECK(lastItem.top >= 0);
     CHECK(lastItem.top < list.ClientSize().cy);
   };
-  const std::string wide(300, 'w');
-  terminal.Receive({wide + "\r\n" + Numbered(0, 5000)});
-  CHECK(terminal.Answers().front() == wide);
-  const LRESULT wideExtent = list.Send(LB_GETHORIZONTALEXTENT);
-  CHECK(wideExtent >= 300);
-
+  terminal.Receive({"first\r\n" + Numbered(0, 5000)});
+  CHECK(terminal.Answers().front() == "first");
   terminal.Receive({"unfinished"});
   checkList(0, "unfinished");
-  CHECK(list.Send(LB_GETHORIZONTALEXTENT) < wideExtent);
   terminal.Receive({" business\r\n"});
   checkList(0, "unfinished business");
   terminal.Receive({"a", "b\r\n" + Numbered(5000, 5010)});

@@ -11,10 +11,30 @@
 // A device that answers in portions: each portion is all that one poll finds.
 class AnsweringChannel : public GuardedChannel {
 public:
-  void Answer(std::initializer_list<std::string> portions);
-  bool AllTaken() const;
+  void Answer(std::initializer_list<std::string> portions) {
+    const std::lock_guard guard(m_mutex);
+    m_portions.insert(m_portions.end(), portions);
+  }
+  bool AllTaken() const {
+    const std::lock_guard guard(m_mutex);
+    return m_portions.empty();
+  }
 
-  std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override;
+  std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
+    const std::int32_t code = GuardedChannel::Receive(buffer, bufferSize, received);
+    duringReceive();
+    const std::lock_guard guard(m_mutex);
+    if (endless && m_portions.empty())
+      m_portions.push_back("one line of a device that never stops\r\n");
+    if (code != 0 || m_portions.empty())
+      return code;
+    std::string& portion = m_portions.front();
+    *received = portion.copy(buffer, bufferSize);
+    portion.erase(0, *received);
+    if (*received == 0 || endless) // what follows is the next poll's
+      m_portions.pop_front();
+    return 0;
+  }
 
   // Set on the host's thread.
   bool endless = false; // one line after the other, without a pause
@@ -28,24 +48,53 @@ private:
 class TerminalWindow {
 public:
   // Connected and shown.
-  TerminalWindow();
+  TerminalWindow() {
+    client.Connect(&channel);
+    window = client.Show("Terminal");
+  }
 
   Window Control(int id) const { return window.Control(id); }
   Window Input() const { return Control(IDC_TERMINAL_INPUT); }
   std::string Status() const { return Control(IDC_TERMINAL_STATUS).Text(); }
-  std::vector<std::string> Answers() const { return Control(IDC_TERMINAL_ANSWERS).Items(); }
+  std::vector<std::string> Answers() const {
+    return host.Ask([this] { return Control(IDC_TERMINAL_ANSWERS).Items(); });
+  }
   std::size_t AnswerCount() const { return Control(IDC_TERMINAL_ANSWERS).ItemCount(); }
   // Lets the device answer, and waits until the window shows it.
-  void Receive(std::initializer_list<std::string> portions);
+  void Receive(std::initializer_list<std::string> portions) {
+    channel.Answer(portions);
+    WaitFor("the window to take all answers", [&] {
+      Poll();
+      return channel.AllTaken();
+    });
+  }
   // One poll, now.
   void Poll() const { window.Send(WM_TIMER, 1); }
-  void Clear() const;
+  void Clear() const {
+    window.PressControl(IDC_TERMINAL_CLEAR);
+    WaitFor("the list to be empty", [&] { return AnswerCount() == 0; });
+  }
 
   // Puts the line into the input line, presses Enter and waits for a word in the status line.
-  void Send(const std::string& line) const;
+  void Send(const std::string& line) const {
+    Input().Focus();
+    Input().SetText(line);
+    Control(IDC_TERMINAL_STATUS).SetText("");
+    TypeKey(VK_RETURN);
+    WaitFor("the status line to tell what became of \"" + line + "\"", [&] { return !Status().empty(); });
+  }
   // What went to the device since the last call: "Transmit BYTES, Transmit BYTES…".
-  std::string TakeSent();
-  void SetAppendCr(bool append) const;
+  std::string TakeSent() {
+    const std::string sent = Joined(channel.Calls("Transmit "));
+    channel.ForgetCalls();
+    return sent;
+  }
+  void SetAppendCr(bool append) const {
+    const Window box = Control(IDC_TERMINAL_APPEND_CR);
+    if (box.Checked() != append)
+      box.Press();
+    WaitFor("the box \"Append CR\"", [&] { return box.Checked() == append; });
+  }
 
   TestHost host;
   AnsweringChannel channel;

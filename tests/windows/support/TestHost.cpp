@@ -3,7 +3,6 @@
 #include <doctest/doctest.h>
 
 #include <memory>
-#include <utility>
 
 namespace {
 
@@ -86,21 +85,8 @@ TestClient::TestClient(const TestHost& host, std::uint32_t type) : m_host(host) 
   REQUIRE(m_object != nullptr);
 }
 
-void TestClient::Delete() {
-  if (CONXDeviceClient_0* const object = std::exchange(m_object, nullptr))
-    m_host.Do([&] { m_host.deleteInstance(object); });
-}
-
-void TestClient::Connect(COndDeviceComm_0* channel) const {
-  m_host.Do([&] { m_object->Connect(channel); });
-}
-
 Window TestClient::Show(const std::string& caption) const {
   const auto result = m_host.Ask([&] { return m_object->ShowDialogNonModal(m_host.MainWindow().Handle()); });
   REQUIRE(result == EONX_ERR_NONE);
   return Window::WaitForTop(caption);
-}
-
-bool TestClient::IsOpen() const {
-  return m_host.Ask([&] { return m_object->IsNonModalDialogOpen() == 1; });
 }

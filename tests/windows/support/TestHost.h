@@ -8,6 +8,7 @@
 #include <functional>
 #include <thread>
 #include <type_traits>
+#include <utility>
 
 class TestHost {
 public:
@@ -59,11 +60,18 @@ public:
   CONXDeviceClient_0* operator->() const { return m_object; }
   CONXDeviceClient_0* get() const { return m_object; }
 
-  void Connect(COndDeviceComm_0* channel) const;
+  void Connect(COndDeviceComm_0* channel) const {
+    m_host.Do([&] { m_object->Connect(channel); });
+  }
   // Shows the window, which must have that caption.
   Window Show(const std::string& caption) const;
-  bool IsOpen() const;
-  void Delete();
+  bool IsOpen() const {
+    return m_host.Ask([&] { return m_object->IsNonModalDialogOpen() == 1; });
+  }
+  void Delete() {
+    if (CONXDeviceClient_0* const object = std::exchange(m_object, nullptr))
+      m_host.Do([&] { m_host.deleteInstance(object); });
+  }
   // The host has ended the object by other means.
   void Forget() { m_object = nullptr; }
 

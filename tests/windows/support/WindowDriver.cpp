@@ -7,8 +7,6 @@
 namespace {
 
 constexpr UINT kAnswerLimitMs = 20000;
-// The static text of a system message box.
-constexpr int kBoxTextId = 0xFFFF;
 
 struct Search {
   const std::string& caption;
@@ -114,18 +112,6 @@ void Window::Press() const {
   PostMessageA(m_handle, BM_CLICK, 0, 0);
 }
 
-void Window::SetText(const std::string& text) const {
-  Send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-}
-
-void Window::PressCloseBox() const {
-  PostMessageA(m_handle, WM_SYSCOMMAND, SC_CLOSE, 0);
-}
-
-void Window::Resize(int width, int height) const {
-  SetWindowPos(m_handle, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void Window::Activate() const {
   WaitFor("\"" + Text() + "\" to come to the front", [&] {
     SetForegroundWindow(m_handle);
@@ -146,10 +132,6 @@ void Window::WaitForFocus() const {
   });
 }
 
-void Window::WaitUntilGone(const std::string& what) const {
-  WaitFor(what + " to go away", [this] { return !Exists() || !Visible(); });
-}
-
 std::vector<std::string> Window::Items() const {
   std::vector<std::string> items(ItemCount());
   for (std::size_t i = 0; i < items.size(); ++i) {
@@ -157,10 +139,6 @@ std::vector<std::string> Window::Items() const {
     Send(LB_GETTEXT, i, reinterpret_cast<LPARAM>(items[i].data()));
   }
   return items;
-}
-
-void Window::Select(int index) const {
-  Send(LB_SETCURSEL, static_cast<WPARAM>(index));
 }
 
 void Window::TypeFileName(const std::string& path) const {
@@ -186,10 +164,6 @@ void Window::ChooseFile(const std::string& caption, const std::string& path, DWO
   const Window chooser = WaitForTop(caption, process);
   chooser.TypeFileName(path);
   chooser.WaitUntilGone("the dialog \"" + caption + "\"");
-}
-
-std::string Window::BoxText() const {
-  return Control(kBoxTextId).Text();
 }
 
 void Window::AnswerBox(const std::string& caption, const std::string& text, int button, DWORD process) {

@@ -41,21 +41,27 @@ public:
   // Presses a button, which must be visible and enabled, and does not wait for what that leads to.
   void Press() const;
   void PressControl(int id) const { Control(id).Press(); }
-  void SetText(const std::string& text) const;
+  void SetText(const std::string& text) const { Send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())); }
   // The caption's close box.
-  void PressCloseBox() const;
-  void Resize(int width, int height) const; // outer size
+  void PressCloseBox() const { PostMessageA(m_handle, WM_SYSCOMMAND, SC_CLOSE, 0); }
+  // To an outer size.
+  void Resize(int width, int height) const {
+    SetWindowPos(m_handle, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
   // Brings the window to the front; the keyboard focus goes to the control that had it last.
   void Activate() const;
   // Brings a control's window to the front and the keyboard focus to the control, as Tab does.
   void Focus() const;
   void WaitForFocus() const;
-  void WaitUntilGone(const std::string& what) const;
+  void WaitUntilGone(const std::string& what) const {
+    WaitFor(what + " to go away", [this] { return !Exists() || !Visible(); });
+  }
 
   // --- list boxes
   std::size_t ItemCount() const { return static_cast<std::size_t>(Send(LB_GETCOUNT)); }
-  std::vector<std::string> Items() const; // of a list that stays as it is
-  void Select(int index) const;
+  // To be called on the window's thread while the list may change.
+  std::vector<std::string> Items() const;
+  void Select(int index) const { Send(LB_SETCURSEL, static_cast<WPARAM>(index)); }
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
   // --- the system's file dialogs: enters a path and confirms
@@ -66,7 +72,7 @@ public:
   // --- message boxes: waits for one with that caption, checks its text, presses the button with that id
   static void AnswerBox(const std::string& caption, const std::string& text, int button = IDOK,
                         DWORD process = GetCurrentProcessId());
-  std::string BoxText() const;
+  std::string BoxText() const { return Control(0xFFFF).Text(); }
 
 private:
   HWND m_handle = nullptr;
