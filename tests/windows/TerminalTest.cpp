@@ -71,7 +71,7 @@ TEST_CASE("a line that cannot go out stays in the input line") {
     CHECK(terminal.TakeSent() == "Transmit ver\r");
   }
   CHECK(terminal.Input().Text() == "ver");
-  CHECK(terminal.channel.LockDepth() == 0);
+  CHECK(terminal.host.Ask([&] { return terminal.channel.LockDepth(); }) == 0); // between two polls
 }
 
 TEST_CASE("Up and Down go through the lines that were sent") {
