@@ -12,8 +12,12 @@ LinkFailure FailureOf(DWORD error) {
   return error != 0 ? SystemErrorText(static_cast<int>(error)) : LinkFailure();
 }
 
+bool IsRaised(HANDLE event) {
+  return event != nullptr && WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
+}
+
 bool HasEnded(const Operation& operation) {
-  return operation.pending && WaitForSingleObject(operation.Done(), 0) == WAIT_OBJECT_0;
+  return operation.pending && IsRaised(operation.Done());
 }
 
 } // namespace
@@ -57,17 +61,21 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
   // What has arrived counts also when sending has just failed.
   FinishReceiving(movement);
   FinishSending(movement);
+  if (movement.failure.empty() && m_receiving.pending && IsRaised(EndEvent()))
+    movement.failure = CheckEnd();
   return movement;
 }
 
 void OverlappedLink::Wait() {
   const auto wake = reinterpret_cast<HANDLE>(WakeSignal()->Native());
-  HANDLE handles[3] = {wake};
+  HANDLE handles[4] = {wake};
   DWORD count = 1;
   for (const Operation* operation : {&m_receiving, &m_sending}) {
     if (operation->pending)
       handles[count++] = operation->Done();
   }
+  if (m_receiving.pending && EndEvent() != nullptr)
+    handles[count++] = EndEvent();
   if (WaitForMultipleObjects(count, handles, FALSE, INFINITE) == WAIT_OBJECT_0)
     WakeSignal()->Clear();
 }

@@ -51,6 +51,10 @@ protected:
   virtual OperationResult Result(OVERLAPPED* record) = 0;
   // Nothing was received and nothing failed: the failure to report, or nothing when that is harmless.
   virtual LinkFailure EndOfStream() = 0;
+  // For systems that leave a pending receive alone when the other side ends: an event that tells of the end, and what
+  // the end was; nothing when bytes are still to be read before it. Null, the default: there is no such event.
+  virtual HANDLE EndEvent() const { return nullptr; }
+  virtual LinkFailure CheckEnd() { return {}; }
 
 private:
   void Wait();

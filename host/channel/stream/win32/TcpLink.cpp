@@ -98,7 +98,7 @@ private:
       return NoAnswer();
     if (const int error = events.iErrorCode[FD_CONNECT_BIT]; error != 0)
       return SystemErrorText(error);
-    WSAEventSelect(made.Get(), nullptr, 0);
+    WSAEventSelect(made.Get(), reinterpret_cast<WSAEVENT>(m_end.Native()), FD_CLOSE);
     SetOptions(made);
     m_socket = std::move(made);
     return {};
@@ -110,6 +110,7 @@ private:
     u_long blocking = 0;
     const DWORD patience = kParting;
     shutdown(m_socket.Get(), SD_SEND);
+    WSAEventSelect(m_socket.Get(), nullptr, 0); // a socket with events cannot wait
     ioctlsocket(m_socket.Get(), static_cast<long>(FIONBIO), &blocking);
     setsockopt(m_socket.Get(), SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&patience), sizeof patience);
     char ignored[4096];
@@ -138,8 +139,20 @@ private:
   }
   LinkFailure EndOfStream() override { return "Connection closed by the device"; }
 
+  // Wine may lose the end that comes in the moment in which a receive begins.
+  HANDLE EndEvent() const override { return reinterpret_cast<HANDLE>(m_end.Native()); }
+  LinkFailure CheckEnd() override {
+    m_end.Clear();
+    char byte = 0;
+    const int count = recv(m_socket.Get(), &byte, 1, MSG_PEEK);
+    if (count == 0)
+      return EndOfStream();
+    return count > 0 || WSAGetLastError() == WSAEWOULDBLOCK ? LinkFailure() : LastFailure();
+  }
+
   const Winsock m_winsock; // before the socket
   const TcpAddress m_address;
+  Signal m_end; // outlives the socket that raises it
   Socket m_socket;
 };
 
