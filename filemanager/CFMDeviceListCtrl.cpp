@@ -40,6 +40,7 @@ bool CFMDeviceListCtrl::OnSize() {
   return false;
 }
 
+// Each call of the channel's may serve messages, behind which the lock goes.
 void CFMDeviceListCtrl::Fill(const CONXDialog::CChannelLock& lock) {
   const Batch batch(*this);
   DeleteAllItems();

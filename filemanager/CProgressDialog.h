@@ -9,11 +9,10 @@
 //    window has shown it and then paused for a while (a timer), at whose end it looks for itself. A channel that
 //    reports faster than anybody can see is thus neither slowed down by the window nor floods the host's queue, and the
 //    last news is always shown. The worker's last act is to post a close.
-//  - Every end (that close, the button, Escape, the window's destruction, the object's) first asks the loop to abort
-//  and
-//    waits for the worker's end. While it waits it serves messages sent to this thread, since the channel is the host's
-//    and may need that to come to an end. What the host does meanwhile may end the window, which waits likewise:
-//    whoever sees the end first takes the worker down, the other finds none.
+//  - Every end (that close, the button, Escape, the window's destruction, the object's) first asks the loop to abort,
+//    and then waits for the worker's end. While it waits it serves messages sent to this thread, since the channel is
+//    the host's and may need that to come to an end. What the host does meanwhile may end the window, which waits
+//    likewise: whoever sees the end first takes the worker down, the other finds none.
 #pragma once
 
 #include "filemanager/CopyLoop.h"

@@ -88,8 +88,7 @@ private:
     }
   }
 
-  // A line without a tab is no entry. Only the first entry's type is 1 when the line does not give one; later ones are
-  // 0.
+  // A line without a tab is no entry. Where the line gives no type, the first entry's is 1 and that of later ones 0.
   void EndLine() {
     if (m_column != 0) {
       m_entries.push_back(std::move(m_entry));
