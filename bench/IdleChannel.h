@@ -1,7 +1,7 @@
 // A device that is there and nothing else; benchmarks let it do what they measure.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 class IdleChannel : public COndDeviceComm_0 {
 public:

@@ -1,7 +1,7 @@
 // Loading a job file of 100,000 entries, beside counting the lines of the same file.
 #include "bench/SideBySide.h"
-#include "frame/CONXDeviceClient.h"
 #include "platform/Platform.h"
+#include "util/JobFile.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -45,12 +45,11 @@ int main() {
   std::vector<TFILEENTRY> entries = MakeEntries(folder);
 
   bool sound = true;
-  const double saving = MillisecondsOf([&] { sound = CONXDeviceClient::SaveJobFile(path.c_str(), &entries) == 1; });
+  const double saving = MillisecondsOf([&] { sound = SaveJobFile(path.c_str(), &entries) == 1; });
   std::vector<TFILEENTRY> loaded;
   std::size_t lines = 0;
   const SideBySide best = MeasureSideBySide(
-      10, [&] { sound = CONXDeviceClient::LoadJobFile(path.c_str(), &loaded) == 1 && sound; },
-      [&] { lines = CountLines(path); });
+      10, [&] { sound = LoadJobFile(path.c_str(), &loaded) == 1 && sound; }, [&] { lines = CountLines(path); });
   std::filesystem::remove_all(systemFolder);
 
   if (!sound || loaded.size() != kEntries || lines != kEntries) {

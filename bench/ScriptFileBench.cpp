@@ -1,7 +1,7 @@
 // A script that reads a file of 64 MiB and writes it back, beside `cp` on the same file.
 #include "bench/IdleChannel.h"
 #include "bench/SideBySide.h"
-#include "scriptrt/ScriptRunner.h"
+#include "scriptrt/run/ScriptRunner.h"
 
 #include <cstdio>
 #include <cstdlib>

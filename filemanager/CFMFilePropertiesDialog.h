@@ -1,7 +1,7 @@
 // The properties that one local file gets on the device.
 #pragma once
 
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
 #include "window/CComboBox.h"
 #include "window/CDialog.h"
 

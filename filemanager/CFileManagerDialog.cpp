@@ -2,8 +2,8 @@
 
 #include "filemanager/CProgressDialog.h"
 #include "filemanager/CopyTexts.h"
-#include "frame/ChannelText.h"
 #include "res/resource.h"
+#include "util/ChannelText.h"
 #include "window/FormatText.h"
 
 #include <utility>

@@ -2,7 +2,7 @@
 // store of these; whoever needs records reads them back.
 #pragma once
 
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
 #include "window/CListCtrl.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 // window.
 #pragma once
 
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
 
 #include <atomic>
 #include <cstddef>

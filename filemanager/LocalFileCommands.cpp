@@ -97,7 +97,7 @@ void CFileManagerDialog::OnLoadJob() {
   if (path.empty())
     return;
   std::vector<TFILEENTRY> entries;
-  if (!CONXDeviceClient::LoadJobFile(path.c_str(), &entries)) {
+  if (!LoadJobFile(path.c_str(), &entries)) {
     ShowError("Could not open list file");
     return;
   }
@@ -120,7 +120,7 @@ void CFileManagerDialog::OnSaveJob() {
   if (path.empty() || !GetSafeHwnd())
     return;
   std::vector<TFILEENTRY> entries = AllEntries();
-  if (!CONXDeviceClient::SaveJobFile(path.c_str(), &entries))
+  if (!SaveJobFile(path.c_str(), &entries))
     ShowError("Could not create list file");
 }
 

@@ -1,7 +1,7 @@
 // A row of the local list as text, and what it means. The rows are the only store of the files' properties.
 #pragma once
 
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
 
 #include <string>
 

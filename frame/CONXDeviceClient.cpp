@@ -1,7 +1,7 @@
 #include "frame/CONXDeviceClient.h"
 
 #include "frame/CONXDialog.h"
-#include "frame/NoThrow.h"
+#include "util/NoThrow.h"
 
 #include <utility>
 

@@ -1,10 +1,8 @@
 // Base of the module's three objects. Exported, so that further clients can be derived from it.
-//
-// The class is portable as a declaration; its window side (CONXDeviceClient.cpp) is Windows only, the bodies of its
-// static members (util/) build everywhere.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
+#include "util/JobFile.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,15 +10,6 @@
 #include <vector>
 
 class CONXDialog;
-
-// One local file to copy to the device. Lists of them are what job files hold.
-struct TFILEENTRY {
-  std::string path;            // full path once loaded
-  std::uintptr_t reserved = 0; // neither written nor read by job files
-  std::uint8_t fileId = 0;
-  std::uint8_t fileType = 0;
-  std::uint32_t fileMode = OND_FILE_NORMAL; // OND_FILE_…
-};
 
 class OND_API CONXDeviceClient : public CONXDeviceClient_0 {
 public:
@@ -59,31 +48,17 @@ protected:
 public:
   virtual ~CONXDeviceClient();
 
-  // --- escaped text (util/EscapedString.cpp)
+  // --- what every client shares: the functions of these names in util/EscapedString.h, util/Path.h and util/JobFile.h
 
-  // Decodes text with escapes (\n \t \r \" \\, one hexadecimal digit, \(65) \(x41) \(b1000001)) up to `terminator`, or
-  // all of it when that is 0. `length` bytes may be read and must be followed by a zero byte; zero bytes among them are
-  // ordinary unless 0 is the terminator. `endPos`, `errorText`, `ok` may be null: bytes consumed, message (empty on
-  // success), 1 or 0.
   static std::string ParseString(const char* input, std::size_t length, char terminator, std::size_t* endPos,
                                  std::string* errorText, int* ok);
-
-  // --- paths (util/Path.cpp); the backslash is the only separator
-
   static void SplitFileName(const std::string& path, std::string* folder, std::string* file);
-  // 1 = joined; 0 = `file` climbs above the start, *result is then `file` as it was. May throw std::out_of_range.
   static int ConcatenatePathAndFile(const std::string& folder, const std::string& file, std::string* result);
   static int IsAbsolutePath(const std::string& path);
   static void MakeRelativePath(const std::string& baseFolder, const std::string& path, std::string* result);
   static char toUpperGer(char c);
-
-  // --- job files (util/JobFile.cpp)
-
-  // Stores the text of one column into an entry. Never throws.
   static void FillEntry(std::size_t column, std::string* text, TFILEENTRY* entry, std::string& baseFolder);
-  // 1 = loaded; 0 = cannot be opened or read, the list is untouched.
   static int LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* list);
-  // 1 = saved; 0 = not, and a file that was there before is unharmed.
   static int SaveJobFile(const char* jobPath, std::vector<TFILEENTRY>* list);
 
 protected:

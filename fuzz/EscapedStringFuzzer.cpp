@@ -1,6 +1,6 @@
 // The first byte is the terminator, the rest the text.
-#include "frame/CONXDeviceClient.h"
 #include "fuzz/Expect.h"
+#include "util/EscapedString.h"
 
 #include <string_view>
 #include <vector>
@@ -16,7 +16,7 @@ void ReadText(char terminator, std::string_view text) {
   std::size_t endPos = 0;
   std::string error;
   int ok = -1;
-  const std::string result = CONXDeviceClient::ParseString(bytes.data(), text.size(), terminator, &endPos, &error, &ok);
+  const std::string result = ParseString(bytes.data(), text.size(), terminator, &endPos, &error, &ok);
   Expect(ok == (error.empty() ? 1 : 0), "a message exactly when it failed");
   Expect(ok == 1 || result.empty(), "no bytes when it failed");
   Expect(endPos <= text.size() + 1, "at most the closing zero byte is read too");
@@ -28,7 +28,7 @@ void RestoreText(std::string_view text) {
   for (const char c : text)
     escaped += "\\(" + std::to_string(static_cast<unsigned char>(c)) + ")";
   escaped += '"';
-  Expect(CONXDeviceClient::ParseString(escaped.c_str(), escaped.size(), '"', nullptr, nullptr, nullptr) == text,
+  Expect(ParseString(escaped.c_str(), escaped.size(), '"', nullptr, nullptr, nullptr) == text,
          "escaped bytes come back");
 }
 

@@ -1,7 +1,7 @@
 // The input is a job file.
-#include "frame/CONXDeviceClient.h"
 #include "fuzz/Expect.h"
 #include "platform/Platform.h"
+#include "util/JobFile.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,7 +26,7 @@ void WriteFile(const std::string& path, const char* data, std::size_t size) {
 
 std::vector<TFILEENTRY> Load(const std::string& path) {
   std::vector<TFILEENTRY> entries;
-  Expect(CONXDeviceClient::LoadJobFile(path.c_str(), &entries) == 1, "a readable job file");
+  Expect(LoadJobFile(path.c_str(), &entries) == 1, "a readable job file");
   return entries;
 }
 
@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const char* data, std::size_t size) {
   std::vector<TFILEENTRY> entries = Load(path);
 
   const std::string copy = Folder() + "\\out.dcj";
-  Expect(CONXDeviceClient::SaveJobFile(copy.c_str(), &entries) == 1, "saved");
+  Expect(SaveJobFile(copy.c_str(), &entries) == 1, "saved");
   const std::vector<TFILEENTRY> again = Load(copy);
   const auto same = [](const TFILEENTRY& a, const TFILEENTRY& b) {
     return a.fileId == b.fileId && a.fileType == b.fileType && a.fileMode == b.fileMode;

@@ -1,6 +1,6 @@
 // The text up to the first zero byte is a folder, the rest a file name.
-#include "frame/CONXDeviceClient.h"
 #include "fuzz/Expect.h"
+#include "util/Path.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -21,7 +21,7 @@ bool HasStep(const std::string& path) {
 void Join(const std::string& folder, const std::string& file) {
   std::string joined;
   try {
-    const int ok = CONXDeviceClient::ConcatenatePathAndFile(folder, file, &joined);
+    const int ok = ConcatenatePathAndFile(folder, file, &joined);
     Expect(ok == 1 || joined == file, "the file as it was");
     Expect(ok == 0 || folder.empty() || !HasStep(joined), "no step left");
     Expect(joined.size() <= folder.size() + 1 + file.size(), "nothing added");
@@ -33,7 +33,7 @@ void Join(const std::string& folder, const std::string& file) {
 void Split(const std::string& path) {
   std::string folder;
   std::string file = "?";
-  CONXDeviceClient::SplitFileName(path, &folder, &file);
+  SplitFileName(path, &folder, &file);
   Expect(path == file || path == folder + "\\" + file || path == folder + "\\", "the parts make the whole");
 }
 
@@ -48,8 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const char* data, std::size_t size) {
   Join(folder, file);
   Split(folder);
   std::string relative;
-  CONXDeviceClient::MakeRelativePath(folder, file, &relative);
-  CONXDeviceClient::MakeRelativePath(folder, folder + "\\a", &relative);
+  MakeRelativePath(folder, file, &relative);
+  MakeRelativePath(folder, folder + "\\a", &relative);
   Expect(folder.empty() || relative == "a", "a file of the folder is just its name");
   return 0;
 }

@@ -3,7 +3,7 @@
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/support/Files.h"
-#include "scriptrt/ScriptCheck.h"
+#include "scriptrt/run/ScriptCheck.h"
 
 #include <limits>
 

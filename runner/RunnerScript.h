@@ -3,7 +3,7 @@
 
 #include "host/commandline/RunCommand.h"
 #include "runner/TerminalOperator.h"
-#include "scriptrt/ScriptRunner.h"
+#include "scriptrt/run/ScriptRunner.h"
 
 class RunnerScript : public host::ScriptMachine {
 public:

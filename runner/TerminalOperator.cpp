@@ -1,7 +1,7 @@
 #include "runner/TerminalOperator.h"
 
-#include "frame/OndDeviceClient.h"
-#include "scriptrt/NumberAnswer.h"
+#include "frame/contract/OndDeviceClient.h"
+#include "scriptrt/question/NumberAnswer.h"
 
 #include <iostream>
 

@@ -2,7 +2,7 @@
 // answers from standard input, a line each. An empty line takes what stands in brackets; the end of input is Cancel.
 #pragma once
 
-#include "scriptrt/Operator.h"
+#include "scriptrt/question/Operator.h"
 
 class TerminalOperator : public CONXOperator {
 public:

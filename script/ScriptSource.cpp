@@ -1,6 +1,6 @@
 #include "script/ScriptSource.h"
 
-#include "frame/CONXDeviceClient.h"
+#include "util/EscapedString.h"
 
 #include <limits>
 #include <stdexcept>
@@ -97,7 +97,7 @@ void ScriptSource::ScanString(Token* token) {
   const std::string_view rest = m_text.substr(token->begin + 1);
   std::size_t consumed = 0;
   int ok = 0;
-  std::string bytes = CONXDeviceClient::ParseString(rest.data(), rest.size(), '"', &consumed, nullptr, &ok);
+  std::string bytes = ParseString(rest.data(), rest.size(), '"', &consumed, nullptr, &ok);
   if (!ok) {
     Fail(token, kErrorInString);
     return;

@@ -1,7 +1,8 @@
 #include "terminal/CTerminalDialog.h"
 
-#include "frame/ChannelText.h"
 #include "res/resource.h"
+#include "util/ChannelText.h"
+#include "util/EscapedString.h"
 #include "window/CTextMeasure.h"
 
 #include <algorithm>
@@ -149,7 +150,7 @@ std::string CTerminalDialog::SendLine(COndDeviceComm_0& channel) {
   m_history.Add({text, appendCr});
   std::string problem;
   int ok = 0;
-  std::string bytes = CONXDeviceClient::ParseString(text.c_str(), text.size(), '\0', nullptr, &problem, &ok);
+  std::string bytes = ParseString(text.c_str(), text.size(), '\0', nullptr, &problem, &ok);
   if (!ok)
     return problem;
   bytes.resize(std::min(bytes.find('\0'), bytes.size())); // the Terminal never sends a zero byte

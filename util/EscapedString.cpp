@@ -1,5 +1,4 @@
-// Text with escapes, as people type it, into the bytes that it stands for.
-#include "frame/CONXDeviceClient.h"
+#include "util/EscapedString.h"
 
 #include <optional>
 #include <string_view>
@@ -144,8 +143,8 @@ EscapedStringReader::Step EscapedStringReader::ReadNumber() {
 
 } // namespace
 
-std::string CONXDeviceClient::ParseString(const char* input, std::size_t length, char terminator, std::size_t* endPos,
-                                          std::string* errorText, int* ok) {
+std::string ParseString(const char* input, std::size_t length, char terminator, std::size_t* endPos,
+                        std::string* errorText, int* ok) {
   EscapedStringReader reader(input, length, terminator);
   const bool success = reader.Read();
   if (endPos)

@@ -1,6 +1,6 @@
 #include "util/FileMode.h"
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-// Job files: one line for each file to copy, "path TAB id TAB type TAB mode LF", the path relative to the job file's
-// folder.
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
+
 #include "platform/Platform.h"
 #include "util/FileMode.h"
+#include "util/Path.h"
 #include "util/ScanNumber.h"
 
 #include <algorithm>
@@ -21,11 +21,11 @@ std::uint8_t ByteOf(const std::string& text) {
 
 // Where the path cannot be joined to the folder it stays as written.
 std::string PathOf(const std::string& text, const std::string& baseFolder) {
-  if (CONXDeviceClient::IsAbsolutePath(text))
+  if (IsAbsolutePath(text))
     return text;
   std::string path;
   try {
-    CONXDeviceClient::ConcatenatePathAndFile(baseFolder, text, &path);
+    ConcatenatePathAndFile(baseFolder, text, &path);
   } catch (const std::out_of_range&) {
     return text;
   }
@@ -106,7 +106,7 @@ private:
 
 std::string FolderOf(const std::string& path) {
   std::string folder;
-  CONXDeviceClient::SplitFileName(path, &folder, nullptr);
+  SplitFileName(path, &folder, nullptr);
   return folder;
 }
 
@@ -161,7 +161,7 @@ private:
 
 std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
   std::string line;
-  CONXDeviceClient::MakeRelativePath(folder, entry.path, &line);
+  MakeRelativePath(folder, entry.path, &line);
   line.append("\t").append(std::to_string(entry.fileId));
   line.append("\t").append(std::to_string(entry.fileType));
   line.append("\t").append(FileModeWord(entry.fileMode)).append("\n");
@@ -179,7 +179,7 @@ bool WriteEntries(const std::string& jobPath, const std::vector<TFILEENTRY>& ent
 
 } // namespace
 
-void CONXDeviceClient::FillEntry(std::size_t column, std::string* text, TFILEENTRY* entry, std::string& baseFolder) {
+void FillEntry(std::size_t column, std::string* text, TFILEENTRY* entry, std::string& baseFolder) {
   try {
     StoreField(column, *text, baseFolder, entry);
   } catch (const std::bad_alloc&) {
@@ -187,7 +187,7 @@ void CONXDeviceClient::FillEntry(std::size_t column, std::string* text, TFILEENT
   }
 }
 
-int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
+int LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
   try {
     std::optional<std::vector<TFILEENTRY>> entries = ReadEntries(jobPath);
     if (entries)
@@ -198,7 +198,7 @@ int CONXDeviceClient::LoadJobFile(const char* jobPath, std::vector<TFILEENTRY>* 
   }
 }
 
-int CONXDeviceClient::SaveJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
+int SaveJobFile(const char* jobPath, std::vector<TFILEENTRY>* list) {
   try {
     return WriteEntries(jobPath, *list) ? 1 : 0;
   } catch (...) {

@@ -1,5 +1,4 @@
-// Local paths as text. Nothing here asks the system: files need not exist, and the backslash is the only separator.
-#include "frame/CONXDeviceClient.h"
+#include "util/Path.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -90,7 +89,7 @@ bool HasStep(const std::string& path) {
 
 // How many bytes two paths share, without regard to case.
 std::size_t CommonLength(const std::string& a, const std::string& b) {
-  const auto same = [](char x, char y) { return CONXDeviceClient::toUpperGer(x) == CONXDeviceClient::toUpperGer(y); };
+  const auto same = [](char x, char y) { return toUpperGer(x) == toUpperGer(y); };
   return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end(), same).first - a.begin());
 }
 
@@ -102,7 +101,7 @@ std::size_t SeparatorAtOrBefore(const std::string& path, std::size_t from) {
 
 } // namespace
 
-char CONXDeviceClient::toUpperGer(char c) {
+char toUpperGer(char c) {
   switch (static_cast<unsigned char>(c)) {
   case 0xE4: // ä, ö, ü
   case 0xF6:
@@ -113,11 +112,11 @@ char CONXDeviceClient::toUpperGer(char c) {
   }
 }
 
-int CONXDeviceClient::IsAbsolutePath(const std::string& path) {
+int IsAbsolutePath(const std::string& path) {
   return path.size() >= 2 && (path[1] == ':' || path.starts_with("\\\\")) ? 1 : 0;
 }
 
-void CONXDeviceClient::SplitFileName(const std::string& path, std::string* folder, std::string* file) {
+void SplitFileName(const std::string& path, std::string* folder, std::string* file) {
   const std::size_t separator = path.empty() ? 0 : SeparatorAtOrBefore(path, path.size() - 1);
   std::string folderPart = path.substr(0, separator);
   std::string filePart = path.substr(separator == 0 ? 0 : separator + 1);
@@ -128,7 +127,7 @@ void CONXDeviceClient::SplitFileName(const std::string& path, std::string* folde
     *folder = std::move(folderPart);
 }
 
-int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const std::string& file, std::string* result) {
+int ConcatenatePathAndFile(const std::string& folder, const std::string& file, std::string* result) {
   if (folder.empty()) {
     *result = file;
     return 1;
@@ -148,7 +147,7 @@ int CONXDeviceClient::ConcatenatePathAndFile(const std::string& folder, const st
   return cleaned ? 1 : 0;
 }
 
-void CONXDeviceClient::MakeRelativePath(const std::string& baseFolder, const std::string& path, std::string* result) {
+void MakeRelativePath(const std::string& baseFolder, const std::string& path, std::string* result) {
   std::size_t shared = CommonLength(baseFolder, path);
   const bool baseIsShared = shared == baseFolder.size();
   if (shared > 0 && !baseIsShared)

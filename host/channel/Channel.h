@@ -2,7 +2,7 @@
 // one of them and add what every channel needs: locking, injected faults. `ChannelFactory.h` builds the whole chain.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 namespace host {
 

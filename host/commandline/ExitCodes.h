@@ -1,7 +1,7 @@
 // What the exit codes of both command lines mean. README.md has the same for users.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 namespace host {
 

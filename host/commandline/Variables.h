@@ -1,7 +1,7 @@
 // The variables that a command line hands to a script and prints afterwards.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 // OndDeviceClient.dll, loaded as any host loads it.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 #include <memory>
 #include <optional>

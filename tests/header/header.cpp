@@ -1,7 +1,7 @@
 // The contract header alone, twice, and used as a host uses it: with every compiler that a host may be built with.
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 static_assert(sizeof(void*) == 8, "the contract is for 64-bit programs");
 

@@ -1,7 +1,7 @@
 // Runs script texts as a host would and keeps what comes of it.
 #pragma once
 
-#include "scriptrt/ScriptRunner.h"
+#include "scriptrt/run/ScriptRunner.h"
 #include "tests/support/GuardedChannel.h"
 
 #include <string>

@@ -1,7 +1,7 @@
 // A channel for tests that watches how a client treats it.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 
 #include <doctest/doctest.h>
 

@@ -1,4 +1,4 @@
-#include "frame/CONXDeviceClient.h"
+#include "util/EscapedString.h"
 
 #include <doctest/doctest.h>
 
@@ -13,8 +13,7 @@ struct Parsed {
 
 Parsed Parse(const std::string& text, char terminator, std::size_t length) {
   Parsed parsed;
-  parsed.bytes =
-      CONXDeviceClient::ParseString(text.c_str(), length, terminator, &parsed.endPos, &parsed.error, &parsed.ok);
+  parsed.bytes = ParseString(text.c_str(), length, terminator, &parsed.endPos, &parsed.error, &parsed.ok);
   return parsed;
 }
 

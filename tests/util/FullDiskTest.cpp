@@ -1,6 +1,6 @@
-#include "frame/CONXDeviceClient.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/posix/FileSizeLimit.h"
+#include "util/JobFile.h"
 
 TEST_CASE("a save that runs out of space keeps the old job file") {
   const TemporaryFolder folder;
@@ -9,7 +9,7 @@ TEST_CASE("a save that runs out of space keeps the old job file") {
   int result;
   {
     const FileSizeLimit limit(100);
-    result = CONXDeviceClient::SaveJobFile(folder.PathOf("list.dcj").c_str(), &entries);
+    result = SaveJobFile(folder.PathOf("list.dcj").c_str(), &entries);
   }
   CHECK(result == 0);
   CHECK(folder.Read("list.dcj") == "before");

@@ -1,4 +1,4 @@
-#include "frame/CONXDeviceClient.h"
+#include "util/JobFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
@@ -25,7 +25,7 @@ std::string Listed(const Entries& entries, const std::string& folder) {
 }
 
 int Save(const std::string& path, Entries entries) {
-  return CONXDeviceClient::SaveJobFile(path.c_str(), &entries);
+  return SaveJobFile(path.c_str(), &entries);
 }
 
 } // namespace
@@ -64,7 +64,7 @@ TEST_CASE("a job file is read byte by byte as its format says") {
     CAPTURE(row.text);
     folder.Write("list.dcj", row.text);
     Entries entries{Entry("old", 9, 9, 9)};
-    CHECK(CONXDeviceClient::LoadJobFile(folder.PathOf("list.dcj").c_str(), &entries) == 1);
+    CHECK(LoadJobFile(folder.PathOf("list.dcj").c_str(), &entries) == 1);
     CHECK(Listed(entries, folder.Path()) == row.entries);
   }
 }
@@ -74,7 +74,7 @@ TEST_CASE("a failed load leaves the list alone") {
   for (const std::string& path : {folder.PathOf("missing.dcj"), folder.Path(), std::string()}) {
     CAPTURE(path);
     Entries entries{Entry("old", 9, 8, 7)};
-    CHECK(CONXDeviceClient::LoadJobFile(path.c_str(), &entries) == 0);
+    CHECK(LoadJobFile(path.c_str(), &entries) == 0);
     CHECK(Listed(entries, folder.Path()) == "old 9 8 7|");
   }
 }

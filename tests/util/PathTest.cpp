@@ -1,4 +1,4 @@
-#include "frame/CONXDeviceClient.h"
+#include "util/Path.h"
 
 #include <doctest/doctest.h>
 
@@ -19,7 +19,7 @@ struct Joined {
 Joined Join(const std::string& folder, const std::string& file) {
   Joined joined{-1, ""};
   try {
-    joined.ok = CONXDeviceClient::ConcatenatePathAndFile(folder, file, &joined.path);
+    joined.ok = ConcatenatePathAndFile(folder, file, &joined.path);
   } catch (const std::out_of_range& error) {
     CHECK(std::string(error.what()) == "invalid string position");
     joined.path = kOutOfRange;
@@ -29,7 +29,7 @@ Joined Join(const std::string& folder, const std::string& file) {
 
 std::string Relative(const std::string& base, const std::string& path) {
   std::string result = "untouched";
-  CONXDeviceClient::MakeRelativePath(base, path, &result);
+  MakeRelativePath(base, path, &result);
   return result;
 }
 
@@ -87,13 +87,13 @@ TEST_CASE("SplitFileName") {
     CAPTURE(row.path);
     std::string folder = "before";
     std::string file = "before";
-    CONXDeviceClient::SplitFileName(row.path, &folder, &file);
+    SplitFileName(row.path, &folder, &file);
     CHECK(folder == row.folder);
     CHECK(file == row.file);
 
-    CONXDeviceClient::SplitFileName(row.path, nullptr, nullptr);
+    SplitFileName(row.path, nullptr, nullptr);
     std::string inPlace = row.path;
-    CONXDeviceClient::SplitFileName(inPlace, &inPlace, nullptr);
+    SplitFileName(inPlace, &inPlace, nullptr);
     CHECK(inPlace == row.folder);
   }
 }
@@ -177,7 +177,7 @@ TEST_CASE("MakeRelativePath") {
     CAPTURE(row.path);
     CHECK(Relative(row.base, row.path) == row.relative);
     std::string inPlace = row.path;
-    CONXDeviceClient::MakeRelativePath(row.base, inPlace, &inPlace);
+    MakeRelativePath(row.base, inPlace, &inPlace);
     CHECK(inPlace == row.relative);
   }
 }

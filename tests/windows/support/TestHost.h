@@ -2,7 +2,7 @@
 // loop, the module loaded by name, its objects reached through its exports.
 #pragma once
 
-#include "frame/OndDeviceClient.h"
+#include "frame/contract/OndDeviceClient.h"
 #include "tests/windows/support/WindowDriver.h"
 
 #include <functional>

@@ -1,0 +1,112 @@
+#include "scriptrt/builtin/DeviceFileFunctions.h"
+
+#include "util/ChannelText.h"
+#include "util/JobFile.h"
+#include "util/Path.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr std::uint32_t kSteps = 40; // characters of the bar
+constexpr std::uint32_t kFlag = 1;   // the channel's own; always this
+
+// As it shows in the output, where a zero byte would end the line too early.
+std::string Shown(const std::string& text) {
+  return text.substr(0, text.find('\0'));
+}
+
+std::string NamePart(const std::string& path) {
+  std::string name;
+  SplitFileName(path, nullptr, &name);
+  return Shown(name);
+}
+
+} // namespace
+
+class CONXFileOp::Progress {
+public:
+  // `title` stands in front of the bar.
+  Progress(const ScriptOutput& output, platform::StopEvent& stopEvent, std::string title)
+      : m_output(output), m_stopEvent(stopEvent), m_line(std::move(title)), m_barStart(m_line.size()) {
+    m_line.append(kSteps, '.');
+  }
+
+  // Over whatever the line showed before.
+  void Show() const {
+    m_output.Write("\r");
+    m_output.Write(m_line.c_str());
+  }
+
+  // What the channel is given as the callback's context. Called on a thread of its choice; nothing here can throw.
+  static std::int32_t OnStep(void* context, std::uint32_t stepsDone) noexcept {
+    auto* progress = static_cast<Progress*>(context);
+    std::fill_n(progress->m_line.begin() + static_cast<std::ptrdiff_t>(progress->m_barStart),
+                std::min(stepsDone, kSteps), '#');
+    progress->Show();
+    return progress->m_stopEvent.IsSet() ? 1 : 0;
+  }
+
+private:
+  const ScriptOutput& m_output;
+  platform::StopEvent& m_stopEvent;
+  std::string m_line;
+  std::size_t m_barStart;
+};
+
+std::string CONXFileOp::ChannelText(std::int32_t code) const {
+  return ErrorText(*Services().channel, code);
+}
+
+ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool ignoreFailure) {
+  const ScriptError stored = call.SetNumber(static_cast<std::uint32_t>(code), DataType::kUint32);
+  return code != 0 && !ignoreFailure ? kSystemFunctionFailed : stored;
+}
+
+ScriptError CONXTransmitFile::Perform(const SysCall& call) {
+  const std::string name = NamePart(call.TextAt(0).Bytes());
+  Progress progress(Services().output, call.context.StopEvent(), name + " ");
+  const std::int32_t code = Services().channel->TransmitFile(
+      call.PathAt(0).c_str(), static_cast<std::uint8_t>(call.NumberAt(1)), static_cast<std::uint8_t>(call.NumberAt(2)),
+      static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep, &progress, kFlag, kSteps);
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFile (" + name + ")\n");
+  return Finish(call, code, call.NumberAtOr(4, 0) != 0);
+}
+
+ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
+  const std::string& data = call.TextAt(0).Bytes();
+  Progress progress(Services().output, call.context.StopEvent(), "");
+  progress.Show();
+  const std::int32_t code = Services().channel->TransmitFileFromMemory(
+      data.data(), data.size(), static_cast<std::uint8_t>(call.NumberAt(1)),
+      static_cast<std::uint8_t>(call.NumberAt(2)), static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep,
+      &progress, kFlag, kSteps);
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFileFromString\n");
+  return Finish(call, code, call.NumberAtOr(4, 0) != 0);
+}
+
+ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
+  const bool continueAfterError = call.NumberAtOr(1, 0) != 0;
+  const bool ignoreFailure = call.NumberAtOr(2, 0) != 0;
+  const std::string path = call.PathAt(0);
+  std::vector<TFILEENTRY> entries;
+  if (!LoadJobFile(path.c_str(), &entries)) {
+    Write("Could not load job file (" + Shown(path) + ")\n");
+    return ignoreFailure ? call.SetNumber(kSystemFunctionFailed, DataType::kUint32) : kSystemFunctionFailed;
+  }
+  std::int32_t firstFailure = 0;
+  for (const TFILEENTRY& entry : entries) {
+    Progress progress(Services().output, call.context.StopEvent(), NamePart(entry.path) + " ");
+    progress.Show();
+    const std::int32_t code = Services().channel->TransmitFile(
+        entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
+    Write(code == 0 ? " -> OK\n"
+                    : "\n-> " + ChannelText(code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
+    firstFailure = firstFailure != 0 ? firstFailure : code;
+    // A stop ends the list too: the files that are left would each only fail for the same reason.
+    if (code != 0 && (!continueAfterError || call.context.StopEvent().IsSet()))
+      break;
+  }
+  return Finish(call, firstFailure, ignoreFailure);
+}

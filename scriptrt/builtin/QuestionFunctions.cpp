@@ -1,0 +1,90 @@
+#include "scriptrt/builtin/QuestionFunctions.h"
+
+#include "script/NumberRange.h"
+#include "scriptrt/question/Operator.h"
+
+#include <algorithm>
+
+namespace {
+
+// `confirmed` becomes a number, so it must not be a text; that is to be known before anybody is asked.
+ScriptError CheckConfirmed(const SysCall& call, std::size_t index) {
+  return call.Has(index) && call.VariableAt(index).GetType() == DataType::kString ? kTypeError : kScriptOk;
+}
+
+ScriptError SetConfirmed(const SysCall& call, std::size_t index, bool confirmed) {
+  return call.Has(index) ? call.VariableAt(index).SetNumber(confirmed, DataType::kUint32) : kScriptOk;
+}
+
+// The value of the call is the answer, or what stands for none.
+ScriptError Conclude(const SysCall& call, std::size_t confirmedIndex, std::optional<std::uint64_t> answer,
+                     std::uint64_t otherwise, DataType type) {
+  if (const ScriptError error = SetConfirmed(call, confirmedIndex, answer.has_value()))
+    return error;
+  return call.SetNumber(answer.value_or(otherwise), type);
+}
+
+// Each item is ended by a zero byte; text behind the last one is an item too.
+std::vector<std::string> SplitItems(const std::string& text) {
+  std::vector<std::string> items;
+  std::size_t begin = 0;
+  while (begin < text.size()) {
+    const std::size_t end = std::min(text.find('\0', begin), text.size());
+    items.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return items;
+}
+
+} // namespace
+
+ScriptError CONXMessageBoxDialog::Perform(const SysCall& call) {
+  if (Services().askedOperator)
+    Services().askedOperator->ShowMessage(call.TextAt(0).Bytes(), call.TextAt(1).Bytes());
+  return kScriptOk;
+}
+
+ScriptError CONXUserInputNumDialog::Perform(const SysCall& call) {
+  constexpr std::size_t kConfirmed = 5;
+  if (const ScriptError error = CheckConfirmed(call, kConfirmed))
+    return error;
+  const std::uint64_t byDefault = NarrowedTo(m_type, call.NumberAt(2));
+  const std::uint64_t minimum = call.Has(3) ? NarrowedTo(m_type, call.NumberAt(3)) : LeastOf(m_type);
+  const std::uint64_t maximum = call.Has(4) ? NarrowedTo(m_type, call.NumberAt(4)) : LargestOf(m_type);
+  if (IsLess(m_type, maximum, minimum))
+    return kSystemFunctionFailed;
+  std::uint64_t initial = IsLess(m_type, maximum, byDefault) ? maximum : byDefault;
+  if (IsLess(m_type, initial, minimum))
+    initial = minimum;
+  const CONXOperator::NumberQuestion question{
+      call.TextAt(0).Bytes(), call.TextAt(1).Bytes(), static_cast<std::uint32_t>(m_type), initial, minimum, maximum};
+
+  std::optional<std::uint64_t> answer;
+  if (Services().askedOperator)
+    answer = Services().askedOperator->AskNumber(question);
+  return Conclude(call, kConfirmed, answer, byDefault, m_type);
+}
+
+ScriptError CONXUserInputStringDialog::Perform(const SysCall& call) {
+  constexpr std::size_t kConfirmed = 3;
+  if (const ScriptError error = CheckConfirmed(call, kConfirmed))
+    return error;
+  const std::string byDefault = call.TextAt(2).Bytes();
+  std::optional<std::string> answer;
+  if (Services().askedOperator)
+    answer = Services().askedOperator->AskText(call.TextAt(0).Bytes(), call.TextAt(1).Bytes(), byDefault);
+  if (const ScriptError error = SetConfirmed(call, kConfirmed, answer.has_value()))
+    return error;
+  return call.SetText(std::move(answer).value_or(byDefault));
+}
+
+ScriptError CONXUserListInputDialog::Perform(const SysCall& call) {
+  constexpr std::size_t kConfirmed = 4;
+  if (const ScriptError error = CheckConfirmed(call, kConfirmed))
+    return error;
+  std::optional<std::uint64_t> answer;
+  if (Services().askedOperator)
+    answer = Services().askedOperator->AskItem(call.TextAt(0).Bytes(), call.TextAt(1).Bytes(),
+                                               SplitItems(call.TextAt(2).Bytes()), call.NumberAt(3));
+  return Conclude(call, kConfirmed, answer, ~std::uint64_t{0}, DataType::kInt32);
+}

@@ -1,0 +1,34 @@
+#include "scriptrt/builtin/SubScriptFunctions.h"
+
+#include "platform/Platform.h"
+#include "scriptrt/builtin/BuiltIns.h"
+#include "scriptrt/run/ScriptFile.h"
+
+#include <iterator>
+
+ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* function) const {
+  const std::optional<std::string> path = platform::FullPath(call.PathAt(0));
+  const SharedText file = call.TextAt(0); // as passed, whatever the sub-script does to the caller's variable
+  std::string text;
+  if (!path || ReadScriptFile(*path, &text) != ScriptFileResult::kRead)
+    return kSystemFunctionFailed;
+  const BuiltIns builtIns(Services());
+  CONXRunContext context(call.context);
+  const ScriptRun run{context,  text,       FolderOfScript(*path), Services().output, builtIns.ByName(), {},
+                      function, call.result};
+  const ScriptError error = RunScript(run);
+  if (error != kScriptOk && Services().output)
+    Write(("in subscript \"" + file.Bytes() + "\"\n").c_str());
+  return error;
+}
+
+ScriptError CONXExecuteSubScript::Perform(const SysCall& call) {
+  return RunFile(call, nullptr);
+}
+
+ScriptError CONXExecuteSubScriptFunc::Perform(const SysCall& call) {
+  const auto further = call.arguments.begin() + 2;
+  FunctionStart start{call.TextAt(1).Bytes(),
+                      ScriptArguments(std::make_move_iterator(further), std::make_move_iterator(call.arguments.end()))};
+  return RunFile(call, &start);
+}

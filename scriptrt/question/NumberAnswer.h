@@ -1,0 +1,14 @@
+// What the operator types as the answer to a number question; the same rules and words in windows and on the terminal.
+#pragma once
+
+#include "scriptrt/question/Operator.h"
+
+// A value of the question's type as the operator sees it, decimal.
+std::string NumberForOperator(const CONXOperator::NumberQuestion& question, std::uint64_t value);
+
+struct NumberAnswer {
+  std::optional<std::uint64_t> value; // within the limits
+  std::string complaint;              // what is wrong with the number; empty when no number stands there
+};
+// Reads the number at the start of the text, as the C library's scan formats do.
+NumberAnswer ReadNumberAnswer(const CONXOperator::NumberQuestion& question, const std::string& text);

@@ -1,0 +1,79 @@
+#include "scriptrt/run/ExternalVariables.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+std::string NameOf(const TONXSCRIPTVARIABLE& record) {
+  return record.name ? record.name : "";
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+template <typename T>
+const T* PointerIn(const TONXSCRIPTVARIABLE& record) {
+  return reinterpret_cast<const T*>(static_cast<std::uintptr_t>(record.value));
+}
+
+// Without a pointer the variable stays at zero or empty.
+ScriptError SetValue(const TONXSCRIPTVARIABLE& record, CONXScriptVariable* value) {
+  const auto type = static_cast<DataType>(record.type);
+  value->Reset(type);
+  if (record.value == 0)
+    return kScriptOk;
+  if (type == DataType::kString)
+    return value->SetText(std::string(PointerIn<char>(record), static_cast<std::uint32_t>(record.length)));
+  std::uint64_t number = 0;
+  std::memcpy(&number, PointerIn<char>(record), sizeof number); // a host's buffer need not be aligned
+  return value->SetNumber(number, type);
+}
+
+void WriteValue(const CONXScriptVariable& value, TONXSCRIPTVARIABLE* record) {
+  record->type = static_cast<std::uint32_t>(value.GetType());
+  if (value.GetType() == DataType::kString) {
+    record->value = reinterpret_cast<std::uintptr_t>(value.GetText().c_str());
+    record->length = value.GetText().size();
+  } else {
+    record->value = value.GetNumber();
+  }
+}
+
+} // namespace
+
+void ExternalVariables::Set(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
+  if (!keepExisting)
+    m_variables.clear();
+  for (std::size_t i = 0; records && i < count; ++i) {
+    const auto type = static_cast<DataType>(records[i].type);
+    if (!IsNumeric(type) && type != DataType::kString)
+      continue;
+    Variable variable{NameOf(records[i]), {}};
+    if (SetValue(records[i], &variable.value) == kScriptOk)
+      m_variables.push_back(std::move(variable));
+  }
+}
+
+std::uint64_t ExternalVariables::Get(TONXSCRIPTVARIABLE* records, std::size_t count) const {
+  std::uint64_t found = 0;
+  for (std::size_t i = 0; records && i < count; ++i) {
+    const std::string name = NameOf(records[i]);
+    for (const Variable& variable : m_variables) {
+      if (!SameName(variable.name, name))
+        continue;
+      WriteValue(variable.value, &records[i]);
+      ++found;
+    }
+  }
+  return found;
+}
+
+std::vector<std::pair<std::string_view, CONXScriptVariable*>> ExternalVariables::ByName() {
+  std::vector<std::pair<std::string_view, CONXScriptVariable*>> byName;
+  for (Variable& variable : m_variables)
+    byName.emplace_back(variable.name, &variable.value);
+  return byName;
+}

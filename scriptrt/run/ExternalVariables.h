@@ -1,0 +1,31 @@
+// The variables that a host hands into scripts and reads back.
+#pragma once
+
+#include "frame/contract/OndDeviceClient.h"
+#include "script/CONXScriptVariable.h"
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+class ExternalVariables {
+public:
+  // See ONX_CALL_SET_VARIABLES and ONX_CALL_GET_VARIABLES. Setting throws std::bad_alloc; the records taken before
+  // stay.
+  void Set(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting);
+  // Returns how many matches were written; duplicates each count, the last one stands.
+  std::uint64_t Get(TONXSCRIPTVARIABLE* records, std::size_t count) const;
+
+  // In the order in which they were set.
+  std::vector<std::pair<std::string_view, CONXScriptVariable*>> ByName();
+
+private:
+  struct Variable {
+    std::string name;
+    CONXScriptVariable value;
+  };
+  std::deque<Variable> m_variables;
+};

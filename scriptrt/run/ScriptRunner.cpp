@@ -1,0 +1,173 @@
+#include "scriptrt/run/ScriptRunner.h"
+
+#include "platform/Platform.h"
+#include "scriptrt/builtin/BuiltIns.h"
+#include "scriptrt/run/ExternalVariables.h"
+#include "scriptrt/run/ScriptFile.h"
+
+#include <atomic>
+
+namespace {
+
+constexpr std::uint32_t kLockTimeoutMs = 500;
+
+// A successful lock of a channel, given back on every path to the channel that gave it.
+class ChannelLock {
+public:
+  ChannelLock(COndDeviceComm_0& channel, void* owner)
+      : m_channel(channel), m_owner(owner), m_locked(channel.Lock(owner, kLockTimeoutMs) == 0) {}
+  ~ChannelLock() {
+    if (m_locked)
+      m_channel.Unlock(m_owner);
+  }
+  ChannelLock(const ChannelLock&) = delete;
+  ChannelLock& operator=(const ChannelLock&) = delete;
+  explicit operator bool() const { return m_locked; }
+
+private:
+  COndDeviceComm_0& m_channel;
+  void* m_owner;
+  bool m_locked;
+};
+
+// Marks the runner as running, unless it is already.
+class RunningMark {
+public:
+  explicit RunningMark(std::atomic<bool>& running) : m_running(running), m_taken(!running.exchange(true)) {}
+  ~RunningMark() {
+    if (m_taken)
+      m_running = false;
+  }
+  RunningMark(const RunningMark&) = delete;
+  RunningMark& operator=(const RunningMark&) = delete;
+  explicit operator bool() const { return m_taken; }
+
+private:
+  std::atomic<bool>& m_running;
+  bool m_taken;
+};
+
+} // namespace
+
+struct CScriptRunner::Body {
+  explicit Body(void* owner) : lockOwner(owner) {}
+
+  EONX_ERR_ERRCODE_ Run(COndDeviceComm_0& channel, std::string_view text, const char* baseDirectory,
+                        ScriptOutput output);
+  EONX_ERR_ERRCODE_ RunFile(COndDeviceComm_0& channel, const char* path, ScriptOutput output);
+
+  void* lockOwner;
+  std::atomic<COndDeviceComm_0*> channel{nullptr};
+  std::atomic<bool> running{false};
+  CONXOperator* askedOperator = nullptr;
+  ExternalVariables variables;
+  CONXRunContext context;
+};
+
+EONX_ERR_ERRCODE_ CScriptRunner::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
+                                           const char* baseDirectory, ScriptOutput output) {
+  const ChannelLock lock(usedChannel, lockOwner);
+  if (!lock)
+    return EONX_ERR_LOCKED;
+  const BuiltIns builtIns({output, &usedChannel, askedOperator});
+  const ScriptRun run{context, text, baseDirectory ? baseDirectory : "", output, builtIns.ByName(), variables.ByName()};
+  return CodeWithinClass(RunScript(run)) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
+}
+
+EONX_ERR_ERRCODE_ CScriptRunner::Body::RunFile(COndDeviceComm_0& usedChannel, const char* path, ScriptOutput output) {
+  const ChannelLock lock(usedChannel, lockOwner);
+  if (!lock)
+    return EONX_ERR_LOCKED;
+  const std::optional<std::string> fullPath = platform::FullPath(path);
+  if (!fullPath)
+    return EONX_ERR_FILE_OPEN;
+  std::string text;
+  switch (ReadScriptFile(*fullPath, &text)) {
+  case ScriptFileResult::kCannotOpen:
+    return EONX_ERR_FILE_OPEN;
+  case ScriptFileResult::kCannotRead:
+    return EONX_ERR_FILE_READ;
+  case ScriptFileResult::kRead:
+    break;
+  }
+  return Run(usedChannel, text, FolderOfScript(*fullPath).c_str(), output);
+}
+
+namespace {
+
+template <typename Operation>
+EONX_ERR_ERRCODE_ WithoutExceptions(Operation operation) {
+  try {
+    return operation();
+  } catch (...) { // memory ran out, in one way or another
+    return EONX_ERR_OUT_OF_MEMORY;
+  }
+}
+
+} // namespace
+
+CScriptRunner::CScriptRunner(void* lockOwner) : m_body(std::make_unique<Body>(lockOwner)) {}
+CScriptRunner::~CScriptRunner() = default;
+
+void CScriptRunner::SetChannel(COndDeviceComm_0* channel) {
+  m_body->channel = channel;
+}
+void CScriptRunner::SetOperator(CONXOperator* askedOperator) {
+  m_body->askedOperator = askedOperator;
+}
+
+EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,
+                                               void* outputContext) {
+  COndDeviceComm_0* channel = m_body->channel;
+  if (!channel)
+    return EONX_ERR_NO_CHANNEL;
+  const RunningMark mark(m_body->running);
+  if (!mark)
+    return EONX_ERR_LOCKED;
+  return WithoutExceptions([&] { return m_body->Run(*channel, text, baseDirectory, {output, outputContext}); });
+}
+
+EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext) {
+  if (!path || *path == '\0')
+    return EONX_ERR_EMPTY_PATH;
+  COndDeviceComm_0* channel = m_body->channel;
+  if (!channel)
+    return EONX_ERR_NO_CHANNEL;
+  const RunningMark mark(m_body->running);
+  if (!mark)
+    return EONX_ERR_LOCKED;
+  return WithoutExceptions([&] { return m_body->RunFile(*channel, path, {output, outputContext}); });
+}
+
+EONX_ERR_ERRCODE_ CScriptRunner::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
+  const RunningMark mark(m_body->running); // a script that runs uses them
+  if (!mark)
+    return EONX_ERR_LOCKED;
+  return WithoutExceptions([&] {
+    m_body->variables.Set(records, count, keepExisting);
+    return EONX_ERR_NONE;
+  });
+}
+
+EONX_ERR_ERRCODE_ CScriptRunner::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
+                                              std::uint64_t* foundCount) {
+  return WithoutExceptions([&] {
+    const std::uint64_t found = m_body->variables.Get(records, count);
+    if (foundCount)
+      *foundCount = found;
+    return EONX_ERR_NONE;
+  });
+}
+
+void CScriptRunner::PrepareRun() {
+  if (!m_body->running)
+    m_body->context.StopEvent().Reset();
+}
+
+void CScriptRunner::StopScript() {
+  m_body->context.StopEvent().Set();
+}
+
+void CScriptRunner::AbandonScript() {
+  m_body->context.StopEvent().Abandon();
+}

@@ -1,0 +1,51 @@
+// Runs scripts on a channel: what the Script Processor object does, without its window. Portable; `ondscript` uses it
+// directly.
+#pragma once
+
+#include "frame/contract/OndDeviceClient.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class CONXOperator;
+
+// [one thread at a time, but for StopScript]
+class CScriptRunner {
+public:
+  // `lockOwner` is the owner that the channel is locked for; it only serves as an identity.
+  explicit CScriptRunner(void* lockOwner);
+  ~CScriptRunner();
+  CScriptRunner(const CScriptRunner&) = delete;
+  CScriptRunner& operator=(const CScriptRunner&) = delete;
+
+  // The channel stays the caller's; null disconnects. A run that is under way keeps the channel it began with. [any
+  // thread]
+  void SetChannel(COndDeviceComm_0* channel);
+  // Who answers a script's questions (null: nobody, they count as cancelled). Stays the caller's.
+  void SetOperator(CONXOperator* op);
+
+  // Runs a script text with the channel locked. A zero byte must follow the text. `baseDirectory` null or empty: the
+  // process's current directory. `output` may be null. Returns EONX_ERR_NONE, _NO_CHANNEL, _LOCKED, _OUT_OF_MEMORY or
+  // _SCRIPT. A failed script's diagnostic line is its last output.
+  EONX_ERR_ERRCODE_ ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,
+                                  void* outputContext);
+  // The same for a file; its folder is the base directory. Also EONX_ERR_EMPTY_PATH, _FILE_OPEN, _FILE_READ.
+  EONX_ERR_ERRCODE_ ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext);
+
+  // Variables that every run sees, and that keep what the script left in them. See ONX_CALL_SET_VARIABLES.
+  EONX_ERR_ERRCODE_ SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting);
+  EONX_ERR_ERRCODE_ GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count, std::uint64_t* foundCount);
+
+  // Forgets stop requests made before this moment. Called where a run is asked for, by whoever asks for it.
+  void PrepareRun();
+  // Asks the running script to end: loops and whatever waits look at this. [any thread, a signal-safe moment excepted]
+  void StopScript();
+  // The same for a run that nobody wants any more: parsing and every statement block look at this too. [any thread]
+  void AbandonScript();
+
+private:
+  struct Body;
+  std::unique_ptr<Body> m_body;
+};

@@ -1,0 +1,96 @@
+#include "scriptrt/window/CONXScriptProcessor.h"
+
+#include "scriptrt/window/CScriptProcessorDialog.h"
+#include "util/NoThrow.h"
+
+namespace {
+
+// Arguments of `Call` are 64-bit values that hold what the command says.
+template <typename Pointer>
+Pointer ArgumentAs(std::uint64_t argument) {
+  return reinterpret_cast<Pointer>(static_cast<std::uintptr_t>(argument));
+}
+
+const char* OrEmpty(const char* text) {
+  return text ? text : "";
+}
+
+} // namespace
+
+CONXScriptProcessor::CONXScriptProcessor() : m_runner(this) {
+  m_runner.SetOperator(&m_operator);
+}
+
+CONXScriptProcessor::~CONXScriptProcessor() {
+  CloseDialog();
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::Connect(COndDeviceComm_0* channel) {
+  NoThrow([=, this] { m_runner.SetChannel(channel); });
+  return CONXDeviceClient::Connect(channel);
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_t a, std::uint64_t b, std::uint64_t c,
+                                            std::uint64_t d) {
+  switch (function) {
+  case ONX_CALL_EXECUTE_SCRIPT:
+    return ExecuteScript(ArgumentAs<const char*>(a), nullptr, ArgumentAs<OndScriptOutput>(b), ArgumentAs<void*>(c));
+  case ONX_CALL_EXECUTE_SCRIPT_FILE:
+    return ExecuteScriptFile(ArgumentAs<const char*>(a), ArgumentAs<OndScriptOutput>(b), ArgumentAs<void*>(c));
+  case ONX_CALL_SET_VARIABLES:
+    return SetVariables(ArgumentAs<const TONXSCRIPTVARIABLE*>(a), b, c != 0);
+  case ONX_CALL_GET_VARIABLES:
+    return GetVariables(ArgumentAs<TONXSCRIPTVARIABLE*>(a), b, ArgumentAs<std::uint64_t*>(c));
+  case ONX_CALL_STOP_SCRIPT:
+    StopScript();
+    return EONX_ERR_NONE;
+  default:
+    return CONXDeviceClient::Call(function, a, b, c, d);
+  }
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScript(const char* text, const char* baseDirectory,
+                                                     OndScriptOutput output, void* outputContext) {
+  PrepareRun();
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndScriptOutput output,
+                                                         void* outputContext) {
+  PrepareRun();
+  return RunPreparedFile(path, output, outputContext);
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext) {
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.ExecuteScriptFile(OrEmpty(path), output, outputContext); });
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
+                                                    std::int32_t keepExisting) {
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
+                 [=, this] { return m_runner.SetVariables(records, count, keepExisting != 0); });
+}
+
+EONX_ERR_ERRCODE_ CONXScriptProcessor::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
+                                                    std::uint64_t* foundCount) {
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.GetVariables(records, count, foundCount); });
+}
+
+void CONXScriptProcessor::StopScript() {
+  NoThrow([this] { m_runner.StopScript(); });
+}
+
+void CONXScriptProcessor::PrepareRun() {
+  NoThrow([this] { m_runner.PrepareRun(); });
+  m_operator.Admit();
+}
+
+CONXDialog* CONXScriptProcessor::CreateNewDialog(OndWindow) {
+  return new CScriptProcessorDialog;
+}
+
+void CONXScriptProcessor::DeleteDialog(CONXDialog* dialog) {
+  CONXDialog::Delete(dialog);
+}
