@@ -40,7 +40,10 @@ ScriptError CONXScriptFunc::ParseBlock(SourceCursor& cursor, unsigned depth, Sta
       return error;
     ended = token.kind == TokenKind::kEnd || IsPunctuation(token, '}');
   }
-  cursor.SetPlace(place);
+  // The end of the text stays read where it ends a block with statements: the brace is then missing there, behind white
+  // space and comments.
+  if (token.kind != TokenKind::kEnd)
+    cursor.SetPlace(place);
   return kScriptOk;
 }
 

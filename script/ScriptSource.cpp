@@ -2,6 +2,7 @@
 
 #include "util/EscapedString.h"
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -42,7 +43,7 @@ const Token& ScriptSource::Read() {
   if (!m_ended) {
     const Token token = Scan(m_count == 0 ? 0 : At(m_count - 1).end);
     Append(token);
-    m_ended = token.kind == TokenKind::kEnd || token.kind == TokenKind::kMalformed;
+    m_ended = token.kind == TokenKind::kMalformed;
   }
   return At(m_count - 1);
 }
@@ -64,8 +65,10 @@ Token ScriptSource::Scan(std::uint32_t position) {
       break;
     // A comment moves the start of the token behind it, unless the text ends in it.
     const std::size_t lineEnd = m_text.find_first_of(std::string_view("\r\n\0", 3), position);
-    if (lineEnd == std::string_view::npos || m_text[lineEnd] == '\0')
+    if (lineEnd == std::string_view::npos || m_text[lineEnd] == '\0') {
+      position = static_cast<std::uint32_t>(std::min(lineEnd, m_text.size()));
       break;
+    }
     position = static_cast<std::uint32_t>(lineEnd) + 1;
     token.start = position;
   }
@@ -73,7 +76,7 @@ Token ScriptSource::Scan(std::uint32_t position) {
   token.end = position;
 
   const char c = CharAt(position);
-  if (c == '\0' || c == '#') {
+  if (c == '\0') {
     token.kind = TokenKind::kEnd;
   } else if (c == '"') {
     ScanString(&token);

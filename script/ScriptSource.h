@@ -50,8 +50,8 @@ public:
   ScriptSource& operator=(const ScriptSource&) = delete;
 
   std::string_view Text() const { return m_text; }
-  // The token of this number; numbers beyond the end or beyond a malformed token give that one again. At most one
-  // further than the highest number asked for so far.
+  // The token of this number; numbers beyond a malformed token give that one again. Behind the end of the text comes
+  // the end again, which then starts where the text ends. At most one further than the highest number asked for so far.
   const Token& TokenAt(TokenIndex index) { return index < m_count ? At(index) : Read(); }
   std::string_view TextOf(const Token& token) const { return m_text.substr(token.begin, token.end - token.begin); }
   const Literal& LiteralOf(const Token& token) const { return m_literals[token.value]; }
@@ -79,7 +79,7 @@ private:
   std::string_view m_text;
   std::vector<std::unique_ptr<Token[]>> m_chunks; // chunks never move, so that growing copies nothing
   std::uint32_t m_count = 0;
-  bool m_ended = false; // the last token is the end of the text or malformed
+  bool m_ended = false; // the last token is malformed
   std::deque<Literal> m_literals;
   NameTable m_names;
 };

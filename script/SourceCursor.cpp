@@ -5,8 +5,7 @@ ScriptError SourceCursor::GetToken(Token* token) {
   m_tokenStart = token->start;
   if (token->kind == TokenKind::kMalformed)
     return static_cast<ScriptError>(token->value);
-  if (token->kind != TokenKind::kEnd)
-    ++m_next;
+  ++m_next;
   return kScriptOk;
 }
 

@@ -5,10 +5,13 @@
 
 namespace {
 
-// An error is reported where reading its token began, in front of white space and comments; a person wants to see the
-// token, or the end of what stands in front of it when the text has no more.
+constexpr std::string_view kSpace = " \t\r\n";
+
+// An error is reported where reading its token began, in front of white space and comments, or where the text ends; a
+// person wants to see the token, or the end of what stands in front of it when the text has no more.
 std::uint64_t TokenItself(std::string_view text, std::uint64_t start) {
-  constexpr std::string_view kSpace = " \t\r\n";
+  if (start >= text.size())
+    return text.find_last_not_of(kSpace) + 1;
   std::size_t at = text.find_first_not_of(kSpace, start);
   while (at < text.size() && text[at] == '#')
     at = text.find_first_not_of(kSpace, text.find('\n', at));
