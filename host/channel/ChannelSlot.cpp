@@ -6,6 +6,23 @@
 #include <new>
 
 namespace host {
+namespace {
+
+std::int64_t AnswerOfNoChannel(ChannelOperation operation) {
+  switch (operation) {
+  case ChannelOperation::kLock:
+    return kChannelLocked;
+  case ChannelOperation::kUnlock:
+    return kNotLocked;
+  case ChannelOperation::kGetState:
+  case ChannelOperation::kGetDirectoryEntryCount:
+    return 0;
+  default:
+    return kNotOpen;
+  }
+}
+
+} // namespace
 
 bool ChannelSlot::Replace(std::unique_ptr<Channel> channel) {
   {
@@ -30,28 +47,27 @@ std::int32_t ChannelSlot::WaitUntilOpen() {
   return Inner() != nullptr ? ForwardingChannel::WaitUntilOpen() : kNotOpen;
 }
 
-const char* ChannelSlot::GetInfoString(std::uint32_t what, std::int64_t code) {
-  return Inner() != nullptr ? ForwardingChannel::GetInfoString(what, code) : "";
-}
-
-std::uint32_t ChannelSlot::GetState() {
-  return Inner() != nullptr ? ForwardingChannel::GetState() : 0;
-}
-
 std::int32_t ChannelSlot::Lock(void* owner, std::uint32_t timeoutMs) {
   if (!Enter(owner))
     return kOutOfMemory;
-  const std::int32_t result = Inner() != nullptr ? ForwardingChannel::Lock(owner, timeoutMs) : kChannelLocked;
+  const std::int32_t result = ForwardingChannel::Lock(owner, timeoutMs);
   if (result != kChannelOk)
     Leave(owner);
   return result;
 }
 
 std::int32_t ChannelSlot::Unlock(void* owner) {
-  const std::int32_t result = Inner() != nullptr ? ForwardingChannel::Unlock(owner) : kNotLocked;
+  const std::int32_t result = ForwardingChannel::Unlock(owner);
   // Whatever the answer is: an injected fault may deny a lock that has been given back.
   Leave(owner);
   return result;
+}
+
+void ChannelSlot::Around(ChannelCall& call) {
+  if (Inner() != nullptr)
+    call.Forward();
+  else
+    call.AnswerInstead(AnswerOfNoChannel(call.operation));
 }
 
 bool ChannelSlot::Enter(void* owner) {

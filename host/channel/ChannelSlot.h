@@ -12,8 +12,8 @@ namespace host {
 // uses it. So a script that starts in the very moment in which its channel is pulled out finds an empty slot, and not a
 // channel that is gone.
 //
-// Empty, it cannot be locked, is closed and has no texts. `GetInfoString` and `GetState` outside of a lock, and what a
-// channel has beside the contract, belong to the thread that plugs; everything else as the channel inside.
+// Empty, it cannot be locked, is closed and has no texts. `GetInfoString` and `GetState` outside of a lock, and what
+// a channel has beside the contract, belong to the thread that plugs; everything else as the channel inside.
 class ChannelSlot : public ForwardingChannel {
 public:
   ChannelSlot() : ForwardingChannel(nullptr) {}
@@ -25,12 +25,11 @@ public:
 
   bool IsConnecting() override;
   std::int32_t WaitUntilOpen() override;
-  const char* GetInfoString(std::uint32_t what, std::int64_t code) override;
   std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override;
   std::int32_t Unlock(void* owner) override;
-  std::uint32_t GetState() override;
 
 private:
+  void Around(ChannelCall& call) override;
   // Counts a lock of `owner` from before it is asked for, so that the channel stays during the wait too. False: memory
   // ran out.
   bool Enter(void* owner);

@@ -40,3 +40,19 @@ TEST_CASE("slot: channels change while a client comes and goes") {
   CHECK(made >= 200);
   CHECK(answers >= 200);
 }
+
+TEST_CASE("slot: an empty one answers every operation") {
+  ChannelSlot slot;
+  CHECK(slot.Lock(&g_owner, 0) == kChannelLocked);
+  CHECK_FALSE(slot.IsUsed());
+  CHECK(slot.Unlock(&g_owner) == kNotLocked);
+  CHECK(slot.GetState() == 0);
+  CHECK(slot.WaitUntilOpen() == kNotOpen);
+  CHECK(std::string(slot.GetInfoString(OND_INFO_DESCRIPTION, 0)).empty());
+  std::uint64_t count = 5;
+  CHECK(slot.Receive(nullptr, 0, &count) == kNotOpen);
+  CHECK(count == 0);
+  CHECK(Send(slot, "a", 1, 1) == kNotOpen);
+  CHECK(slot.ReadDirectory() == kNotOpen);
+  CHECK(slot.GetDirectoryEntryCount() == 0);
+}
