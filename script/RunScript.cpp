@@ -1,6 +1,7 @@
 #include "script/RunScript.h"
 
 #include "script/ScriptProgram.h"
+#include "util/NoThrow.h"
 
 #include <new>
 #include <stdexcept>
@@ -37,7 +38,13 @@ ScriptError WithoutExceptions(Operation operation) {
   }
 }
 
-ScriptError RunProgram(const ScriptRun& run) {
+// How far a run came.
+struct Reached {
+  RunPhase phase = RunPhase::kParsing;
+  std::uint32_t offset = 0; // of the token that was read last
+};
+
+ScriptError RunProgram(const ScriptRun& run, Reached* reached) {
   run.context.SetBaseDirectory(run.baseDirectory.empty() ? platform::CurrentFolder() : run.baseDirectory);
   CONXScriptVariable version;
   if (const ScriptError error = version.SetText(kLanguageVersion))
@@ -45,23 +52,24 @@ ScriptError RunProgram(const ScriptRun& run) {
   ScriptProgram program(run.text, run.context);
   AddNames(program, version, run);
 
-  RunPhase phase = RunPhase::kParsing;
   const ScriptError error = WithoutExceptions([&] {
     const ScriptError parseError = program.Parse();
     if (parseError != kScriptOk)
       return parseError;
-    phase = RunPhase::kExecuting;
+    reached->phase = RunPhase::kExecuting;
     return Execute(program, run);
   });
-  if (CodeWithinClass(error) != 0)
-    run.output.Write(DiagnosticLine(error, run.text, program.Cursor().TokenStart(), phase).c_str());
+  reached->offset = program.Cursor().TokenStart();
   return error;
 }
 
 } // namespace
 
 ScriptError RunScript(const ScriptRun& run) noexcept {
-  if (platform::FreeStack() == 0)
-    return kOutOfMemory;
-  return WithoutExceptions([&] { return RunProgram(run); });
+  Reached reached;
+  const ScriptError error =
+      platform::FreeStack() == 0 ? kOutOfMemory : WithoutExceptions([&] { return RunProgram(run, &reached); });
+  if (CodeWithinClass(error) != 0)
+    NoThrow([&] { run.output.Write(DiagnosticLine(error, run.text, reached.offset, reached.phase).data()); });
+  return error;
 }

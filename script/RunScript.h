@@ -41,8 +41,9 @@ struct ScriptRun {
   CONXScriptVariable* result = nullptr; // receives the value of the function that is run
 };
 
-// Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line. The stop event
-// is watched, not reset. Never throws; want of memory or stack is kOutOfMemory.
+// Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line, also one that
+// found no memory to begin with. The stop event is watched, not reset. Never throws; want of memory or stack is
+// kOutOfMemory.
 ScriptError RunScript(const ScriptRun& run) noexcept;
 
 // The version of the language, which scripts see as `version`.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 const char* ErrorText(ScriptError error) {
   static constexpr std::array kTexts = {
@@ -36,13 +37,14 @@ void LineAndColumn(std::string_view text, std::uint64_t offset, std::uint64_t* l
   *column = before.size() - (before.rfind('\n') + 1);
 }
 
-std::string DiagnosticLine(ScriptError error, std::string_view text, std::uint32_t offset, RunPhase phase) {
+DiagnosticText DiagnosticLine(ScriptError error, std::string_view text, std::uint32_t offset, RunPhase phase) {
   std::uint64_t line = 0;
   std::uint64_t column = 0;
   LineAndColumn(text, offset, &line, &column);
-  std::string result = ErrorText(error);
-  result += " near line " + std::to_string(line + 1) + "/column " + std::to_string(column + 1);
-  result += " (offset " + std::to_string(offset) + ") during ";
-  result += phase == RunPhase::kParsing ? "parsing\n" : "executing\n";
+  DiagnosticText result;
+  std::snprintf(result.data(), result.size(), "%s near line %llu/column %llu (offset %lu) during %s\n",
+                ErrorText(error), static_cast<unsigned long long>(line + 1),
+                static_cast<unsigned long long>(column + 1), static_cast<unsigned long>(offset),
+                phase == RunPhase::kParsing ? "parsing" : "executing");
   return result;
 }

@@ -1,8 +1,8 @@
 // Error codes of the script language and the line that reports them.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 // Bits 28 to 31 hold the class, the rest the code within it. The first error ends an operation and travels up
@@ -39,5 +39,7 @@ void LineAndColumn(std::string_view text, std::uint64_t offset, std::uint64_t* l
 
 enum class RunPhase { kParsing, kExecuting };
 
-// The line that a failed run ends its output with. `offset` is the start of the token that was read last.
-std::string DiagnosticLine(ScriptError error, std::string_view text, std::uint32_t offset, RunPhase phase);
+// The line that a failed run ends its output with, zero-terminated. `offset` is the start of the token that was read
+// last. Allocates nothing: that memory ran out is said too.
+using DiagnosticText = std::array<char, 160>;
+DiagnosticText DiagnosticLine(ScriptError error, std::string_view text, std::uint32_t offset, RunPhase phase);

@@ -1,7 +1,7 @@
 #include "scriptrt/builtin/SubScriptFunctions.h"
 
 #include "platform/Platform.h"
-#include "scriptrt/builtin/BuiltIns.h"
+#include "scriptrt/run/RunWithBuiltIns.h"
 #include "scriptrt/run/ScriptFile.h"
 
 #include <iterator>
@@ -12,11 +12,9 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
   std::string text;
   if (!path || ReadScriptFile(*path, &text) != ScriptFileResult::kRead)
     return kSystemFunctionFailed;
-  const BuiltIns builtIns(Services());
   CONXRunContext context(call.context);
-  const ScriptRun run{context,  text,       FolderOfScript(*path), Services().output, builtIns.ByName(), {},
-                      function, call.result};
-  const ScriptError error = RunScript(run);
+  const std::string folder = FolderOfScript(*path);
+  const ScriptError error = RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result});
   if (error != kScriptOk && Services().output)
     Write(("in subscript \"" + file.Bytes() + "\"\n").c_str());
   return error;

@@ -1,8 +1,8 @@
 #include "scriptrt/run/ScriptRunner.h"
 
 #include "platform/Platform.h"
-#include "scriptrt/builtin/BuiltIns.h"
 #include "scriptrt/run/ExternalVariables.h"
+#include "scriptrt/run/RunWithBuiltIns.h"
 #include "scriptrt/run/ScriptFile.h"
 
 #include <atomic>
@@ -69,9 +69,9 @@ EONX_ERR_ERRCODE_ CScriptRunner::Body::Run(COndDeviceComm_0& usedChannel, std::s
   const ChannelLock lock(usedChannel, lockOwner);
   if (!lock)
     return EONX_ERR_LOCKED;
-  const BuiltIns builtIns({output, &usedChannel, askedOperator});
-  const ScriptRun run{context, text, baseDirectory ? baseDirectory : "", output, builtIns.ByName(), variables.ByName()};
-  return CodeWithinClass(RunScript(run)) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
+  const ScriptError error = RunWithBuiltIns({output, &usedChannel, askedOperator},
+                                            {context, text, baseDirectory ? baseDirectory : "", &variables});
+  return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
 }
 
 EONX_ERR_ERRCODE_ CScriptRunner::Body::RunFile(COndDeviceComm_0& usedChannel, const char* path, ScriptOutput output) {

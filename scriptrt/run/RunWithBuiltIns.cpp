@@ -1,0 +1,31 @@
+#include "scriptrt/run/RunWithBuiltIns.h"
+
+#include "scriptrt/builtin/BuiltIns.h"
+#include "scriptrt/run/ExternalVariables.h"
+#include "util/NoThrow.h"
+
+namespace {
+
+ScriptError SetUpAndRun(const RunServices& services, const RunRequest& request) {
+  const BuiltIns builtIns(services);
+  const ScriptRun run{request.context,
+                      request.text,
+                      std::string(request.baseDirectory),
+                      services.output,
+                      builtIns.ByName(),
+                      request.variables ? request.variables->ByName() : decltype(ScriptRun::externalVariables){},
+                      request.function,
+                      request.result};
+  return RunScript(run);
+}
+
+} // namespace
+
+ScriptError RunWithBuiltIns(const RunServices& services, const RunRequest& request) noexcept {
+  try {
+    return SetUpAndRun(services, request);
+  } catch (...) { // no memory; the run itself throws nothing
+    NoThrow([&] { services.output.Write(DiagnosticLine(kOutOfMemory, {}, 0, RunPhase::kParsing).data()); });
+    return kOutOfMemory;
+  }
+}

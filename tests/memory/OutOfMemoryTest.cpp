@@ -1,0 +1,127 @@
+// Memory that runs out at every allocation in turn: each time the work either succeeds or fails with what it promises,
+// and nothing ends the process.
+#include "scriptrt/run/ScriptRunner.h"
+#include "tests/memory/FailingMemory.h"
+#include "tests/support/GuardedChannel.h"
+#include "tests/support/TemporaryFolder.h"
+#include "util/JobFile.h"
+
+#include <doctest/doctest.h>
+
+#include <array>
+#include <string_view>
+
+namespace {
+
+// The double needs memory for its records, which is not the client's want.
+class ChannelWithMemory : public GuardedChannel {
+public:
+  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
+    const MemoryAgain again;
+    return GuardedChannel::Lock(owner, timeoutMs);
+  }
+  std::int32_t Unlock(void* owner) override {
+    const MemoryAgain again;
+    return GuardedChannel::Unlock(owner);
+  }
+  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
+    const MemoryAgain again;
+    return GuardedChannel::Transmit(data, length, written);
+  }
+  std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
+    const MemoryAgain again;
+    return GuardedChannel::Receive(buffer, size, received);
+  }
+  std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
+                            TransferProgressCallback callback, void* context, std::uint32_t flag,
+                            std::uint32_t steps) override {
+    const MemoryAgain again;
+    return GuardedChannel::TransmitFile(localPath, fileId, fileType, fileMode, callback, context, flag, steps);
+  }
+};
+
+// What a run printed, in memory of its own.
+struct Output {
+  std::array<char, 4096> text;
+  std::size_t size = 0;
+
+  static void Collect(void* context, const char* text) {
+    auto& self = *static_cast<Output*>(context);
+    self.size += std::string_view(text).copy(self.text.data() + self.size, self.text.size() - self.size);
+  }
+  std::string_view Text() const { return {text.data(), size}; }
+};
+
+constexpr std::string_view kSetUpFailed = "out of memory error near line 1/column 1 (offset 0) during parsing\n";
+
+constexpr const char* kScript = R"(
+func twice(var string s) { twice = s + s; }
+func apply(func f, var string s) { if (strlen(s)) { apply = f(s); } }
+var string text; var int32 i;
+while (i < 3) { text += apply(&twice, numtostr(i) + "-----------------------------"); i += 1; }
+writestringtofile("note.txt", text);
+transmitstring(readstringfromfile("note.txt") + receivestring());
+executesubscript("sub.dcs");
+executesubscriptfunc("sub.dcs", "f", text);
+executejobfile("list.dcj");
+print("done\n");
+)";
+
+// Runs `work` with less and less shortage until nothing failed. Returns how often it failed.
+template <typename Work>
+std::size_t UntilMemorySuffices(MemoryShortage shortage, Work work) {
+  constexpr std::size_t kMost = 20000;
+  std::size_t allocations = 0;
+  for (bool failed = true; failed && allocations < kMost; ++allocations) {
+    CAPTURE(allocations);
+    failed = work(allocations, shortage);
+  }
+  CHECK(allocations < kMost);
+  return allocations - 1;
+}
+
+} // namespace
+
+TEST_CASE("a run that memory fails ends with its diagnostic line") {
+  const TemporaryFolder folder;
+  folder.Write("run.dcs", kScript);
+  folder.Write("sub.dcs", "func f(var string s) { print(\"f\\n\"); } print(\"sub\\n\");");
+  folder.Write("list.dcj", "a.bin\t1\t2\tnormal\n");
+  const std::string path = folder.PathOf("run.dcs");
+  for (const MemoryShortage shortage : {MemoryShortage::kOnce, MemoryShortage::kLasting}) {
+    std::size_t duringSetUp = 0;
+    std::size_t whileReading = 0;
+    const std::size_t failures = UntilMemorySuffices(shortage, [&](std::size_t first, MemoryShortage kind) {
+      ChannelWithMemory channel;
+      int owner = 0;
+      CScriptRunner runner(&owner);
+      runner.SetChannel(&channel);
+      Output output;
+      EONX_ERR_ERRCODE_ result;
+      bool failed;
+      {
+        const FailingMemory memory(first, kind);
+        result = runner.ExecuteScriptFile(path.c_str(), Output::Collect, &output);
+        failed = memory.HasFailed();
+      }
+      const std::string_view text = output.Text();
+      CAPTURE(std::string(text));
+      if (result == EONX_ERR_NONE) {
+        CHECK(text.ends_with("sub\nf\n\ra.bin ........................................ -> OK\ndone\n"));
+      } else if (result == EONX_ERR_OUT_OF_MEMORY) { // the file was not read yet: no run
+        CHECK(text == "");
+        ++whileReading;
+      } else {
+        CHECK(result == EONX_ERR_SCRIPT);
+        const std::string_view lastLine = text.substr(text.substr(0, text.size() - 1).rfind('\n') + 1);
+        CHECK((lastLine.find(" near line ") != std::string_view::npos && lastLine.ends_with("ing\n")));
+        duringSetUp += text == kSetUpFailed ? 1 : 0;
+      }
+      CHECK(channel.LockDepth() == 0);
+      return failed;
+    });
+    CHECK(failures > 200);
+    CHECK(duringSetUp > 50); // the built-ins alone are more
+    CHECK(whileReading > 0);
+  }
+}
