@@ -1,6 +1,9 @@
 // Numbers of the module's dialog templates, icons and controls.
 #pragma once
 
+// Style of a field that shows a path: where it is too long, something in the middle gives way to its file's name.
+#define OND_PATH_FIELD (SS_SUNKEN | SS_CENTERIMAGE | SS_NOPREFIX | SS_PATHELLIPSIS)
+
 // --- dialog templates
 #define IDD_TERMINAL 4001
 #define IDD_FILE_MANAGER 4002
