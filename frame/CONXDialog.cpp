@@ -4,6 +4,7 @@
 #include "window/CWinApp.h"
 #include "window/FormatText.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -217,7 +218,8 @@ RECT CONXDialog::PlaceFor(const Placement& placement, int cx, int cy) {
     height = cy - placement.bottom - top;
   else if (HasAll(placement.flags, OND_PLACE_BOTTOM))
     top = cy - placement.bottom - height;
-  return {left, top, left + width, top + height};
+  // In a window that has become too small for it a stretched control has no room at all, not less than that.
+  return {left, top, left + std::max(width, 0), top + std::max(height, 0)};
 }
 
 void CONXDialog::OnSizeDlgCtrlPlacement(int cx, int cy) {

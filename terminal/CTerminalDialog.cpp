@@ -4,6 +4,7 @@
 #include "util/ChannelText.h"
 #include "util/EscapedString.h"
 #include "window/CTextMeasure.h"
+#include "window/ScreenScale.h"
 
 #include <algorithm>
 #include <chrono>
@@ -23,7 +24,7 @@ constexpr std::size_t kReadingBytes = 3 << 19; // 1.5 MiB
 constexpr UINT_PTR kMoreTimer = 2;             // timers come behind everything else that waits for the window
 constexpr UINT kMoreMs = USER_TIMER_MINIMUM;
 
-constexpr POINT kMinimumSize{200, 250}; // pixels
+constexpr POINT kMinimumSize{200, 250}; // pixels at 96 dpi
 
 // How the controls follow the window's edges.
 constexpr struct {
@@ -103,7 +104,8 @@ void CTerminalDialog::UpdateDialogState() {
 }
 
 void CTerminalDialog::OnGetMinMaxInfo(const Message& message) {
-  reinterpret_cast<MINMAXINFO*>(message.lParam)->ptMinTrackSize = kMinimumSize;
+  reinterpret_cast<MINMAXINFO*>(message.lParam)->ptMinTrackSize = {ScaledPixels(kMinimumSize.x),
+                                                                   ScaledPixels(kMinimumSize.y)};
 }
 
 void CTerminalDialog::OnAppendCr() {

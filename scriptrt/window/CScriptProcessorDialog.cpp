@@ -6,6 +6,7 @@
 #include "util/ChannelText.h"
 #include "window/CFileDialog.h"
 #include "window/FormatText.h"
+#include "window/ScreenScale.h"
 
 #include <shellapi.h>
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-constexpr int kMinimumHeight = 250; // pixels
+constexpr int kMinimumHeight = 250; // pixels at 96 dpi
 constexpr const char* kFilter = "Script files (*.dcs)|*.dcs|All files (*.*)|*.*||";
 
 // Takes output that the worker holds back, while a script runs.
@@ -110,7 +111,7 @@ bool CScriptProcessorDialog::OnInitDialog() {
 }
 
 void CScriptProcessorDialog::OnGetMinMaxInfo(const Message& message) {
-  reinterpret_cast<MINMAXINFO*>(message.lParam)->ptMinTrackSize = {m_initialWidth, kMinimumHeight};
+  reinterpret_cast<MINMAXINFO*>(message.lParam)->ptMinTrackSize = {m_initialWidth, ScaledPixels(kMinimumHeight)};
 }
 
 void CScriptProcessorDialog::UpdateDialogState() {

@@ -207,6 +207,58 @@ TEST_CASE("controls follow the edges that their placement names") {
   }
 }
 
+namespace {
+
+int ScreenDensity() {
+  const HDC screen = GetDC(nullptr);
+  const int density = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return density;
+}
+
+bool IsInside(const RECT& place, const SIZE& area) {
+  return place.left >= 0 && place.top >= 0 && place.left < place.right && place.top < place.bottom &&
+         place.right <= area.cx && place.bottom <= area.cy;
+}
+
+} // namespace
+
+// Also to be run on a screen of another density, where fonts and with them templates are larger.
+TEST_CASE("windows have a smallest size, at which their controls have room") {
+  const auto atThisDensity = [](int pixels) { return MulDiv(pixels, ScreenDensity(), 96); };
+  const TestHost host;
+  SUBCASE("Script Processor") {
+    const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
+    const Window window = client.Show(kCaption);
+    const RECT first = window.Place();
+    window.Resize(0, 0);
+    const RECT smallest = window.Place();
+    CHECK(smallest.right - smallest.left == first.right - first.left);
+    CHECK(smallest.bottom - smallest.top == atThisDensity(250));
+    for (int id :
+         {IDC_SCRIPT_CONFIGURATION, IDC_SCRIPT_LOG_LABEL, IDC_SCRIPT_LOG, IDC_SCRIPT_PATH_LABEL, IDC_SCRIPT_PATH,
+          IDC_SCRIPT_BROWSE, IDC_SCRIPT_COPY, IDC_SCRIPT_NEW, IDC_SCRIPT_EDIT, IDC_SCRIPT_EXECUTE, IDOK}) {
+      CAPTURE(id);
+      CHECK(IsInside(window.Control(id).PlaceInside(), window.ClientSize()));
+    }
+    CHECK(window.Control(IDC_SCRIPT_LOG).PlaceInside().bottom <= window.Control(IDC_SCRIPT_PATH).PlaceInside().top);
+  }
+  SUBCASE("Terminal, but for its row with the input line") {
+    const TestClient client(host, ONX_OBJ_TERMINAL);
+    const Window window = client.Show("Terminal");
+    window.Resize(0, 0);
+    const RECT smallest = window.Place();
+    CHECK(smallest.right - smallest.left == atThisDensity(200));
+    CHECK(smallest.bottom - smallest.top == atThisDensity(250));
+    for (int id : {IDC_TERMINAL_CONFIGURATION, IDC_TERMINAL_ANSWERS, IDC_TERMINAL_CLEAR, IDC_TERMINAL_COPY, IDOK,
+                   IDC_TERMINAL_STATUS}) {
+      CAPTURE(id);
+      CHECK(IsInside(window.Control(id).PlaceInside(), window.ClientSize()));
+    }
+    CHECK(window.Control(IDC_TERMINAL_ANSWERS).PlaceInside().bottom <= window.Control(IDOK).PlaceInside().top);
+  }
+}
+
 TEST_CASE("a key that a dialog took reaches the host's loop as a null message, one only looked at stays") {
   const TestHost host;
   const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
