@@ -4,73 +4,81 @@
 #include "host/channel/stream/StreamChannel.h"
 #include "host/support/Text.h"
 
+#include <string_view>
 #include <utility>
 
 namespace host {
 namespace {
 
-ChannelResult Failed(std::string error, bool badText) {
-  return {nullptr, std::move(error), badText};
+using Made = tl::expected<std::unique_ptr<Channel>, ChannelFailure>;
+
+auto BadText(std::string text) {
+  return tl::unexpected(ChannelFailure{std::move(text), true});
 }
 
-ChannelResult MakeSimulated(const ChannelOptions& options, const std::string& settings) {
+Made MakeSimulated(const ChannelOptions& options, const std::string& settings) {
   if (!settings.empty())
-    return Failed("the channel \"sim\" has no settings", true);
+    return BadText("the channel \"sim\" has no settings");
   std::optional<StoreFolder> folder;
   if (!options.sim.folder.empty()) {
     folder = StoreFolder::Open(options.sim.folder);
     if (!folder)
-      return Failed("cannot use the folder " + options.sim.folder + " for the device's files", false);
+      return tl::unexpected(ChannelFailure{"cannot use the folder " + options.sim.folder + " for the device's files"});
   }
-  return {std::make_unique<SimulatedDevice>(options.sim, std::move(folder)), {}, false};
+  return std::make_unique<SimulatedDevice>(options.sim, std::move(folder));
 }
 
-ChannelResult MakeTcp(const ChannelOptions& options, const std::string& settings) {
-  std::string error;
-  const auto address = ParseTcpAddress(settings, error);
+Made MakeTcp(const ChannelOptions& options, const std::string& settings) {
+  const auto address = ParseTcpAddress(settings);
   if (!address)
-    return Failed(Quoted(options.text) + ": " + error, true);
-  return {std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes", MakeTcpLink(*address)),
-          {},
-          false};
+    return BadText(Quoted(options.text) + ": " + address.error());
+  return std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes", MakeTcpLink(*address));
 }
 
-ChannelResult MakeSerial(const ChannelOptions& options, const std::string& settings) {
-  std::string error;
-  const auto line = ParseSerialLine(settings, error);
+Made MakeSerial(const ChannelOptions& options, const std::string& settings) {
+  const auto line = ParseSerialLine(settings);
   if (!line)
-    return Failed(Quoted(options.text) + ": " + error, true);
-  return {
-      std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line)), {}, false};
+    return BadText(Quoted(options.text) + ": " + line.error());
+  return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line));
 }
 
-// How each kind of channel is made from the settings behind its name.
-struct Kind {
-  const char* name;
-  ChannelResult (*make)(const ChannelOptions& options, const std::string& settings);
-};
-constexpr Kind kKinds[] = {{"sim", MakeSimulated}, {"tcp", MakeTcp}, {"serial", MakeSerial}};
+// The only list of kinds: how users write one, and how it is made from the settings behind its name and colon.
+struct ChannelKind {
+  std::string_view form;
+  Made (*make)(const ChannelOptions& options, const std::string& settings);
 
-ChannelResult MakeSource(const ChannelOptions& options) {
+  std::string_view Name() const { return form.substr(0, form.find(':')); }
+};
+constexpr ChannelKind kKinds[] = {{"sim", MakeSimulated}, {kTcpForm, MakeTcp}, {kSerialForm, MakeSerial}};
+
+Made MakeSource(const ChannelOptions& options) {
   const std::size_t colon = options.text.find(':');
   const std::string name = options.text.substr(0, colon);
   const std::string settings = colon == std::string::npos ? std::string() : options.text.substr(colon + 1);
-  for (const Kind& kind : kKinds) {
-    if (name == kind.name)
+  for (const ChannelKind& kind : kKinds) {
+    if (name == kind.Name())
       return kind.make(options, settings);
   }
-  return Failed("unknown channel " + Quoted(options.text) + "; there are: " + kChannelForms, true);
+  return BadText("unknown channel " + Quoted(options.text) + "; there are: " + ChannelForms());
 }
 
 } // namespace
 
-ChannelResult MakeChannel(const ChannelOptions& options) {
-  ChannelResult result = MakeSource(options);
-  if (result.channel)
-    result.channel = std::make_unique<LockingChannel>(std::move(result.channel));
-  if (result.channel && !options.faults.empty())
-    result.channel = std::make_unique<FaultyChannel>(std::move(result.channel), options.faults);
-  return result;
+std::string ChannelForms() {
+  std::string forms;
+  for (const ChannelKind& kind : kKinds)
+    forms.append(forms.empty() ? "" : ", ").append(kind.form);
+  return forms;
+}
+
+Made MakeChannel(const ChannelOptions& options) {
+  Made made = MakeSource(options);
+  if (!made)
+    return made;
+  made = std::make_unique<LockingChannel>(std::move(*made));
+  if (!options.faults.empty())
+    made = std::make_unique<FaultyChannel>(std::move(*made), options.faults);
+  return made;
 }
 
 } // namespace host

@@ -5,6 +5,8 @@
 #include "host/channel/FaultyChannel.h"
 #include "host/channel/sim/SimulatedDevice.h"
 
+#include <tl/expected.hpp>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,16 +19,15 @@ struct ChannelOptions {
   std::vector<Fault> faults;
 };
 
-struct ChannelResult {
-  std::unique_ptr<Channel> channel; // null: `error` says why
-  std::string error;
-  bool badText = false; // the error lies in ChannelOptions::text itself
+struct ChannelFailure {
+  std::string text;     // for users
+  bool badText = false; // it lies in ChannelOptions::text itself
 };
 
-// Forms of ChannelOptions::text, for help texts.
-inline constexpr const char* kChannelForms = "sim, tcp:HOST:PORT, serial:PORT:BAUD[:FORMAT]";
+// The forms of ChannelOptions::text, one for each kind of channel, for users: "sim, tcp:HOST:PORT, …".
+std::string ChannelForms();
 
-// Does not wait for a connection: the channel may still be connecting, see `Channel::WaitUntilOpen`.
-ChannelResult MakeChannel(const ChannelOptions& options);
+// Does not wait for a connection: the channel, never null, may still be connecting, see `Channel::WaitUntilOpen`.
+tl::expected<std::unique_ptr<Channel>, ChannelFailure> MakeChannel(const ChannelOptions& options);
 
 } // namespace host

@@ -2,8 +2,6 @@
 
 #include "host/support/Text.h"
 
-#include <charconv>
-#include <string_view>
 #include <utility>
 
 namespace host {
@@ -30,31 +28,23 @@ std::string UnknownOperation(std::string_view name) {
 
 } // namespace
 
-std::optional<Fault> ParseFault(const std::string& text, std::string& error) {
+tl::expected<Fault, std::string> ParseFault(std::string_view text) {
   const std::size_t equals = text.find('=');
-  if (equals == std::string::npos) {
-    error = "expected OPERATION[:N]=CODE, as in TransmitFile:2=6";
-    return std::nullopt;
-  }
-  const std::string_view target = std::string_view(text).substr(0, equals);
-  const std::string_view code = std::string_view(text).substr(equals + 1);
+  if (equals == std::string_view::npos)
+    return tl::unexpected<std::string>("expected OPERATION[:N]=CODE, as in TransmitFile:2=6");
+  const std::string_view target = text.substr(0, equals);
+  const std::string_view code = text.substr(equals + 1);
   const std::size_t colon = target.find(':');
   const std::string_view name = target.substr(0, colon);
 
   const auto operation = FindOperation(name);
-  if (!operation) {
-    error = UnknownOperation(name);
-    return std::nullopt;
-  }
+  if (!operation)
+    return tl::unexpected(UnknownOperation(name));
   Fault fault{*operation, 0, 0};
-  if (colon != std::string_view::npos && (!ParseNumber(target.substr(colon + 1), fault.call) || fault.call == 0)) {
-    error = Quoted(target.substr(colon + 1)) + " is not the number of a call (1, 2, ...)";
-    return std::nullopt;
-  }
-  if (!ParseNumber(code, fault.code)) {
-    error = Quoted(code) + " is not a code (-2147483648 to 2147483647)";
-    return std::nullopt;
-  }
+  if (colon != std::string_view::npos && (!ParseNumber(target.substr(colon + 1), fault.call) || fault.call == 0))
+    return tl::unexpected(Quoted(target.substr(colon + 1)) + " is not the number of a call (1, 2, ...)");
+  if (!ParseNumber(code, fault.code))
+    return tl::unexpected(Quoted(code) + " is not a code (-2147483648 to 2147483647)");
   return fault;
 }
 

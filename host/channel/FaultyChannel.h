@@ -3,10 +3,13 @@
 
 #include "host/channel/ForwardingChannel.h"
 
+#include <tl/expected.hpp>
+
 #include <array>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -17,8 +20,8 @@ struct Fault {
   std::int32_t code;  // what the call answers; 0 pretends success
 };
 
-// Reads "OPERATION[:N]=CODE". On failure nothing is returned and `error` says what is wrong.
-std::optional<Fault> ParseFault(const std::string& text, std::string& error);
+// Reads "OPERATION[:N]=CODE", or tells a user what is wrong.
+tl::expected<Fault, std::string> ParseFault(std::string_view text);
 
 // A call with a fault answers the fault's code and does not reach the channel inside, except that `Unlock` still gives
 // the lock back. [as the channel inside]

@@ -12,7 +12,7 @@ constexpr unsigned kLongestBlockTime = 60000; // ms
 } // namespace
 
 ChannelArguments::ChannelArguments(CLI::App& command) {
-  command.add_option("--channel", m_options.text, std::string("the device: ") + kChannelForms)->capture_default_str();
+  command.add_option("--channel", m_options.text, "the device: " + ChannelForms())->capture_default_str();
   command.add_option("--device-dir", m_options.sim.folder, "folder in which the simulated device keeps its files")
       ->check([](const std::string& folder) { return folder.empty() ? "the folder has no name" : ""; });
   AddRepeatedOption(command, "--fault", m_faults, "OPERATION[:N]=CODE",
@@ -26,9 +26,9 @@ std::optional<ChannelOptions> ChannelArguments::Resolve(std::string& error) cons
   ChannelOptions options = m_options;
   options.sim.blockTime = std::chrono::milliseconds(m_blockTime);
   for (const std::string& text : m_faults) {
-    const auto fault = ParseFault(text, error);
+    const auto fault = ParseFault(text);
     if (!fault) {
-      error = "--fault " + text + ": " + error;
+      error = "--fault " + text + ": " + fault.error();
       return std::nullopt;
     }
     options.faults.push_back(*fault);

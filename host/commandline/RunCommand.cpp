@@ -82,16 +82,18 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");
     return kExitStream;
   }
-  const ChannelResult made = MakeChannel(arguments.channel);
-  if (!made.channel) {
-    PrintMessage(program, made.badText ? "--channel: " + made.error : made.error);
-    return made.badText ? kExitUsage : kExitNoChannel;
+  const auto made = MakeChannel(arguments.channel);
+  if (!made) {
+    const ChannelFailure& failure = made.error();
+    PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
+    return failure.badText ? kExitUsage : kExitNoChannel;
   }
-  if (const std::int32_t code = made.channel->WaitUntilOpen(); code != 0) {
-    PrintMessage(program, arguments.channel.text + ": " + ErrorText(*made.channel, code));
+  Channel& channel = **made;
+  if (const std::int32_t code = channel.WaitUntilOpen(); code != 0) {
+    PrintMessage(program, arguments.channel.text + ": " + ErrorText(channel, code));
     return kExitNoChannel;
   }
-  const Connection connection(machine, *made.channel);
+  const Connection connection(machine, channel);
   auto records = RecordsToSet(arguments.variables);
   if (const EONX_ERR_ERRCODE_ result = machine.SetVariables(records); result != EONX_ERR_NONE) {
     PrintMessage(program, ResultText(result));
@@ -110,9 +112,9 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
   }
   // A script that was stopped does not wait for its device.
   const bool stopped = end.interrupted && end.result != EONX_ERR_NONE;
-  const std::int32_t unsent = stopped ? 0 : made.channel->WaitUntilSent();
+  const std::int32_t unsent = stopped ? 0 : channel.WaitUntilSent();
   if (unsent != 0)
-    PrintMessage(program, arguments.channel.text + ": not everything was sent: " + ErrorText(*made.channel, unsent));
+    PrintMessage(program, arguments.channel.text + ": not everything was sent: " + ErrorText(channel, unsent));
   return end.result == EONX_ERR_NONE && unsent != 0 ? static_cast<int>(kExitNoChannel) : end.result;
 }
 

@@ -36,7 +36,7 @@ void ChannelPanel::Attach(HWND window) {
   const HWND combo = GetDlgItem(window, IDC_CHANNEL_TEXT);
   Remember(combo, ChannelOptions().text);
   Remember(combo, m_options.text);
-  SetText(IDC_CHANNEL_FORMS, std::string("There are: ") + kChannelForms);
+  SetText(IDC_CHANNEL_FORMS, "There are: " + ChannelForms());
   for (const int value : {IDC_CHANNEL_DESCRIPTION, IDC_CHANNEL_CONFIGURATION, IDC_CHANNEL_STATE})
     SendDlgItemMessageA(window, value, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0); // in line with the labels
   ShowConnected();
@@ -46,17 +46,16 @@ void ChannelPanel::Connect() {
   if (m_connected)
     return;
   m_options.text = ControlText(GetDlgItem(m_window, IDC_CHANNEL_TEXT));
-  ChannelResult result;
-  {
+  auto made = [this] {
     const WaitCursor wait;
-    result = MakeChannel(m_options);
-  }
-  if (!result.channel) {
-    ShowChannelError(m_window, result.error);
+    return MakeChannel(m_options);
+  }();
+  if (!made) {
+    ShowChannelError(m_window, made.error().text);
     return;
   }
   Remember(GetDlgItem(m_window, IDC_CHANNEL_TEXT), m_options.text);
-  m_connected = m_slot.Replace(std::move(result.channel));
+  m_connected = m_slot.Replace(std::move(*made));
   m_connecting = m_connected;
   ShowConnected();
 }

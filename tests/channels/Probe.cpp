@@ -169,22 +169,23 @@ int main(int argc, char** argv) {
   const std::string scenario = argv[2];
   const std::size_t number = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 0;
 
-  host::ChannelResult made = Timed([&] { return host::MakeChannel(options); });
-  if (!made.channel) {
-    Print("error", made.error);
+  auto made = Timed([&] { return host::MakeChannel(options); });
+  if (!made) {
+    Print("error", made.error().text);
     return 1;
   }
+  std::unique_ptr<host::Channel> channel = std::move(*made);
   if (scenario == "echo")
-    Echo(*made.channel, number);
+    Echo(*channel, number);
   else if (scenario == "flood")
-    Flood(*made.channel, number);
+    Flood(*channel, number);
   else if (scenario == "watch")
-    Watch(*made.channel, milliseconds(number));
+    Watch(*channel, milliseconds(number));
   else
-    PrintCodes(*made.channel);
+    PrintCodes(*channel);
   PrintTime("longest-call", g_longestCall);
   const auto start = steady_clock::now();
-  made.channel.reset();
+  channel.reset();
   PrintTime("end", steady_clock::now() - start);
   return 0;
 }

@@ -7,9 +7,8 @@ TEST_CASE("faults: every operation can fail, and the device is then not reached"
   for (const char* text : {"Lock:2=1", "Unlock=3", "GetState=2", "transmit:2=-5", "Transmit:3=6", "RECEIVE=77",
                            "TransmitFileFromMemory:2=6", "TransmitFile=8", "ReadDirectory:2=9", "GetDirectoryEntry=10",
                            "GetDirectoryInfo=11", "DeleteDeviceFile=12", "FormatDevice=13"}) {
-    std::string error;
-    const auto fault = ParseFault(text, error);
-    REQUIRE_MESSAGE(fault, error);
+    const auto fault = ParseFault(text);
+    REQUIRE_MESSAGE(fault, fault.error());
     options.faults.push_back(*fault);
   }
   const auto device = MakeDevice(options);

@@ -12,9 +12,9 @@
 namespace host {
 
 inline std::unique_ptr<Channel> MakeDevice(const ChannelOptions& options = {}) {
-  ChannelResult result = MakeChannel(options);
-  REQUIRE_MESSAGE(result.channel, result.error);
-  return std::move(result.channel);
+  auto made = MakeChannel(options);
+  REQUIRE_MESSAGE(made, made.error().text);
+  return std::move(*made);
 }
 
 inline std::int32_t Send(Channel& channel, const std::string& bytes, std::uint8_t id, std::uint8_t type,

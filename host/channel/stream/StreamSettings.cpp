@@ -2,6 +2,7 @@
 
 #include "host/support/Text.h"
 
+#include <optional>
 #include <utility>
 
 namespace host {
@@ -45,51 +46,42 @@ std::string SerialLine::Settings() const {
   return std::to_string(baud) + " baud, " + std::to_string(dataBits) + parity + std::to_string(stopBits);
 }
 
-std::optional<TcpAddress> ParseTcpAddress(const std::string& text, std::string& error) {
+tl::expected<TcpAddress, std::string> ParseTcpAddress(const std::string& text) {
   const auto parts = SplitAtLastColon(text);
   // The last colon of "[::1]" belongs to the address.
-  if (!parts || parts->first.empty() || text.ends_with(']')) {
-    error = "expected tcp:HOST:PORT, as in tcp:192.168.1.20:4000";
-    return std::nullopt;
-  }
+  if (!parts || parts->first.empty() || text.ends_with(']'))
+    return tl::unexpected(std::string("expected ") + kTcpForm + ", as in tcp:192.168.1.20:4000");
   TcpAddress address;
   address.host = parts->first;
   const bool bracketed = address.host.size() > 2 && address.host.front() == '[' && address.host.back() == ']';
-  if (bracketed) {
+  if (bracketed)
     address.host = address.host.substr(1, address.host.size() - 2);
-  } else if (address.host.find_first_of(":[]") != std::string::npos) {
-    error = "an IPv6 address stands in brackets, as in tcp:[::1]:4000";
-    return std::nullopt;
-  }
-  if (!ParseNumber(parts->second, address.port) || address.port == 0) {
-    error = "the port " + Quoted(parts->second) + " is not a number from 1 to 65535";
-    return std::nullopt;
-  }
+  else if (address.host.find_first_of(":[]") != std::string::npos)
+    return tl::unexpected<std::string>("an IPv6 address stands in brackets, as in tcp:[::1]:4000");
+  if (!ParseNumber(parts->second, address.port) || address.port == 0)
+    return tl::unexpected("the port " + Quoted(parts->second) + " is not a number from 1 to 65535");
   return address;
 }
 
-std::optional<SerialLine> ParseSerialLine(const std::string& text, std::string& error) {
+tl::expected<SerialLine, std::string> ParseSerialLine(const std::string& text) {
   // From the end: names of ports may hold colons.
   SerialLine line;
   auto parts = SplitAtLastColon(text);
   if (parts && !IsNumber(parts->second)) {
     if (!ParseFormat(parts->second, line)) {
-      error = Quoted(parts->second) +
-              " is neither a speed nor a format: data bits 5 to 8, parity N, E or O, stop bits 1 or 2, "
-              "as in 8N1";
-      return std::nullopt;
+      return tl::unexpected(Quoted(parts->second) +
+                            " is neither a speed nor a format: data bits 5 to 8, parity N, E or "
+                            "O, stop bits 1 or 2, as in 8N1");
     }
     parts = SplitAtLastColon(parts->first);
   }
   if (!parts || parts->first.empty()) {
-    error = "expected serial:PORT:BAUD[:FORMAT], as in serial:COM3:115200:8N1 or serial:/dev/ttyUSB0:115200";
-    return std::nullopt;
+    return tl::unexpected(std::string("expected ") + kSerialForm +
+                          ", as in serial:COM3:115200:8N1 or serial:/dev/ttyUSB0:115200");
   }
   line.port = parts->first;
-  if (!ParseNumber(parts->second, line.baud) || line.baud == 0) {
-    error = "the speed " + Quoted(parts->second) + " is not a number of bits per second";
-    return std::nullopt;
-  }
+  if (!ParseNumber(parts->second, line.baud) || line.baud == 0)
+    return tl::unexpected("the speed " + Quoted(parts->second) + " is not a number of bits per second");
   return line;
 }
 

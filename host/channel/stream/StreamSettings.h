@@ -1,8 +1,9 @@
 // What stands behind `tcp:` and `serial:` in the text of a channel.
 #pragma once
 
+#include <tl/expected.hpp>
+
 #include <cstdint>
-#include <optional>
 #include <string>
 
 namespace host {
@@ -26,8 +27,12 @@ struct SerialLine {
   std::string Settings() const;
 };
 
-// On failure nothing is returned and `error` says what is wrong.
-std::optional<TcpAddress> ParseTcpAddress(const std::string& text, std::string& error); // HOST:PORT
-std::optional<SerialLine> ParseSerialLine(const std::string& text, std::string& error); // PORT:BAUD[:FORMAT]
+// How users write them.
+inline constexpr const char* kTcpForm = "tcp:HOST:PORT";
+inline constexpr const char* kSerialForm = "serial:PORT:BAUD[:FORMAT]";
+
+// Read what stands behind the kind's name and colon, or tell a user what is wrong.
+tl::expected<TcpAddress, std::string> ParseTcpAddress(const std::string& text);
+tl::expected<SerialLine, std::string> ParseSerialLine(const std::string& text);
 
 } // namespace host
