@@ -77,3 +77,45 @@ TEST_CASE("lines are the same wherever the bytes are cut and whenever they are s
     }
   }
 }
+
+TEST_CASE("only the last lines are kept, an unfinished one among them") {
+  AnswerSplitter splitter(2);
+  splitter.Feed("a\nb\nc\n");
+  CHECK(splitter.TakeLines().lines == std::deque<std::string>{"b", "c"});
+  splitter.Feed(std::string_view("d\ne\nf\0f", 7));
+  const AnswerSplitter::Lines taken = splitter.TakeLines();
+  CHECK(taken.lines == std::deque<std::string>{"e", "f f"}); // a zero byte is shown as a blank
+  CHECK_FALSE(taken.replaceLast);
+}
+
+TEST_CASE("a line without an end goes on in shorter pieces") {
+  constexpr std::size_t kFirst = AnswerSplitter::kLongestLine;
+  constexpr std::size_t kNext = AnswerSplitter::kLongestContinuation;
+  AnswerSplitter splitter(10);
+  std::vector<std::size_t> sizes;
+  const auto take = [&] {
+    sizes.clear();
+    for (const std::string& line : splitter.TakeLines().lines)
+      sizes.push_back(line.size());
+    return sizes;
+  };
+  splitter.Feed(std::string(kFirst, 'x'));
+  CHECK(take() == std::vector<std::size_t>{kFirst});
+  splitter.Feed(std::string(2 * kNext + 1, 'x'));
+  CHECK(take() == std::vector<std::size_t>{kFirst, kNext, kNext, 1});
+  splitter.Feed("\n" + std::string(kNext + 1, 'x')); // the device ended the line: the next one may be long again
+  CHECK(take() == std::vector<std::size_t>{1, kNext + 1});
+}
+
+TEST_CASE("what continues a forgotten line is a line of its own") {
+  AnswerSplitter splitter(10);
+  splitter.Feed(std::string(AnswerSplitter::kLongestLine + 1, 'x'));
+  splitter.TakeLines();
+  splitter.ForgetUnfinished();
+  CHECK(splitter.TakeLines().lines.empty());
+  splitter.Feed(std::string(AnswerSplitter::kLongestContinuation + 1, 'y'));
+  const AnswerSplitter::Lines taken = splitter.TakeLines();
+  CHECK_FALSE(taken.replaceLast);
+  REQUIRE(taken.lines.size() == 1);
+  CHECK(taken.lines[0].size() == AnswerSplitter::kLongestContinuation + 1);
+}
