@@ -12,6 +12,44 @@ int g_owner;
 
 } // namespace
 
+TEST_CASE("slot: empty it answers as a closed channel, full as the one inside") {
+  ChannelSlot slot;
+  int other = 0;
+  CHECK(slot.GetState() == 0);
+  CHECK_FALSE(slot.IsConnecting());
+  CHECK(slot.WaitUntilOpen() == kNotOpen);
+  CHECK(std::string(slot.GetInfoString(OND_INFO_DESCRIPTION, 0)) == "");
+  CHECK(slot.Lock(&g_owner, 0) == kChannelLocked);
+  CHECK(slot.Unlock(&g_owner) == kNotLocked);
+  CHECK_FALSE(slot.IsUsed());
+
+  REQUIRE(slot.Replace(MakeDevice()));
+  CHECK(slot.GetState() == 1);
+  CHECK(slot.WaitUntilOpen() == kChannelOk);
+  CHECK(std::string(slot.GetInfoString(OND_INFO_DESCRIPTION, 0)) == "Simulated device");
+  CHECK(slot.Lock(&g_owner, 0) == kChannelOk);
+  CHECK(slot.Lock(&g_owner, 0) == kChannelOk);
+  CHECK(slot.Lock(&other, 0) == kChannelLocked);
+  CHECK(slot.Unlock(&other) == kNotLocked);
+  CHECK(slot.Unlock(&g_owner) == kChannelOk);
+  CHECK_FALSE(slot.Replace(nullptr)); // one of two locks is still held
+  CHECK(slot.IsUsed());
+  CHECK(slot.Unlock(&g_owner) == kChannelOk);
+  CHECK(slot.Replace(nullptr));
+  CHECK(slot.GetState() == 0);
+}
+
+TEST_CASE("slot: a lock counts as given back whatever the channel says to that") {
+  ChannelOptions options;
+  options.faults.push_back(ParseFault("Unlock=3").value());
+  ChannelSlot slot;
+  REQUIRE(slot.Replace(MakeDevice(options)));
+  REQUIRE(slot.Lock(&g_owner, 0) == kChannelOk);
+  CHECK(slot.Unlock(&g_owner) == 3);
+  CHECK_FALSE(slot.IsUsed());
+  CHECK(slot.Replace(nullptr));
+}
+
 // A client that locks, works and unlocks as fast as it can, while channels come and go: it finds one or none, and never
 // one that has ended. The sanitizers watch.
 TEST_CASE("slot: channels change while a client comes and goes") {

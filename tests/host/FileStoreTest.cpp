@@ -108,16 +108,27 @@ TEST_CASE("device folder: whatever else lies there is passed over and left alone
     folder.Write(name, "garbage");
   folder.Write("001-type1.bin", std::string(513, 'a'));
   folder.Write("001-type2.bin", "second of the same id");
-  folder.Write("002-type1.bin", std::string(512, 'b')); // no room left on a device of two blocks
+  folder.Write("002-type1.bin", std::string(513, 'b')); // two blocks; the one that is left has room for all the others
   std::filesystem::create_directory(folder.SystemPath() / "005-type1.bin");
 
   ChannelOptions options = WithFolder(folder);
-  options.sim.blocks = 2;
+  options.sim.blocks = 3;
   const auto device = MakeDevice(options);
   CHECK(DirectoryOf(*device) == "1:1:513");
   CHECK(device->FormatDevice(0) == kChannelOk);
   for (const char* name : others)
     CHECK(folder.Read(name) == "garbage");
+  CHECK(folder.Read("002-type1.bin").size() == 513);
+}
+
+TEST_CASE("device folder: a file that fills the device is there again, one byte more is not seen") {
+  const TemporaryFolder folder;
+  ChannelOptions options = WithFolder(folder);
+  options.sim.blocks = 2;
+  folder.Write("001-type1.bin", std::string(1024, 'a'));
+  CHECK(DirectoryOf(*MakeDevice(options)) == "1:1:1024");
+  folder.Write("001-type1.bin", std::string(1025, 'a'));
+  CHECK(DirectoryOf(*MakeDevice(options)) == "");
 }
 
 TEST_CASE("device folder: one that vanishes is a device error") {
