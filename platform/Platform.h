@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -64,10 +65,9 @@ std::string CurrentFolder();
 class File {
 public:
   enum class Mode {
-    kRead,      // must exist
-    kUpdate,    // must exist; reading and writing
-    kCreate,    // created, or cut to nothing; writing only
-    kCreateNew, // must not exist; writing only
+    kRead,   // must exist
+    kUpdate, // created when it is not there, otherwise as it is; reading and writing
+    kCreate, // created, or cut to nothing; writing only
   };
 
   // Natively only regular files can be opened: a pipe or a terminal would block a script where no stop reaches it.
@@ -99,10 +99,10 @@ private:
   bool m_sound = true;    // no read or write has failed
 };
 
-// Puts `from`, its bytes safely on the disk, in the place of `to` in one step. On failure both are unharmed. A `to`
-// that is write-protected or no regular file is not replaced.
-bool MoveFileOver(const std::string& from, const std::string& to);
-void RemoveFile(const std::string& path);
+// Makes `bytes` the whole content of a file, in one step: what was there before is unharmed by a failure. The access
+// rights of an existing file stay, and a link goes on to name its file, which is the one written to. Nothing is written
+// in the place of a file that is write-protected or no regular file. May throw std::bad_alloc.
+bool WriteWholeFile(const std::string& path, std::string_view bytes);
 
 struct LocalTime {
   unsigned day, month, year, hour, minute, second;

@@ -122,43 +122,6 @@ std::optional<std::vector<TFILEENTRY>> ReadEntries(const std::string& jobPath) {
   return file->Close() ? std::optional(reader.Finish()) : std::nullopt;
 }
 
-// A new file beside another one, that takes its place when complete and otherwise vanishes.
-class Replacement {
-public:
-  explicit Replacement(std::string target) : m_target(std::move(target)) {
-    constexpr int kMostLeftovers = 10;
-    // As short as "a.dcj": the path must not be too long where the target's is not.
-    const std::string beside = m_target.substr(0, m_target.find_last_of("\\/:") + 1) + "~job";
-    for (int number = 0; !m_file && number < kMostLeftovers; ++number) {
-      m_path = beside + std::to_string(number);
-      m_file = platform::File::Open(m_path, platform::File::Mode::kCreateNew);
-    }
-    m_exists = m_file.has_value();
-  }
-  ~Replacement() {
-    m_file.reset();
-    if (m_exists)
-      platform::RemoveFile(m_path);
-  }
-  Replacement(const Replacement&) = delete;
-  Replacement& operator=(const Replacement&) = delete;
-
-  bool Write(std::string_view data) { return m_file && m_file->Write(data.data(), data.size()) == data.size(); }
-
-  bool TakePlace() {
-    if (!m_file || !m_file->Close())
-      return false;
-    m_exists = !platform::MoveFileOver(m_path, m_target);
-    return !m_exists;
-  }
-
-private:
-  std::string m_target;
-  std::string m_path;
-  std::optional<platform::File> m_file;
-  bool m_exists = false;
-};
-
 std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
   std::string line;
   MakeRelativePath(folder, entry.path, &line);
@@ -173,8 +136,7 @@ bool WriteEntries(const std::string& jobPath, const std::vector<TFILEENTRY>& ent
   std::string text;
   for (const TFILEENTRY& entry : entries)
     text += LineOf(entry, folder);
-  Replacement file(jobPath);
-  return file.Write(text) && file.TakePlace();
+  return platform::WriteWholeFile(jobPath, text);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/Platform.h"
+#include "platform/posix/Descriptor.h"
 #include "platform/posix/SystemPath.h"
 
 #include <fcntl.h>
@@ -11,41 +12,16 @@ namespace platform {
 
 namespace {
 
-class Descriptor {
-public:
-  explicit Descriptor(int value) : m_value(value) {}
-  ~Descriptor() {
-    if (IsOpen())
-      close(m_value);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool IsOpen() const { return m_value >= 0; }
-  int Get() const { return m_value; }
-  int Release() { return std::exchange(m_value, -1); }
-
-private:
-  int m_value;
-};
-
 int FlagsOf(File::Mode mode) {
   switch (mode) {
   case File::Mode::kRead:
     return O_RDONLY;
   case File::Mode::kUpdate:
-    return O_RDWR;
+    return O_RDWR | O_CREAT;
   case File::Mode::kCreate:
     return O_WRONLY | O_CREAT;
-  case File::Mode::kCreateNew:
-    return O_WRONLY | O_CREAT | O_EXCL;
   }
   return O_RDONLY;
-}
-
-bool IsRegularFile(int file) {
-  struct stat facts;
-  return fstat(file, &facts) == 0 && S_ISREG(facts.st_mode);
 }
 
 // Repeats `step` (bytes done so far, bytes left) until all is done, nothing more comes, or it fails.
@@ -64,17 +40,6 @@ std::size_t Transfer(std::size_t size, bool* sound, Step step) {
   return done;
 }
 
-// True too when there is nothing at `path` yet.
-bool MayBeReplaced(const std::string& path) {
-  struct stat facts;
-  return stat(path.c_str(), &facts) != 0 || (S_ISREG(facts.st_mode) && access(path.c_str(), W_OK) == 0);
-}
-
-bool FlushToDisk(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  return file.IsOpen() && fsync(file.Get()) == 0;
-}
-
 int DescriptorOf(std::intptr_t handle) {
   return static_cast<int>(handle);
 }
@@ -87,7 +52,7 @@ std::optional<File> File::Open(const std::string& path, Mode mode) {
     return std::nullopt;
   // Without O_NONBLOCK a pipe would block here already; a regular file does not notice.
   Descriptor file(open(systemPath->c_str(), FlagsOf(mode) | O_CLOEXEC | O_NONBLOCK, 0666));
-  if (!file.IsOpen() || !IsRegularFile(file.Get()))
+  if (!file.IsOpen() || !file.IsRegularFile())
     return std::nullopt;
   if (mode == Mode::kCreate && ftruncate(file.Get(), 0) != 0)
     return std::nullopt;
@@ -119,18 +84,6 @@ std::size_t File::Write(const char* data, std::size_t size) {
 bool File::Close() {
   const std::intptr_t handle = std::exchange(m_handle, kClosed);
   return handle != kClosed && close(DescriptorOf(handle)) == 0 && m_sound;
-}
-
-bool MoveFileOver(const std::string& from, const std::string& to) {
-  const std::optional<std::string> source = SystemPath(from);
-  const std::optional<std::string> target = SystemPath(to);
-  return source && target && MayBeReplaced(*target) && FlushToDisk(*source) &&
-         std::rename(source->c_str(), target->c_str()) == 0;
-}
-
-void RemoveFile(const std::string& path) {
-  if (const std::optional<std::string> systemPath = SystemPath(path))
-    unlink(systemPath->c_str());
 }
 
 } // namespace platform

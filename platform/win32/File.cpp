@@ -24,11 +24,9 @@ HANDLE OpenHandle(const std::string& path, File::Mode mode) {
   case File::Mode::kRead:
     return OpenHandle(path, GENERIC_READ, OPEN_EXISTING);
   case File::Mode::kUpdate:
-    return OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+    return OpenHandle(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   case File::Mode::kCreate:
     return OpenHandle(path, GENERIC_WRITE, CREATE_ALWAYS);
-  case File::Mode::kCreateNew:
-    return OpenHandle(path, GENERIC_WRITE, CREATE_NEW);
   }
   return INVALID_HANDLE_VALUE;
 }
@@ -52,16 +50,6 @@ std::size_t Transfer(std::size_t size, bool* sound, Step step) {
       break;
   }
   return done;
-}
-
-// The move below only promises the name; this brings the bytes to the disk.
-bool FlushToDisk(const std::string& path) {
-  const HANDLE file = OpenHandle(path, GENERIC_WRITE, OPEN_EXISTING);
-  if (file == INVALID_HANDLE_VALUE)
-    return false;
-  const bool flushed = FlushFileBuffers(file);
-  CloseHandle(file);
-  return flushed;
 }
 
 } // namespace
@@ -101,14 +89,6 @@ std::size_t File::Write(const char* data, std::size_t size) {
 bool File::Close() {
   const std::intptr_t handle = std::exchange(m_handle, kClosed);
   return handle != kClosed && CloseHandle(HandleOf(handle)) && m_sound;
-}
-
-bool MoveFileOver(const std::string& from, const std::string& to) {
-  return FlushToDisk(from) && MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-}
-
-void RemoveFile(const std::string& path) {
-  DeleteFileA(path.c_str());
 }
 
 } // namespace platform

@@ -19,8 +19,6 @@ std::optional<File> OpenToWrite(const std::string& path, std::uint32_t offset) {
   if (offset == kAll)
     return File::Open(path, File::Mode::kCreate);
   std::optional<File> file = File::Open(path, File::Mode::kUpdate);
-  if (!file)
-    file = File::Open(path, File::Mode::kCreate);
   return file && file->Seek(offset) ? std::move(file) : std::nullopt;
 }
 

@@ -125,3 +125,28 @@ TEST_CASE("a run that memory fails ends with its diagnostic line") {
     CHECK(whileReading > 0);
   }
 }
+
+TEST_CASE("a save that memory fails leaves the folder as it was") {
+  const TemporaryFolder folder;
+  const std::string path = folder.PathOf("list.dcj");
+  std::vector<TFILEENTRY> entries(3);
+  for (TFILEENTRY& entry : entries)
+    entry.path = folder.PathOf("a file of some length.bin");
+  for (const MemoryShortage shortage : {MemoryShortage::kOnce, MemoryShortage::kLasting}) {
+    const std::size_t failures = UntilMemorySuffices(shortage, [&](std::size_t first, MemoryShortage kind) {
+      folder.Write("list.dcj", "before");
+      int result;
+      bool failed;
+      {
+        const FailingMemory memory(first, kind);
+        result = SaveJobFile(path.c_str(), &entries);
+        failed = memory.HasFailed();
+      }
+      CHECK(result == (failed ? 0 : 1));
+      CHECK((folder.Read("list.dcj") == "before") == failed);
+      CHECK(folder.Names() == std::vector<std::string>{"list.dcj"});
+      return failed;
+    });
+    CHECK(failures > 10);
+  }
+}

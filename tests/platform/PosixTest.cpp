@@ -1,6 +1,7 @@
 // What only holds where drive Z: is the root of the file system.
 #include "platform/Platform.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/posix/OrdinaryUser.h"
 
 #include <doctest/doctest.h>
 
@@ -25,7 +26,26 @@ TEST_CASE("only regular files open, and nothing blocks") {
     CHECK_FALSE(File::Open(path, File::Mode::kUpdate));
     CHECK_FALSE(File::Open(path, File::Mode::kCreate));
   }
-  folder.Write("file", "x");
-  CHECK_FALSE(platform::MoveFileOver(folder.PathOf("file"), folder.PathOf("pipe")));
-  CHECK(folder.Read("file") == "x");
+  CHECK_FALSE(platform::WriteWholeFile(folder.PathOf("pipe"), "x"));
+  CHECK(folder.Names() == std::vector<std::string>{"pipe"});
+}
+
+TEST_CASE("a link that leads nowhere yet, one that never ends, and a file that may not be written") {
+  const TemporaryFolder folder;
+  const auto& path = folder.SystemPath();
+  std::filesystem::create_symlink("new", path / "link");
+  CHECK(platform::WriteWholeFile(folder.PathOf("link"), "x"));
+  CHECK(std::filesystem::is_symlink(path / "link"));
+  CHECK(folder.Read("new") == "x");
+
+  std::filesystem::create_symlink("loop", path / "loop");
+  CHECK_FALSE(platform::WriteWholeFile(folder.PathOf("loop"), "x"));
+  chmod(path.c_str(), 0777);
+  chmod((path / "new").c_str(), 0444);
+  {
+    const OrdinaryUser user;
+    CHECK_FALSE(platform::WriteWholeFile(folder.PathOf("new"), "y"));
+  }
+  CHECK(folder.Read("new") == "x");
+  CHECK(folder.Names() == std::vector<std::string>{"link", "loop", "new"});
 }

@@ -1,6 +1,9 @@
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/posix/FileSizeLimit.h"
+#include "tests/support/posix/OrdinaryUser.h"
+
+#include <sys/stat.h>
 
 TEST_CASE("writestringtofile tells how much really went to a full disk") {
   const TemporaryFolder folder;
@@ -17,4 +20,19 @@ TEST_CASE("writestringtofile tells how much really went to a full disk") {
   CHECK(output == "8 2 0");
   CHECK(folder.Read("a.txt") == "01234567");
   CHECK(folder.Read("old.txt") == "012345ab89");
+}
+
+TEST_CASE("writestringtofile with an offset leaves a file whole that it may not open") {
+  const TemporaryFolder folder;
+  folder.Write("log.txt", "0123456789");
+  chmod((folder.SystemPath() / "log.txt").c_str(), 0222);
+  ScriptHarness harness;
+  std::string output;
+  {
+    const OrdinaryUser user;
+    output = harness.Run("print(writestringtofile(\"log.txt\", \"abc\", 2));", folder.Path().c_str());
+  }
+  CHECK(output == "0");
+  chmod((folder.SystemPath() / "log.txt").c_str(), 0644);
+  CHECK(folder.Read("log.txt") == "0123456789");
 }
