@@ -122,9 +122,21 @@ std::optional<std::vector<TFILEENTRY>> ReadEntries(const std::string& jobPath) {
   return file->Close() ? std::optional(reader.Finish()) : std::nullopt;
 }
 
+bool SamePath(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return toUpperGer(x) == toUpperGer(y); });
+}
+
+// Relative to the folder, unless that would not lead back: a folder whose name only begins like this one ("jobs2"
+// beside "jobs"), or a name that the rules for joining take for a step.
+std::string WrittenPath(const std::string& path, const std::string& folder) {
+  std::string relative;
+  MakeRelativePath(folder, path, &relative);
+  return SamePath(PathOf(relative, folder), path) ? relative : path;
+}
+
 std::string LineOf(const TFILEENTRY& entry, const std::string& folder) {
-  std::string line;
-  MakeRelativePath(folder, entry.path, &line);
+  std::string line = WrittenPath(entry.path, folder);
   line.append("\t").append(std::to_string(entry.fileId));
   line.append("\t").append(std::to_string(entry.fileType));
   line.append("\t").append(FileModeWord(entry.fileMode)).append("\n");

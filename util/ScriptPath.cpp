@@ -1,13 +1,25 @@
 #include "util/ScriptPath.h"
 
+namespace {
+
+bool IsSlash(char c) {
+  return c == '\\' || c == '/';
+}
+
+} // namespace
+
 std::string ResolveScriptPath(const std::string& baseDirectory, const std::string& name) {
-  if (name.find('\0') != std::string::npos) // the system would see another, shorter name
+  if (name.empty() || name.find('\0') != std::string::npos) // the system would see another, shorter name
     return {};
-  const bool isNetworkPath = name.starts_with("\\\\");
+  const bool isRooted = IsSlash(name[0]);
+  if (name.size() == 1 && isRooted)
+    return {};
+  if (isRooted && IsSlash(name[1]))
+    return "\\\\" + name.substr(2);
+  if (isRooted)
+    return baseDirectory.substr(0, 2) + "\\" + name.substr(1);
   const bool hasDrive = name.size() >= 2 && name[1] == ':';
-  if (name.empty() || isNetworkPath || hasDrive)
+  if (hasDrive)
     return name;
-  if (name[0] == '\\')
-    return name.size() == 1 ? std::string() : baseDirectory.substr(0, 2) + name;
-  return baseDirectory + "\\" + name;
+  return baseDirectory.empty() ? std::string() : baseDirectory + "\\" + name;
 }

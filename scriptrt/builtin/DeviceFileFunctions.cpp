@@ -1,5 +1,6 @@
 #include "scriptrt/builtin/DeviceFileFunctions.h"
 
+#include "platform/Platform.h"
 #include "util/ChannelText.h"
 #include "util/JobFile.h"
 #include "util/Path.h"
@@ -90,13 +91,19 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
   const bool continueAfterError = call.NumberAtOr(1, 0) != 0;
   const bool ignoreFailure = call.NumberAtOr(2, 0) != 0;
   const std::string path = call.PathAt(0);
+  // Entries are relative to the folder of the full path: the script may have written it with slashes of either kind.
+  const std::string fullPath = platform::FullPath(path).value_or(path);
   std::vector<TFILEENTRY> entries;
-  if (!LoadJobFile(path.c_str(), &entries)) {
+  if (!LoadJobFile(fullPath.c_str(), &entries)) {
     Write("Could not load job file (" + Shown(path) + ")\n");
     return ignoreFailure ? call.SetNumber(kSystemFunctionFailed, DataType::kUint32) : kSystemFunctionFailed;
   }
   std::int32_t firstFailure = 0;
+  bool stopped = false;
   for (const TFILEENTRY& entry : entries) {
+    stopped = call.context.StopEvent().IsSet();
+    if (stopped || (firstFailure != 0 && !continueAfterError))
+      break;
     Progress progress(Services().output, call.context.StopEvent(), NamePart(entry.path) + " ");
     progress.Show();
     const std::int32_t code = Services().channel->TransmitFile(
@@ -104,9 +111,8 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
     Write(code == 0 ? " -> OK\n"
                     : "\n-> " + ChannelText(code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
     firstFailure = firstFailure != 0 ? firstFailure : code;
-    // A stop ends the list too: the files that are left would each only fail for the same reason.
-    if (code != 0 && (!continueAfterError || call.context.StopEvent().IsSet()))
-      break;
   }
+  if (stopped && firstFailure == 0)
+    return kProcessingAborted; // cut short, though nothing failed
   return Finish(call, firstFailure, ignoreFailure);
 }

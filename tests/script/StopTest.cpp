@@ -125,6 +125,30 @@ TEST_CASE("a stop request ends a job list that goes on after errors") {
   CHECK(run.transfers.size() == 1);
 }
 
+TEST_CASE("a job list that a stop request cuts short ends the script though nothing failed") {
+  const TemporaryFolder folder;
+  folder.Write("list.dcj", "a\t1\t1\tnormal\nb\t1\t1\tnormal\nc\t1\t1\tnormal\n");
+  struct Row {
+    std::size_t stopDuring; // transfer, from 1
+    std::size_t transfers;
+    EONX_ERR_ERRCODE_ result;
+  };
+  for (const Row& row : {Row{1, 1, EONX_ERR_SCRIPT}, Row{2, 2, EONX_ERR_SCRIPT}, Row{3, 3, EONX_ERR_NONE}}) {
+    CAPTURE(row.stopDuring);
+    ScriptHarness harness;
+    std::size_t transfer = 0;
+    harness.Channel().duringTransfer = [&](TransferProgressCallback, void*) {
+      if (++transfer == row.stopDuring)
+        harness.Runner().StopScript();
+      return 0;
+    };
+    const std::string output = harness.Run("executejobfile(\"list.dcj\", 1, 1);", folder.Path().c_str());
+    CHECK(harness.Channel().Calls("TransmitFile").size() == row.transfers);
+    CHECK(harness.Result() == row.result);
+    CHECK((output.find("Processing aborted near line 1/") != std::string::npos) == (row.result != EONX_ERR_NONE));
+  }
+}
+
 TEST_CASE("a stop request that comes before the run begins is not forgotten, one of an earlier run is") {
   const TemporaryFolder folder;
   folder.Write("sub.dcs", "while (1) { }");

@@ -102,3 +102,25 @@ TEST_CASE("the longest path that a file can have is saved to") {
   CHECK(Save(folder.PathOf(name), {Entry(folder.PathOf("a"), 1, 2, 0)}) == 1);
   CHECK(folder.Names() == std::vector<std::string>{name});
 }
+
+TEST_CASE("a path is written so that it is found again beside the job file") {
+  const TemporaryFolder folder;
+  struct Row {
+    std::string path; // "@": the folder
+    std::string written;
+  };
+  const Row rows[] = {
+      {"@\\a.bin", "a.bin"},      {"@\\sub\\a.bin", "sub\\a.bin"},
+      {"@2\\a.bin", "@2\\a.bin"}, // its name only begins like the folder's
+      {"@\\a.\\b", "@\\a.\\b"},   {"Q:\\a", "Q:\\a"},
+      {"a.bin", "a.bin"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.path);
+    const auto inFolder = [&](const std::string& text) {
+      return text.starts_with('@') ? folder.Path() + text.substr(1) : text;
+    };
+    CHECK(Save(folder.PathOf("list.dcj"), {Entry(inFolder(row.path), 1, 2, 0)}) == 1);
+    CHECK(folder.Read("list.dcj") == inFolder(row.written) + "\t1\t2\tnormal\n");
+  }
+}

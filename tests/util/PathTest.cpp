@@ -1,4 +1,5 @@
 #include "util/Path.h"
+#include "util/ScriptPath.h"
 
 #include <doctest/doctest.h>
 
@@ -179,5 +180,33 @@ TEST_CASE("MakeRelativePath") {
     std::string inPlace = row.path;
     MakeRelativePath(row.base, inPlace, &inPlace);
     CHECK(inPlace == row.relative);
+  }
+}
+
+TEST_CASE("a script's names from its base directory") {
+  struct Row {
+    std::string name;
+    std::string path;
+    std::string withoutBase; // where there is no base directory
+  };
+  const Row rows[] = {
+      {"", "", ""},
+      {"a", "Z:\\dir\\a", ""},
+      {"sub/a\\..\\b", "Z:\\dir\\sub/a\\..\\b", ""},
+      {"\\", "", ""},
+      {"/", "", ""},
+      {"\\a", "Z:\\a", "\\a"},
+      {"/a/b", "Z:\\a/b", "\\a/b"},
+      {"\\:", "Z:\\:", "\\:"},
+      {"\\\\srv\\x", "\\\\srv\\x", "\\\\srv\\x"},
+      {"//srv/x", "\\\\srv/x", "\\\\srv/x"},
+      {"/\\srv", "\\\\srv", "\\\\srv"},
+      {"C:a", "C:a", "C:a"},
+      {std::string("a\0b", 3), "", ""},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.name);
+    CHECK(ResolveScriptPath("Z:\\dir", row.name) == row.path);
+    CHECK(ResolveScriptPath("", row.name) == row.withoutBase);
   }
 }
