@@ -1,7 +1,7 @@
 // The options that say which device a program works with, and how a simulated one behaves.
 #pragma once
 
-#include "host/channel/ChannelFactory.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 #include <optional>
 #include <string>

@@ -1,8 +1,8 @@
 // The upper part of the main window: which channel, and how it is doing.
 #pragma once
 
-#include "host/channel/ChannelFactory.h"
 #include "host/channel/ChannelSlot.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 #include <string>
 #include <windows.h>

@@ -1,7 +1,7 @@
 // The sample host with its windows.
 #pragma once
 
-#include "host/channel/ChannelFactory.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 namespace host {
 

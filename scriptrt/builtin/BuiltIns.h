@@ -2,7 +2,7 @@
 #pragma once
 
 #include "scriptrt/builtin/CONXScriptSysFunc.h"
-#include "scriptrt/run/RunServices.h"
+#include "scriptrt/builtin/RunServices.h"
 
 #include <memory>
 #include <string_view>

@@ -4,7 +4,7 @@
 // has any effect. Built-ins live for one run and hold no state between calls.
 #pragma once
 
-#include "scriptrt/run/RunServices.h"
+#include "scriptrt/builtin/RunServices.h"
 
 #include "script/CONXScriptFunc.h"
 #include "script/RunContext.h"

@@ -1,6 +1,6 @@
 #include "scriptrt/builtin/NumberFunctions.h"
 
-#include "scriptrt/builtin/NumberText.h"
+#include "script/NumberText.h"
 
 ScriptError CONXNumToStrFunc::Compute(const SysCall& call) {
   const std::uint64_t number = call.NumberAt(0);

@@ -1,6 +1,6 @@
 #include "scriptrt/builtin/StringFunctions.h"
 
-#include "scriptrt/builtin/NumberText.h"
+#include "script/NumberText.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "scriptrt/builtin/SubScriptFunctions.h"
 
 #include "platform/Platform.h"
-#include "scriptrt/run/RunWithBuiltIns.h"
-#include "scriptrt/run/ScriptFile.h"
+#include "scriptrt/builtin/RunWithBuiltIns.h"
+#include "util/ScriptFile.h"
 
 #include <iterator>
 

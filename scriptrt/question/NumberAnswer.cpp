@@ -1,7 +1,7 @@
 #include "scriptrt/question/NumberAnswer.h"
 
 #include "script/NumberRange.h"
-#include "scriptrt/builtin/NumberText.h"
+#include "script/NumberText.h"
 #include "util/ScanNumber.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "scriptrt/run/ScriptRunner.h"
 
 #include "platform/Platform.h"
-#include "scriptrt/run/ExternalVariables.h"
-#include "scriptrt/run/RunWithBuiltIns.h"
-#include "scriptrt/run/ScriptFile.h"
+#include "scriptrt/builtin/ExternalVariables.h"
+#include "scriptrt/builtin/RunWithBuiltIns.h"
+#include "util/ScriptFile.h"
 
 #include <atomic>
 

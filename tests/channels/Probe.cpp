@@ -8,7 +8,7 @@
 // All but `flood` also tell what every operation answers in the end. Prints one "NAME VALUE" for a line. No operation
 // waits for the device, so the longest of all calls is among them.
 #include "host/channel/ChannelErrors.h"
-#include "host/channel/ChannelFactory.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 #include <algorithm>
 #include <chrono>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/channel/ChannelErrors.h"
-#include "host/channel/ChannelFactory.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 #include <doctest/doctest.h>
 

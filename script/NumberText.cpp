@@ -1,4 +1,4 @@
-#include "scriptrt/builtin/NumberText.h"
+#include "script/NumberText.h"
 
 std::string DecimalText(std::uint64_t bits, DataType type) {
   return IsSigned(type) ? std::to_string(static_cast<std::int64_t>(bits)) : std::to_string(bits);

@@ -1,4 +1,4 @@
-#include "host/channel/ChannelFactory.h"
+#include "host/channel/factory/ChannelFactory.h"
 
 #include "host/channel/LockingChannel.h"
 #include "host/channel/stream/StreamChannel.h"

@@ -1,7 +1,7 @@
-#include "scriptrt/run/RunWithBuiltIns.h"
+#include "scriptrt/builtin/RunWithBuiltIns.h"
 
 #include "scriptrt/builtin/BuiltIns.h"
-#include "scriptrt/run/ExternalVariables.h"
+#include "scriptrt/builtin/ExternalVariables.h"
 #include "util/NoThrow.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "scriptrt/run/ScriptFile.h"
+#include "util/ScriptFile.h"
 
 #include "platform/Platform.h"
 

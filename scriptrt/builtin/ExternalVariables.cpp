@@ -1,4 +1,4 @@
-#include "scriptrt/run/ExternalVariables.h"
+#include "scriptrt/builtin/ExternalVariables.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,7 +1,7 @@
 // Sets a run up and runs it.
 #pragma once
 
-#include "scriptrt/run/RunServices.h"
+#include "scriptrt/builtin/RunServices.h"
 
 #include <string_view>
 
