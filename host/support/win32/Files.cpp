@@ -1,5 +1,7 @@
 #include "host/support/Files.h"
 
+#include "host/support/win32/Handle.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <memory>
@@ -26,12 +28,8 @@ std::string PathInFolder(const std::string& folder, const std::string& name) {
 // Names of devices ("CON", "COM1") look like files until they are open.
 bool IsRegularFile(const std::string& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE)
-    return false;
-  const bool regular = GetFileType(file) == FILE_TYPE_DISK;
-  CloseHandle(file);
-  return regular;
+  const Handle file(CreateFileA(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  return file.IsOpen() && GetFileType(file.Get()) == FILE_TYPE_DISK;
 }
 
 bool ReplaceLocalFile(const std::string& from, const std::string& to) {

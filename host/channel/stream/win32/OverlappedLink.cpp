@@ -22,20 +22,14 @@ bool HasEnded(const Operation& operation) {
 
 } // namespace
 
-Operation::Operation() {
-  m_record.hEvent = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-  if (m_record.hEvent == nullptr)
+Operation::Operation() : m_done(CreateEventA(nullptr, TRUE, FALSE, nullptr)) {
+  if (!m_done.IsOpen())
     throw std::bad_alloc();
 }
 
-Operation::~Operation() {
-  CloseHandle(m_record.hEvent);
-}
-
 OVERLAPPED* Operation::Prepare() {
-  const HANDLE done = m_record.hEvent;
   m_record = {};
-  m_record.hEvent = done;
+  m_record.hEvent = Done();
   return &m_record;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/channel/stream/Link.h"
+#include "host/support/win32/Handle.h"
 
 #include <array>
 #include <windows.h>
@@ -13,18 +14,18 @@ namespace host {
 class Operation {
 public:
   Operation(); // throws std::bad_alloc when the system has no event left
-  ~Operation();
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
 
   // A fresh record for the call that starts the operation.
   OVERLAPPED* Prepare();
-  HANDLE Done() const { return m_record.hEvent; }
+  HANDLE Done() const { return m_done.Get(); }
   OVERLAPPED* Record() { return &m_record; }
 
   bool pending = false;
 
 private:
+  const Handle m_done;
   OVERLAPPED m_record{};
 };
 

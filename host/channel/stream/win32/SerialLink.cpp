@@ -41,33 +41,31 @@ public:
   explicit SerialLink(const SerialLine& line) : m_line(line) {}
 
   ~SerialLink() override {
-    if (m_port == INVALID_HANDLE_VALUE)
-      return;
-    EndOperations(m_port);
-    CloseHandle(m_port);
+    if (m_port.IsOpen())
+      EndOperations(m_port.Get());
   }
 
   LinkFailure Open() override {
-    m_port = CreateFileA(DeviceName(m_line.port).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                         FILE_FLAG_OVERLAPPED, nullptr);
-    if (m_port == INVALID_HANDLE_VALUE)
+    m_port = Handle(CreateFileA(DeviceName(m_line.port).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
+    if (!m_port.IsOpen())
       return LastFailure();
     DCB settings = Describe(m_line);
     // A receive operation ends when nothing came for 1 ms after a byte, or when the piece is full.
     COMMTIMEOUTS timeouts = {1, 0, 0, 0, 0};
-    if (SetCommState(m_port, &settings) == FALSE || SetCommTimeouts(m_port, &timeouts) == FALSE)
+    if (SetCommState(m_port.Get(), &settings) == FALSE || SetCommTimeouts(m_port.Get(), &timeouts) == FALSE)
       return LastFailure();
-    SetupComm(m_port, kDriverBuffer, kDriverBuffer);
+    SetupComm(m_port.Get(), kDriverBuffer, kDriverBuffer);
     SetPiece(std::max(m_line.baud / kBitsPerByte / kPiecesPerSecond, 16U));
     return {};
   }
 
 private:
   DWORD StartReceiving(char* buffer, DWORD size, OVERLAPPED* record) override {
-    return Started(ReadFile(m_port, buffer, size, nullptr, record));
+    return Started(ReadFile(m_port.Get(), buffer, size, nullptr, record));
   }
   DWORD StartSending(const char* bytes, DWORD size, OVERLAPPED* record) override {
-    return Started(WriteFile(m_port, bytes, size, nullptr, record));
+    return Started(WriteFile(m_port.Get(), bytes, size, nullptr, record));
   }
   static DWORD Started(BOOL done) {
     const DWORD error = done != FALSE ? 0 : GetLastError();
@@ -76,7 +74,7 @@ private:
   OperationResult Result(OVERLAPPED* record) override {
     OperationResult result;
     // That the time was up is a usual end of receiving, with bytes or without; Wine calls it a failure.
-    if (GetOverlappedResult(m_port, record, &result.count, FALSE) == FALSE && GetLastError() != ERROR_TIMEOUT)
+    if (GetOverlappedResult(m_port.Get(), record, &result.count, FALSE) == FALSE && GetLastError() != ERROR_TIMEOUT)
       result = {0, GetLastError()};
     return result;
   }
@@ -84,7 +82,7 @@ private:
   LinkFailure EndOfStream() override { return {}; }
 
   const SerialLine m_line;
-  HANDLE m_port = INVALID_HANDLE_VALUE;
+  Handle m_port;
 };
 
 } // namespace
