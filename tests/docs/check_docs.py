@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
-"""What the documentation shows is what there is:  check_docs.py PROJECT_FOLDER
+"""What the documentation shows is what there is:  check_docs.py PROJECT_FOLDER ONDSCRIPT
 
 The picture of a run in README.md is the output of examples/hello.dcs, the code of docs/host-guide.md stands in the host that
-the tests build, and links to files of the project lead somewhere.
+the tests build, links to files of the project lead somewhere, and docs/channels.md names the kinds of channels, operations and
+codes that there are.
 """
 
 import pathlib
 import re
+import subprocess
 import sys
 
 
@@ -44,9 +46,31 @@ def check_links(root):
                 yield f"{page.relative_to(root)}: link to {target}, which is not there"
 
 
+def check_channels(root, ondscript):
+    def known(option, text):
+        """What the program offers instead of a wrong value."""
+        run = subprocess.run([ondscript, "run", "-", option, text], capture_output=True, text=True, timeout=60)
+        return re.split(", ", re.search(r"there are:? (.*)$", run.stderr, re.MULTILINE)[1])
+
+    page = (root / "docs/channels.md").read_text()
+    kinds = re.findall(r"^\| `([^`]+)` \|", page, re.MULTILINE)
+    operations = re.findall(r"`(\w+)`", re.search(r"The operations are (.*?)\. ", page, re.DOTALL)[1])
+    codes = re.findall(r"^\| (\d+) \| ([^;|]+?)(?:;.*)? \|$", page, re.MULTILINE)
+    source = (root / "host/channel/ChannelErrors").with_suffix
+    numbers = dict(re.findall(r"(k\w+) = (\d+),", source(".h").read_text()))
+    texts = re.findall(r'case (k\w+):\s+return "(.*?)";', source(".cpp").read_text())
+    for name, shown, wanted in (
+        ("kinds", kinds, known("--channel", "?")),
+        ("operations", operations, known("--fault", "?=1")),
+        ("codes", codes, [(numbers[code], text) for code, text in texts]),
+    ):
+        if shown != wanted:
+            yield f"docs/channels.md: the {name} are {wanted}, not {shown}"
+
+
 def main():
     root = pathlib.Path(sys.argv[1])
-    problems = [*check_run(root), *check_code(root), *check_links(root)]
+    problems = [*check_run(root), *check_code(root), *check_links(root), *check_channels(root, sys.argv[2])]
     print("\n".join(problems) or "the documentation agrees with the project")
     sys.exit(1 if problems else 0)
 
