@@ -22,6 +22,8 @@ public:
   // Waits until everything that was passed to `Transmit` has left, as long as something moves. 0, or a code whose text
   // tells why some of it never did, refused calls included. [any thread but a window's]
   virtual std::int32_t WaitUntilSent() { return 0; }
+  // Whether the channel is closed for good, and everything that had come in has been read. [any thread]
+  virtual bool HasEnded() { return false; }
 };
 
 } // namespace host

@@ -10,7 +10,7 @@ enum ExitCode : int {
   kExitProblemsFound = 1, // `check` found something
   kExitUsage = 2,         // the call itself is wrong
   kExitNoModule = 3,      // OndDeviceClient.dll cannot be used
-  kExitNoChannel = 4,     // the channel cannot be set up
+  kExitNoChannel = 4,     // the channel cannot be set up, or has ended
   kExitStream = 5,        // a file to check, standard input or standard output fails
 };
 

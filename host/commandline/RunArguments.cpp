@@ -44,6 +44,8 @@ std::optional<std::vector<Variable>> ParseVariables(const std::vector<std::strin
 RunOptions::RunOptions(CLI::App& command) : m_channel(command) {
   command.add_option("FILE", m_arguments.script, "the script; - reads it from standard input")->required();
   AddSetOption(command, m_sets);
+  command.add_flag("--keep-going", m_arguments.keepGoing,
+                   "do not stop the script when it uses a channel that is closed for good");
   AddRepeatedOption(command, "--get", m_arguments.gets, "NAME", "print this variable of --set after the run");
 }
 

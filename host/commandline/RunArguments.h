@@ -20,6 +20,7 @@ struct RunArguments {
   ChannelOptions channel;
   std::vector<Variable> variables; // no two of the same name
   std::vector<std::string> gets;   // each the name of one of the variables
+  bool keepGoing = false;          // also when the channel has ended
 };
 
 // `--set`.

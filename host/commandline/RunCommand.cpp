@@ -1,5 +1,7 @@
 #include "host/commandline/RunCommand.h"
 
+#include "host/channel/ChannelErrors.h"
+#include "host/channel/WatchedChannel.h"
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/InterruptWatcher.h"
 #include "host/commandline/StandardStreams.h"
@@ -23,10 +25,12 @@ private:
 struct OutputContext {
   StandardOutput& output;
   ScriptMachine& machine;
+  bool aborted = false; // the last piece is the diagnostic of a script that was stopped
 };
 
 void PrintOutput(void* context, const char* text) {
-  const auto& target = *static_cast<OutputContext*>(context);
+  auto& target = *static_cast<OutputContext*>(context);
+  target.aborted = std::string_view(text).starts_with("Processing aborted");
   if (!target.output.Write(text))
     target.machine.Stop(); // nobody could see what the script does
 }
@@ -34,6 +38,7 @@ void PrintOutput(void* context, const char* text) {
 struct RunEnd {
   EONX_ERR_ERRCODE_ result;
   bool interrupted;
+  bool stopped; // by whatever asked for it; otherwise a script that failed did so by itself
 };
 
 // `text` is the script when it came from standard input.
@@ -43,7 +48,7 @@ RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text
   const InterruptWatcher watcher([&machine] { machine.Stop(); });
   const EONX_ERR_ERRCODE_ result = text ? machine.Execute(*text, PrintOutput, &context)
                                         : machine.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
-  return {result, watcher.Interrupted()};
+  return {result, watcher.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
 }
 
 void PrintValues(const std::vector<std::string>& names, ScriptMachine& machine, StandardOutput& output) {
@@ -60,6 +65,8 @@ void PrintRunEnd(std::string_view program, const std::string& script, const RunE
   const char* text = ResultText(end.result);
   if (end.interrupted && end.result == EONX_ERR_SCRIPT)
     text = "stopped by Ctrl+C";
+  else if (end.stopped)
+    text = "stopped, because the channel has ended";
   else if (end.interrupted && end.result == EONX_ERR_NONE)
     text = "Ctrl+C was pressed, and the script went on to its end";
   if (text != nullptr)
@@ -68,6 +75,22 @@ void PrintRunEnd(std::string_view program, const std::string& script, const RunE
 
 std::string ErrorText(Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
+}
+
+// Tells what is wrong with the channel after a run; `ended`: the script went on using it after its end. Returns the
+// process's exit code.
+int ConcludeChannel(std::string_view program, const std::string& name, const RunEnd& end, bool ended,
+                    Channel& channel) {
+  // A script that its user stopped does not wait for its device.
+  if (end.interrupted && end.result != EONX_ERR_NONE)
+    return end.result;
+  const std::int32_t unsent = channel.WaitUntilSent();
+  if (unsent != 0)
+    PrintMessage(program, name + ": not everything was sent: " + ErrorText(channel, unsent));
+  else if (ended)
+    PrintMessage(program, name + ": " + ErrorText(channel, kNotOpen));
+  const bool failedByItself = end.result != EONX_ERR_NONE && !end.stopped;
+  return (ended || unsent != 0) && !failedByItself ? static_cast<int>(kExitNoChannel) : end.result;
 }
 
 } // namespace
@@ -82,13 +105,18 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");
     return kExitStream;
   }
-  const auto made = MakeChannel(arguments.channel);
+  auto made = MakeChannel(arguments.channel);
   if (!made) {
     const ChannelFailure& failure = made.error();
     PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
     return failure.badText ? kExitUsage : kExitNoChannel;
   }
-  Channel& channel = **made;
+  bool channelEnded = false;
+  WatchedChannel channel(std::move(*made), [&] {
+    channelEnded = true;
+    if (!arguments.keepGoing)
+      machine.Stop();
+  });
   if (const std::int32_t code = channel.WaitUntilOpen(); code != 0) {
     PrintMessage(program, arguments.channel.text + ": " + ErrorText(channel, code));
     return kExitNoChannel;
@@ -110,12 +138,7 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     PrintMessage(program, "standard output cannot be written");
     return kExitStream;
   }
-  // A script that was stopped does not wait for its device.
-  const bool stopped = end.interrupted && end.result != EONX_ERR_NONE;
-  const std::int32_t unsent = stopped ? 0 : channel.WaitUntilSent();
-  if (unsent != 0)
-    PrintMessage(program, arguments.channel.text + ": not everything was sent: " + ErrorText(channel, unsent));
-  return end.result == EONX_ERR_NONE && unsent != 0 ? static_cast<int>(kExitNoChannel) : end.result;
+  return ConcludeChannel(program, arguments.channel.text, end, channelEnded, channel);
 }
 
 } // namespace host

@@ -57,10 +57,12 @@ def probe(channel, *scenario):
     return told
 
 
-def script(channel, text, code=0, output=b"", message=b""):
-    """A script over the channel: its exit code, its output, a part of what is on standard error."""
-    got_code, got_output, got_messages = run(launcher + [runner, "run", "-", "--channel", channel], text)
-    fits = got_code == code and got_output == output and (message in got_messages if message else not got_messages)
+def script(channel, text, code=0, output=b"", message=b"", options=()):
+    """A script over the channel: its exit code, its output (a whole, or how it begins, with an ellipsis), a part of what is on
+    standard error."""
+    got_code, got_output, got_messages = run(launcher + [runner, "run", "-", "--channel", channel, *options], text)
+    same = got_output.startswith(output[:-3]) if output.endswith(b"...") else got_output == output
+    fits = got_code == code and same and (message in got_messages if message else not got_messages)
     check(f"a script over {channel}: {text[:60]}", fits, f"  exit code {got_code}, expected {code}\n  output {got_output},"
           f" expected {output}\n  messages {got_messages}, expected {message}")
 
@@ -113,6 +115,54 @@ def check_tcp_that_ends():
         check("a connection that is reset ends", int(told.get("received", -1)) in (0, 1000), told)
     with peers.Server(peers.talk_and_reset) as server:
         script(f"tcp:127.0.0.1:{server.port}", SEND % 23, code=4, message=b"not everything was sent: ")
+
+
+# Asks and listens until the answer's end, or for two seconds.
+LISTEN = rb"""var string s; var int32 n; transmitstring("x");
+while ((n < 100) & (instr(s, "\n") < 0)) { s += receivestring(); n += 1; delay(20); }
+print("heard ", s, "\n");
+"""
+GOES_ON = rb'n = 0; while (n < 10) { s = receivestring(); n += 1; delay(20); } print("end\n");'
+FAILS = b's = receivestring(); s = receivestring(); n = strtoint32(s);'
+ABORTED = b"Processing aborted near line ..."
+STOPPED = b"-: stopped, because the channel has ended"
+
+
+def check_end(start, reason):
+    """What becomes of scripts on a channel that `start()` makes, with a device that answers once and is gone."""
+    for text, code, output, message, *options in (
+        (LISTEN, 0, b"heard answer\n\n", b""),  # nothing is missing
+        (LISTEN + GOES_ON, 4, b"heard answer\n\n" + ABORTED, STOPPED),
+        (LISTEN + GOES_ON, 4, b"heard answer\n\n" + ABORTED, reason),
+        (LISTEN + GOES_ON, 4, b"heard answer\n\nend\n", reason, "--keep-going"),
+        (LISTEN + b"delay(500);" + FAILS, 21, b"heard answer\n\nType error near...", reason),
+    ):
+        with start() as channel:
+            script(channel, text, code, output, message, options)
+
+
+def check_tcp_end():
+    @contextlib.contextmanager
+    def start(serve=peers.answer_and_close):
+        with peers.Server(serve) as server:
+            yield f"tcp:127.0.0.1:{server.port}"
+
+    check_end(start, b": Connection closed by the device")
+    with start(peers.reset) as channel:
+        script(channel, LISTEN, 4, ABORTED, STOPPED)
+    with start(peers.answer_and_close) as channel:  # it is found at the sending
+        script(channel, LISTEN + b'delay(500); transmitstring("x"); while (1) { }', 4, b"heard answer\n\n" + ABORTED,
+               b": not everything was sent: Connection closed by the device")
+
+
+def check_serial_end(name):
+    @contextlib.contextmanager
+    def start():
+        device = "SYSTEM:head -c 1 >/dev/null; echo answer"
+        with peers.serial_port(".", "-t0.01", f"PTY,link={os.getcwd()}/port,raw,echo=0", device):
+            yield f"serial:{name}:115200"
+
+    check_end(start, f"serial:{name}:115200: ".encode())
 
 
 def check_tcp_that_waits():
@@ -174,6 +224,7 @@ def check_serial():
             killer.join()
             check("a serial port that vanishes ends", int(told.get("received", 64 * MEGABYTE)) < 64 * MEGABYTE and
                   told.get("same") == told.get("received"), told)
+        check_serial_end(name)
 
 
 def check_texts():
@@ -220,6 +271,7 @@ with tempfile.TemporaryDirectory() as folder:
     check_texts()
     check_tcp()
     check_tcp_that_ends()
+    check_tcp_end()
     check_tcp_that_waits()
     check_last_bytes()
     check_serial()

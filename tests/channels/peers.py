@@ -168,6 +168,18 @@ def talk_and_reset(connection, _):
     connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
 
 
+def answer_and_close(connection, _):
+    """Answers the first word, and is gone."""
+    connection.recv(100)
+    connection.sendall(b"answer\n")
+
+
+def reset(connection, _):
+    """Vanishes with an error as soon as it is spoken to."""
+    connection.recv(1)
+    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
+
+
 def unused_port():
     with socket.create_server(("127.0.0.1", 0)) as listener:
         return listener.getsockname()[1]

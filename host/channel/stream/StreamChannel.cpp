@@ -38,6 +38,11 @@ std::int32_t StreamChannel::WaitUntilSent() {
   return IsOpen() ? kDataNotTaken : kNotOpen;
 }
 
+bool StreamChannel::HasEnded() {
+  const std::lock_guard guard(m_mutex);
+  return m_state == State::kClosed && m_incoming.Size() == 0;
+}
+
 const char* StreamChannel::ErrorText(std::int64_t code) {
   if (code == kNotOpen && m_state == State::kClosed)
     return m_closedBecause.c_str();

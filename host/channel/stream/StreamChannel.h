@@ -48,6 +48,7 @@ public:
   bool IsConnecting() override { return m_state == State::kConnecting; }
   std::int32_t WaitUntilOpen() override;
   std::int32_t WaitUntilSent() override;
+  bool HasEnded() override;
 
 private:
   enum class State { kConnecting, kOpen, kClosed };

@@ -1,0 +1,27 @@
+#include "host/channel/WatchedChannel.h"
+
+namespace host {
+namespace {
+
+bool IsWatched(ChannelOperation operation) {
+  return operation == ChannelOperation::kReceive || operation == ChannelOperation::kTransmit ||
+         operation == ChannelOperation::kTransmitFileFromMemory || operation == ChannelOperation::kTransmitFile;
+}
+
+} // namespace
+
+WatchedChannel::WatchedChannel(std::unique_ptr<Channel> inner, std::function<void()> usedAfterEnd)
+    : ForwardingChannel(std::move(inner)), m_usedAfterEnd(std::move(usedAfterEnd)) {}
+
+void WatchedChannel::Around(ChannelCall& call) {
+  call.Forward();
+  if (!IsWatched(call.operation))
+    return;
+  bool endsReading = false;
+  if (call.operation == ChannelOperation::kReceive)
+    endsReading = std::exchange(m_reading, call.answer == 0 && *call.moved != 0);
+  if (call.answer != 0 && !endsReading && HasEnded())
+    m_usedAfterEnd();
+}
+
+} // namespace host
