@@ -3,6 +3,7 @@
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/support/Files.h"
+#include "runner/EncodingHint.h"
 #include "scriptrt/run/ScriptCheck.h"
 
 #include <limits>
@@ -16,9 +17,11 @@ bool ReadScript(const std::string& file, std::string& text) {
   return host::ReadWholeFile(file, kNoLimit, text) == host::ReadOutcome::kComplete;
 }
 
-std::string Line(const std::string& file, const ScriptProblem& problem) {
-  return (file == "-" ? "<stdin>" : file) + ":" + std::to_string(problem.line) + ":" + std::to_string(problem.column) +
-         ": error: " + problem.text + "\n";
+// `found` is a ScriptProblem or an EncodingHint.
+template <class Found>
+std::string Line(const std::string& file, const char* kind, const Found& found) {
+  return (file == "-" ? "<stdin>" : file) + ":" + std::to_string(found.line) + ":" + std::to_string(found.column) +
+         ": " + kind + ": " + found.text + "\n";
 }
 
 } // namespace
@@ -34,8 +37,10 @@ int CheckFiles(std::string_view program, const std::vector<std::string>& files, 
       unreadable = true;
       continue;
     }
+    if (const auto hint = FindEncodingHint(text))
+      output.Write(Line(file, "note", *hint));
     for (const ScriptProblem& problem : CheckScript(text, names)) {
-      output.Write(Line(file, problem));
+      output.Write(Line(file, "error", problem));
       problems = true;
     }
   }

@@ -200,6 +200,20 @@ def check_checker():
     expect(["check", "bad.dcs"], 1, b"bad.dcs:3:3: error: Unknown identifier\n")
     expect(["check", "-"], 1, b"<stdin>:1:1: error: Unknown identifier\n", text=b"z = 1;")
     expect(["check", "none.dcs", "bad.dcs"], 5, b"bad.dcs:3:3: error: Unknown identifier\n", b"none.dcs: the file cannot be read")
+    for text, code, output in (
+        # A note never decides: the first byte may be no token, or a zero byte that ends an empty script.
+        (b'\xEF\xBB\xBFprint(1);', 1, b"1:1: note: the script begins with a byte-order mark; save it without one\n"
+         b"<stdin>:1:1: error: Unexpected token\n"),
+        ('print(1);'.encode("utf-16"), 1, b"1:1: note: the script is saved as UTF-16; it must be 8-bit text\n"
+         b"<stdin>:1:1: error: Unexpected token\n"),
+        ('print(1);'.encode("utf-16-be"), 0, b"1:1: note: the script is saved as UTF-16; it must be 8-bit text\n"),
+        ('# 20 °C\nprint("#\\"20 °C");\n'.encode(), 0, b"2:14: note: this character is saved in UTF-8; Windows reads its "
+         b"bytes in its own code page\n"),
+        ('print(1); # 20 °C'.encode(), 0, b""),
+        ('print("20 °C, µ"); # °'.encode("latin-1"), 0, b""),
+        (b'print("\xC3\xA9 \xE9");', 0, b""),
+    ):
+        expect(["check", "-"], code, output and b"<stdin>:" + output, text=text)
     expect(["check"], 2, message=b"FILE is required")
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
 
