@@ -114,8 +114,8 @@ struct COndDeviceComm_0 {
   virtual void Reserved08() {}
   virtual void Reserved09() {}
 
-  // The text asked for by `what` (OND_INFO_…), never null. It stays the channel's and is valid at least until the next
-  // call. [any thread]
+  // The text asked for by `what` (OND_INFO_…), never null. It stays the channel's and is valid at least until the same
+  // thread's next call of the channel. [any thread]
   virtual const char* GetInfoString(std::uint32_t what, std::int64_t code) = 0;
 
   // Reserves the channel for `owner`, waiting up to `timeoutMs` (0: no wait) while another owner holds it. 0 is

@@ -218,6 +218,15 @@ def check_checker():
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
 
 
+def check_command_of_linux():
+    script = pathlib.Path("command")
+    script.write_bytes(b'#!/usr/bin/env -S ondscript run\nprint("as a command\\n");\n')
+    script.chmod(0o755)
+    path = f"{os.path.dirname(command[0])}:{os.environ['PATH']}"
+    output = subprocess.run(["./command"], env={**os.environ, "PATH": path}, stdout=subprocess.PIPE, timeout=TIMEOUT).stdout
+    check("a script with a first line for the system", output == b"as a command\n", output)
+
+
 def check_questions():
     pathlib.Path("asks.dcs").write_bytes(b"""var dword ok;
 print(userinputdword("Limits", "How many", 50, 10, 20), "\\n");
@@ -242,6 +251,7 @@ with tempfile.TemporaryDirectory() as folder:
     if name == "ondscript":
         check_full_output()
         check_checker()
+        check_command_of_linux()
         check_questions()
     else:
         expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")

@@ -2,8 +2,8 @@
 """What the documentation shows is what there is:  check_docs.py PROJECT_FOLDER ONDSCRIPT
 
 The picture of a run in README.md is the output of examples/hello.dcs, the code of docs/host-guide.md stands in the host that
-the tests build, links to files of the project lead somewhere, and docs/channels.md names the kinds of channels, operations and
-codes that there are.
+the tests build, links lead to files of the project and to headings of its pages, and docs/channels.md names the kinds of
+channels, operations and codes that there are.
 """
 
 import pathlib
@@ -27,23 +27,34 @@ def check_code(root):
         return " ".join(code.split())
 
     sources = [plain(path.read_text()) for path in (root / "examples/host").iterdir()]
-    code = blocks((root / "docs/host-guide.md").read_text(), "cpp")
-    if not code:
+    page = (root / "docs/host-guide.md").read_text()
+    code = blocks(page, "cpp"), blocks(page, "cmake")
+    if not all(code):
         yield "docs/host-guide.md: there is no code"
-    for block in code:
+    for block in sum(code, []):
         # An ellipsis stands for what the text leaves out.
         for part in block.split("…"):
             if not any(plain(part) in source for source in sources):
                 yield f"docs/host-guide.md: this is not in examples/host:\n{part}"
 
 
+def anchors(page):
+    """What a heading is called behind the # of a link."""
+    text = re.sub(r"^```.*?^```$", "", page.read_text(), flags=re.MULTILINE | re.DOTALL)
+    for heading in re.findall(r"^#+ +(.*)$", text, re.MULTILINE):
+        yield re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+
+
 def check_links(root):
     for page in [root / "README.md", *root.glob("*/**/*.md")]:
         if "build" in page.relative_to(root).parts:
             continue
-        for target in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", page.read_text()):
-            if not (page.parent / target).exists():
+        for target, anchor in re.findall(r"\]\(([^)#:]*)(?:#([^)]*))?\)", page.read_text()):
+            lead = page.parent / target if target else page
+            if not lead.exists():
                 yield f"{page.relative_to(root)}: link to {target}, which is not there"
+            elif anchor and anchor not in anchors(lead):
+                yield f"{page.relative_to(root)}: link to {target}#{anchor}; {lead.name} has no such heading"
 
 
 def check_channels(root, ondscript):
