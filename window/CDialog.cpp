@@ -1,6 +1,7 @@
 #include "window/CDialog.h"
 
 #include "window/CWinApp.h"
+#include "window/WindowPlace.h"
 
 #include <commctrl.h>
 
@@ -45,6 +46,10 @@ bool CDialog::CreateModeless(HWND parent) {
 INT_PTR CDialog::DoModal(HWND parent) {
   RegisterCommonControls();
   m_initFailed = false;
+  m_isModal = true;
+  if (m_layout)
+    return DialogBoxIndirectParamA(CWinApp::GetModuleInstance(), m_layout, parent, DialogProc,
+                                   reinterpret_cast<LPARAM>(this));
   return DialogBoxParamA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(m_templateId), parent, DialogProc,
                          reinterpret_cast<LPARAM>(this));
 }
@@ -83,6 +88,8 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT number, WPARAM wParam, LP
     dialog->HandleMessage({number, wParam, lParam}, result, &dialog->m_initFailed);
     if (dialog->m_initFailed)
       ::EndDialog(window, -1); // for modal dialogs; CreateModeless destroys its own
+    else if (dialog->m_isModal)
+      CenterWindow(window);
     return result;
   }
   if (!dialog->HandleMessage({number, wParam, lParam}, result))

@@ -6,13 +6,16 @@
 class CDialog : public CWnd {
 public:
   explicit CDialog(UINT templateId) : m_templateId(templateId) {}
+  // A modal dialog with a template that is not among the resources, and outlives the object.
+  explicit CDialog(const DLGTEMPLATE& layout) : m_layout(&layout) {}
   // Destroys a window that is still there; derived objects no longer hear of that.
   ~CDialog() override;
 
   // Modeless: makes the window, hidden unless the template says otherwise. False when that fails or OnInitDialog
   // throws.
   bool CreateModeless(HWND parent);
-  // Modal, on any thread. What EndDialog was given, or -1 when the window cannot be made.
+  // Modal, on any thread, over the middle of its owner or of the screen. What EndDialog was given, or -1 when the
+  // window cannot be made.
   INT_PTR DoModal(HWND parent);
 
 protected:
@@ -32,6 +35,8 @@ protected:
 private:
   static INT_PTR CALLBACK DialogProc(HWND window, UINT number, WPARAM wParam, LPARAM lParam);
 
-  UINT m_templateId;
+  UINT m_templateId = 0;
+  const DLGTEMPLATE* m_layout = nullptr; // instead of the template among the resources
+  bool m_isModal = false;
   bool m_initFailed = false;
 };

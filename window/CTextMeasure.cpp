@@ -31,3 +31,16 @@ int CTextMeasure::TabbedWidth(const std::string& text) const {
     return Width(text);
   return LOWORD(GetTabbedTextExtentA(m_context, text.data(), static_cast<int>(text.size()), 0, nullptr));
 }
+
+std::size_t CTextMeasure::Fitting(std::string_view text, int width) const {
+  int count = 0;
+  SIZE size{};
+  GetTextExtentExPointA(m_context, text.data(), static_cast<int>(text.size()), width, &count, nullptr, &size);
+  return static_cast<std::size_t>(count);
+}
+
+int CTextMeasure::WrappedHeight(const std::string& text, int width) const {
+  RECT place{0, 0, width, 0};
+  return DrawTextA(m_context, text.data(), static_cast<int>(text.size()), &place,
+                   DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_EXPANDTABS | DT_NOPREFIX);
+}

@@ -1,5 +1,7 @@
 #include "window/CWnd.h"
 
+#include "window/MessageBoxes.h"
+
 bool MessageEntry::Matches(const Message& incoming) const {
   if (message != incoming.number)
     return false;
@@ -53,7 +55,7 @@ void CWnd::KillTimer(UINT_PTR id) {
 }
 
 int CWnd::MessageBox(const std::string& text, const std::string& caption, UINT type) {
-  return m_hWnd ? ::MessageBoxA(m_hWnd, text.c_str(), caption.c_str(), type) : 0;
+  return m_hWnd ? ShowMessageBox(m_hWnd, text, caption, type) : 0;
 }
 
 std::string CWnd::TextOf(HWND window) {

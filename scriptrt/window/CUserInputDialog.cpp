@@ -2,6 +2,7 @@
 
 #include "res/resource.h"
 #include "scriptrt/question/NumberAnswer.h"
+#include "window/WholeText.h"
 
 CUserInputDialog::CUserInputDialog(const CONXOperator::NumberQuestion& question)
     : CDialog(IDD_USER_INPUT), m_question(&question), m_caption(question.caption), m_prompt(question.prompt),
@@ -13,6 +14,7 @@ CUserInputDialog::CUserInputDialog(const std::string& caption, const std::string
 bool CUserInputDialog::OnInitDialog() {
   SetWindowText(m_caption);
   SetDlgItemText(IDC_INPUT_PROMPT, m_prompt.empty() ? "Enter information" : m_prompt);
+  ShowWholeText(*this, IDC_INPUT_PROMPT);
   SetDlgItemText(IDC_INPUT_VALUE, m_text);
   return CDialog::OnInitDialog();
 }

@@ -1,6 +1,7 @@
 #include "scriptrt/window/CUserListInputDlg.h"
 
 #include "res/resource.h"
+#include "window/WholeText.h"
 
 CUserListInputDlg::CUserListInputDlg(const std::string& caption, const std::string& prompt,
                                      const std::vector<std::string>& items, std::uint64_t initial)
@@ -9,6 +10,7 @@ CUserListInputDlg::CUserListInputDlg(const std::string& caption, const std::stri
 bool CUserListInputDlg::OnInitDialog() {
   SetWindowText(m_caption);
   SetDlgItemText(IDC_LIST_PROMPT, m_prompt.empty() ? "Select an item" : m_prompt);
+  ShowWholeText(*this, IDC_LIST_PROMPT);
   m_list.SubclassDlgItem(IDC_LIST_ITEMS, *this);
   for (const std::string& item : m_items)
     m_list.AddString(item);

@@ -2,10 +2,11 @@
 
 #include "scriptrt/window/CUserInputDialog.h"
 #include "scriptrt/window/CUserListInputDlg.h"
+#include "window/MessageBoxes.h"
 
 void CWindowsOperator::ShowMessage(const std::string& caption, const std::string& text) {
   if (!m_dismissed)
-    MessageBoxA(nullptr, text.c_str(), caption.c_str(), MB_OK | MB_ICONEXCLAMATION | MB_SETFOREGROUND);
+    ShowMessageBox(nullptr, text, caption, MB_OK | MB_ICONEXCLAMATION | MB_SETFOREGROUND);
 }
 
 std::optional<std::uint64_t> CWindowsOperator::AskNumber(const NumberQuestion& question) {

@@ -32,6 +32,10 @@ TEST_CASE("Script Processor") {
                print("\ta tab, an umlaut \(xE4), and a line that is so long that it can only be read by scrolling to the "
                      + "right, all the way\n[==============>            ]");)");
   Shoot(bench.window, "script-log");
+  bench.window.PressControl(IDC_SCRIPT_BROWSE);
+  const std::string path = "C:\\bench\\a folder with a long name\\and another one in it\\last year's\\calibrate.dcs";
+  Window::ChooseFile("Open a script file", path);
+  WaitFor("the path", [&] { return bench.window.Control(IDC_SCRIPT_PATH).Text() == path; });
   bench.window.Resize(0, 0);
   Shoot(bench.window, "script-smallest");
   bench.Start("nonsense();");
@@ -55,6 +59,25 @@ TEST_CASE("Questions") {
   shoot(R"(userlistinput("Calibration", "Range", "1 V\0" + "10 V, the one for most measurements here\0" + "auto", 1);)",
         "question-list");
   shoot(R"(messagebox("Calibration", "Connect the probe to the reference, then press OK.");)", "question-message");
+
+  const std::string text =
+      R"(var string s; var dword i; while (i < COUNT) { s += numtostr(i) + ". Read this.\n"; i += 1; } )";
+  const std::string endless =
+      R"(var string s; var dword i; while (i < COUNT) { s += numtostr(i) + ".Read_this."; i += 1; } )";
+  const auto shootMany = [&](std::string script, const std::string& count, const char* call, const char* name) {
+    script.replace(script.find("COUNT"), 5, count);
+    shoot((script + call).c_str(), name);
+  };
+  const char* const number = R"(userinputdword("Calibration", s, 1);)";
+  const char* const item = R"(userlistinput("Calibration", s, "1 V\0" + "10 V", 0);)";
+  const char* const message = R"(messagebox("Calibration", s);)";
+  shootMany(text, "30", number, "question-30-lines");
+  shootMany(text, "500", number, "question-500-lines");
+  shootMany(text, "500", item, "question-list-500-lines");
+  shootMany(endless, "100", number, "question-endless");
+  shootMany(text, "30", message, "question-message-30-lines");
+  shootMany(text, "500", message, "question-message-500-lines");
+  shootMany(endless, "100", message, "question-message-endless");
 }
 
 TEST_CASE("Sample host") {
@@ -78,6 +101,8 @@ TEST_CASE("Terminal") {
                     "a long line of readings: 1.001 1.002 1.003 1.004 1.005 1.006 1.007 1.008 1.009 1.010 1.011\r\n"});
   terminal.Send("adc 1\\(13)");
   Shoot(terminal.window, "terminal");
+  terminal.window.Resize(0, 0);
+  Shoot(terminal.window, "terminal-smallest");
 }
 
 TEST_CASE("File Manager") {
@@ -100,6 +125,14 @@ TEST_CASE("File Manager") {
   WaitFor("the transfer to begin", [&] { return bench.device.transfers > 0; });
   Shoot(progress, "filemanager-progress");
   progress.PressControl(IDCANCEL);
+  Window::WaitForTop("Error").PressControl(IDOK);
+  bench.WaitUntilIdle();
+
+  bench.device.hold = false;
+  bench.Drop(std::vector<std::string>(200, "C:\\bench\\a file that is not there.bin"));
+  bench.device.Fail("TransmitFile", std::deque<std::int32_t>(202, 5));
+  bench.Press(IDC_FM_COPY_ALL);
+  Shoot(Window::WaitForTop("Error"), "filemanager-report");
   Window::WaitForTop("Error").PressControl(IDOK);
   bench.WaitUntilIdle();
 }

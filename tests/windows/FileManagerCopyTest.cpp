@@ -124,6 +124,37 @@ TEST_CASE("failures are told together afterwards") {
   CHECK_FALSE(Window::FindTop("Error").Exists());
 }
 
+TEST_CASE("the report names every failed file, however many there are") {
+  CopyBench bench;
+  const int kFiles = 300;
+  std::vector<std::string> paths(kFiles);
+  std::string report;
+  for (int i = 0; i < kFiles; ++i) {
+    paths[static_cast<std::size_t>(i)] = "C:\\file " + std::to_string(i) + ".bin";
+    report += (i == 0 ? "" : "\r\n") + ("Error during copying " + paths[static_cast<std::size_t>(i)]) + ": error 5";
+  }
+  bench.Drop(paths);
+  bench.device.Fail("TransmitFile", std::deque<std::int32_t>(kFiles, 5));
+  bench.Press(IDC_FM_COPY_ALL);
+  const Window box = Window::WaitForTop("Error");
+  CHECK_FALSE(bench.window.Enabled());
+  CHECK(box.BoxText() == report);
+  RECT screen{};
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &screen, 0);
+  CHECK(box.Place().top >= screen.top);
+  CHECK(box.Place().bottom <= screen.bottom);
+  const Window text = box.Control(0xFFFF);
+  box.Activate();
+  box.Control(IDOK).WaitForFocus();
+  TypeKey(VK_TAB);
+  text.WaitForFocus();
+  TypeKeyWith(VK_CONTROL, VK_END);
+  WaitFor("the text to scroll to its end", [&] { return text.Send(EM_GETFIRSTVISIBLELINE) > kFiles / 2; });
+  TypeKey(VK_RETURN);
+  box.WaitUntilGone("the report");
+  bench.WaitUntilIdle();
+}
+
 TEST_CASE("a copy whose refresh finds the channel locked") {
   CopyBench bench;
   bench.Drop({"C:\\a.bin"});

@@ -102,6 +102,32 @@ TEST_CASE("the keyboard stays in the window when the focused button is disabled"
   bench.window.Control(IDOK).WaitForFocus();
 }
 
+TEST_CASE("dialogs and boxes come up over the middle of the window, but on the screen") {
+  FileManagerBench bench;
+  bench.Drop({"C:\\a.bin"});
+  RECT screen{};
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &screen, 0);
+  const auto check = [&](const Window& dialog) {
+    const auto begin = [](LONG length, LONG from, LONG to, LONG lowest, LONG highest) {
+      return std::max(std::min((from + to - length) / 2, highest - length), lowest);
+    };
+    const RECT own = dialog.Place(), owner = bench.window.Place();
+    CHECK(own.left == begin(own.right - own.left, owner.left, owner.right, screen.left, screen.right));
+    CHECK(own.top == begin(own.bottom - own.top, owner.top, owner.bottom, screen.top, screen.bottom));
+    dialog.PressControl(IDCANCEL);
+    dialog.WaitUntilGone("the dialog");
+  };
+  for (const POINT place : {POINT{200, 150}, POINT{-600, -300}, POINT{1100, 900}}) {
+    CAPTURE(place.x);
+    SetWindowPos(bench.window.Handle(), nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    bench.Local().Select({0});
+    bench.TypeInList(VK_SPACE);
+    check(Window::WaitForTop("File properties"));
+    bench.Press(IDC_FM_FORMAT);
+    check(Window::WaitForTop("WARNING"));
+  }
+}
+
 TEST_CASE("the directory is read when the window opens and on \"Refresh\"") {
   FileManagerBench bench;
   CHECK(Joined(bench.device.Calls()) == kRefresh);

@@ -1,0 +1,63 @@
+#include "window/WindowPlace.h"
+
+#include <algorithm>
+
+namespace {
+
+RECT PlaceOf(HWND window) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  return place;
+}
+
+bool CanBeSeen(HWND window) {
+  return window && IsWindowVisible(window) && !IsIconic(window);
+}
+
+// Where something that long begins to be in the middle from `from` to `to`, but within the limits.
+int Centred(int length, int from, int to, int lowest, int highest) {
+  return std::max(std::min((from + to - length) / 2, highest - length), lowest);
+}
+
+} // namespace
+
+RECT WorkArea(HWND window) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof(monitor);
+  GetMonitorInfoA(MonitorFromWindow(window, window ? MONITOR_DEFAULTTONEAREST : MONITOR_DEFAULTTOPRIMARY), &monitor);
+  return monitor.rcWork;
+}
+
+void CenterWindow(HWND window) {
+  const HWND owner = GetWindow(window, GW_OWNER);
+  const RECT screen = WorkArea(CanBeSeen(owner) ? owner : window);
+  const RECT around = CanBeSeen(owner) ? PlaceOf(owner) : screen;
+  const RECT own = PlaceOf(window);
+  const int x = Centred(own.right - own.left, around.left, around.right, screen.left, screen.right);
+  const int y = Centred(own.bottom - own.top, around.top, around.bottom, screen.top, screen.bottom);
+  SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+thread_local NextWindowOverOwner* NextWindowOverOwner::g_innermost = nullptr;
+
+NextWindowOverOwner::NextWindowOverOwner(HWND owner)
+    : m_outer(g_innermost), m_owner(owner),
+      m_hook(owner ? SetWindowsHookExA(WH_CBT, OnEvent, nullptr, GetCurrentThreadId()) : nullptr) {
+  g_innermost = this;
+}
+
+NextWindowOverOwner::~NextWindowOverOwner() {
+  if (m_hook)
+    UnhookWindowsHookEx(m_hook);
+  g_innermost = m_outer;
+}
+
+// A window has its size when it is first activated, and cannot be seen yet.
+LRESULT CALLBACK NextWindowOverOwner::OnEvent(int code, WPARAM wParam, LPARAM lParam) {
+  const auto window = reinterpret_cast<HWND>(wParam);
+  if (code == HCBT_ACTIVATE && g_innermost->m_owner && GetWindow(window, GW_OWNER) == g_innermost->m_owner) {
+    g_innermost->m_owner = nullptr;
+    CenterWindow(window);
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
