@@ -1,5 +1,7 @@
 #include "frame/COndDeviceClientApp.h"
 
+#include "util/LastSeparator.h"
+
 #include <algorithm>
 
 namespace {
@@ -14,7 +16,7 @@ std::string HostFolder() {
   char path[kPathSize] = "";
   const DWORD length = GetModuleFileNameA(nullptr, path, kPathSize);
   std::string folder(path, std::min(length, kPathSize - 1));
-  if (const std::size_t separator = folder.rfind('\\'); separator != std::string::npos)
+  if (const std::size_t separator = LastSeparator(folder); separator != std::string::npos)
     folder.resize(separator);
   return folder.empty() ? folder : folder + '\\';
 }

@@ -59,6 +59,10 @@ std::optional<std::string> FullPath(const std::string& path);
 // Never with a trailing backslash, so that a drive's root is "C:" here; empty when it is longer than kMaxPath.
 std::string CurrentFolder();
 
+// Tells whether a byte begins a character of two bytes in the code page of paths. Natively none does: names are UTF-8,
+// where no part of a longer character looks like a character of its own.
+bool IsLeadByte(char byte);
+
 // A file of raw bytes, closed by its destructor. Nothing is held back in buffers of its own: a count is what the system
 // took or gave, and work in pieces of useful size is the caller's. Failed operations answer false, nothing or a short
 // count. One thread at a time.

@@ -1,6 +1,7 @@
 #include "util/ScriptFile.h"
 
 #include "platform/Platform.h"
+#include "util/LastSeparator.h"
 
 ScriptFileResult ReadScriptFile(const std::string& fullPath, std::string* text) {
   std::optional<platform::File> file = platform::File::Open(fullPath, platform::File::Mode::kRead);
@@ -14,6 +15,6 @@ ScriptFileResult ReadScriptFile(const std::string& fullPath, std::string* text) 
 }
 
 std::string FolderOfScript(const std::string& fullPath) {
-  const std::size_t separator = fullPath.rfind('\\');
+  const std::size_t separator = LastSeparator(fullPath);
   return separator == std::string::npos ? std::string() : fullPath.substr(0, separator);
 }

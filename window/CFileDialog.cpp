@@ -61,7 +61,8 @@ std::vector<std::string> CFileDialog::OpenMany(HWND parent, std::vector<char>& b
     return paths;
   }
   std::string folder = buffer.data(); // several: the folder, then the names
-  if (folder.back() != '\\')
+  const char* const start = folder.c_str();
+  if (*CharPrevA(start, start + folder.size()) != '\\') // the last byte may be half a character
     folder += '\\';
   for (const char* name = &buffer[first]; *name != '\0'; name += std::strlen(name) + 1)
     paths.push_back(folder + name);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shlwapi.h>
+
 namespace host {
 namespace {
 
@@ -25,7 +27,8 @@ std::string ProgramFolder() {
     length = GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
   }
   path.resize(length);
-  return path.substr(0, path.rfind('\\') + 1);
+  const char* const name = PathFindFileNameA(path.c_str()); // knows which backslash is half a character
+  return path.substr(0, static_cast<std::size_t>(name - path.c_str()));
 }
 
 template <class Function>

@@ -87,4 +87,8 @@ std::string CurrentFolder() {
   return folder.size() <= kMaxPath ? folder : std::string();
 }
 
+bool IsLeadByte(char) {
+  return false;
+}
+
 } // namespace platform

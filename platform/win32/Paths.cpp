@@ -30,9 +30,13 @@ std::string CurrentFolder() {
   PathBuffer buffer;
   std::string folder =
       TakePath(buffer, GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data())).value_or("");
-  if (folder.ends_with('\\'))
+  if (folder.size() == 3) // "C:\", the only one with a backslash behind it
     folder.pop_back();
   return folder;
+}
+
+bool IsLeadByte(char byte) {
+  return IsDBCSLeadByte(static_cast<BYTE>(byte)) != FALSE;
 }
 
 } // namespace platform

@@ -4,6 +4,7 @@
 #include "res/resource.h"
 #include "scriptrt/window/CONXScriptProcessor.h"
 #include "util/ChannelText.h"
+#include "util/LastSeparator.h"
 #include "window/CFileDialog.h"
 #include "window/FormatText.h"
 #include "window/ScreenScale.h"
@@ -51,7 +52,7 @@ CFileDialog ScriptFileDialog(const char* title) {
 
 // Opens a file as one of a class. The shell's answer: 32 or less is an error.
 UINT_PTR OpenAs(const char* fileClass, HWND window, const std::string& path) {
-  const std::string folder = path.substr(0, path.rfind('\\'));
+  const std::string folder = path.substr(0, LastSeparator(path));
   SHELLEXECUTEINFOA request{};
   request.cbSize = sizeof(request);
   request.fMask = SEE_MASK_CLASSNAME | SEE_MASK_FLAG_NO_UI;

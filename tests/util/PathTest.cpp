@@ -1,4 +1,5 @@
 #include "util/Path.h"
+#include "util/LastSeparator.h"
 #include "util/ScriptPath.h"
 
 #include <doctest/doctest.h>
@@ -67,6 +68,30 @@ Joined JoinByTheBook(const std::string& folder, const std::string& file) {
 }
 
 } // namespace
+
+TEST_CASE("the last separator, in a code page with characters of two bytes") {
+  // Those of code page 932, in which the katakana So is "\x83\\".
+  const auto isLeadByte = [](char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
+  };
+  constexpr std::size_t kNone = std::string_view::npos;
+  struct Row {
+    std::string path;
+    std::size_t separator;
+  };
+  const Row rows[] = {
+      {"", kNone},        {"a.dcs", kNone},         {"C:\\x\\a.dcs", 4},
+      {"C:\\x\\", 4},     {"C:\\x\\\x83\\.dcs", 4}, {"C:\\\x83\\\\a.dcs", 5},
+      {"C:\\\x83\\", 2},  {"C:\\\x83\x83\\", 5}, // a character whose second byte looks like a first one
+      {"C:\\\xB1\\a", 4},                        // one byte, above 127
+      {"C:\\x\\\x83", 4},                        // half a character at the end
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.path);
+    CHECK(LastSeparator(row.path, isLeadByte) == row.separator);
+  }
+}
 
 TEST_CASE("SplitFileName") {
   struct Row {
