@@ -110,6 +110,7 @@ SET_ERRORS = {
     "": "expected NAME:TYPE=VALUE, as in count:dword=5",
     "a=1": "expected NAME:TYPE=VALUE, as in count:dword=5",
     "1a:dword=1": '"1a" is not a variable\'s name (letters, digits and _, no digit in front)',
+    "while:dword=1": '"while" is a word of the language, not a variable\'s name',
     "a:int=1": 'unknown type "int"; there are dword, uint32, string, int32, long, uint64, int64',
     "a:dword=": '"" is not a number',
     "a:dword=0x": '"0x" is not a number',

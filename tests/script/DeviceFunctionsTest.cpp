@@ -26,6 +26,11 @@ TEST_CASE("transmitfile: the line with the file's name fills in place") {
             Bar(40) + " -> OK\n0");
   CHECK(Joined(harness.Channel().Calls("TransmitFile")) ==
         "TransmitFile " + folder.PathOf("sub\\x.bin") + " 1 2 2 1 40");
+
+  // A zero byte would name another, shorter file: the channel gets no name at all.
+  harness.Channel().ForgetCalls();
+  harness.Run("transmitfile(\"a\\0b\", 1, 2, 0);", folder.Path().c_str());
+  CHECK(Joined(harness.Channel().Calls("TransmitFile")) == "TransmitFile  1 2 0 1 40");
 }
 
 TEST_CASE("device functions without an output function") {
@@ -75,4 +80,30 @@ TEST_CASE("receivestring collects until the device is silent or fails") {
     harness.Runner().SetChannel(&channel);
     CHECK(harness.Run("print(receivestring());") == row.text);
   }
+}
+
+TEST_CASE("receivestring gives an answer that is under way a pause once") {
+  using Clock = std::chrono::steady_clock;
+  class SlowChannel : public GuardedChannel {
+  public:
+    std::vector<Clock::time_point> asked;
+    std::int32_t Receive(char* buffer, std::uint32_t, std::uint64_t* received) override {
+      asked.push_back(Clock::now());
+      *received = asked.size() <= 3 ? 1 : 0;
+      buffer[0] = 'x';
+      return 0;
+    }
+  };
+  constexpr std::chrono::milliseconds kPause{20};
+  auto quickest = Clock::duration::max(); // on a busy machine any wait may take long
+  for (int attempt = 0; attempt < 10 && quickest >= kPause; ++attempt) {
+    SlowChannel channel;
+    ScriptHarness harness;
+    harness.Runner().SetChannel(&channel);
+    CHECK(harness.Run("print(receivestring());") == "xxx");
+    REQUIRE(channel.asked.size() == 4);
+    CHECK(channel.asked[1] - channel.asked[0] >= kPause);
+    quickest = std::min(quickest, channel.asked[3] - channel.asked[1]);
+  }
+  CHECK(quickest < kPause);
 }

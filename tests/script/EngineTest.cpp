@@ -2,6 +2,7 @@
 
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/RunOnStack.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <doctest/doctest.h>
 
@@ -23,6 +24,30 @@ TEST_CASE("the channel is locked for the run and only for it") {
   harness.Runner().SetChannel(nullptr);
   harness.Run("print(1);");
   CHECK(harness.Result() == EONX_ERR_NO_CHANNEL);
+}
+
+TEST_CASE("a script file runs in its folder, or says why it cannot") {
+  const TemporaryFolder folder;
+  folder.Write("base.dcs", "print(getbasepath());");
+  ScriptHarness harness;
+  const auto run = [&](const char* path) {
+    std::string output;
+    const auto collect = [](void* context, const char* text) { *static_cast<std::string*>(context) += text; };
+    const EONX_ERR_ERRCODE_ result = harness.Runner().ExecuteScriptFile(path, collect, &output);
+    return std::to_string(result) + " " + output;
+  };
+  CHECK(run(folder.PathOf("base.dcs").c_str()) == "0 " + folder.Path());
+  CHECK(run(nullptr) == "6 ");
+  CHECK(run("") == "6 ");
+  CHECK(run(folder.PathOf("none.dcs").c_str()) == "8 ");
+  CHECK(run(folder.Path().c_str()) == "8 ");
+  int other = 0;
+  REQUIRE(harness.Channel().Lock(&other, 0) == 0);
+  CHECK(run(folder.PathOf("none.dcs").c_str()) == "20 "); // the lock comes first
+  harness.Channel().Unlock(&other);
+  CHECK(harness.Channel().LockDepth() == 0);
+  harness.Runner().SetChannel(nullptr);
+  CHECK(run(folder.PathOf("none.dcs").c_str()) == "7 ");
 }
 
 TEST_CASE("a run from within a run is refused and changes nothing") {

@@ -160,3 +160,14 @@ TEST_CASE("a stop request that comes before the run begins is not forgotten, one
   }
   CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
 }
+
+TEST_CASE("an abandoned run ends at the next statement block, the one after it runs again") {
+  ScriptHarness harness;
+  harness.Runner().PrepareRun();
+  harness.Runner().AbandonScript();
+  CHECK(harness.Runner().ExecuteScript("print(1);", nullptr, nullptr, nullptr) == EONX_ERR_SCRIPT);
+  CHECK(harness.Run("if (1) { print(1); }") == "1");
+  harness.Runner().PrepareRun();
+  harness.Runner().StopScript(); // a mere stop leaves what has no loop alone
+  CHECK(harness.Runner().ExecuteScript("if (1) { print(1); }", nullptr, nullptr, nullptr) == EONX_ERR_NONE);
+}

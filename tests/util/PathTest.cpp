@@ -180,6 +180,20 @@ TEST_CASE("cleaning up takes time in proportion to the length") {
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(20));
 }
 
+TEST_CASE("which paths are absolute") {
+  for (const char* path : {"C:", "C:a", "\\\\", "\\\\srv\\a"})
+    CHECK_MESSAGE(IsAbsolutePath(path) == 1, path);
+  for (const char* path : {"", ":", "a", "\\a", "\\", "ab:"})
+    CHECK_MESSAGE(IsAbsolutePath(path) == 0, path);
+}
+
+TEST_CASE("capital letters, the German ones too") {
+  for (unsigned code = 0; code < 256; ++code) {
+    const bool isSmall = (code >= 'a' && code <= 'z') || code == 0xE4 || code == 0xF6 || code == 0xFC;
+    CHECK(static_cast<unsigned char>(toUpperGer(static_cast<char>(code))) == code - (isSmall ? 0x20 : 0));
+  }
+}
+
 TEST_CASE("MakeRelativePath") {
   struct Row {
     std::string base;
@@ -197,6 +211,8 @@ TEST_CASE("MakeRelativePath") {
       // A base that is only the beginning of a name counts as the folder
       {"C:\\jobs", "C:\\jobsX\\a.bin", "\\a.bin"},
       {"C:\\jobs\\", "C:\\jobs\\a.bin", ".bin"},
+      {"C:\\jobs", "C:\\jobs", ""},
+      {"C:\\jobs\\sub", "C:\\jobs", ""}, // a folder around the base has no relative text
   };
   for (const Row& row : rows) {
     CAPTURE(row.base);
