@@ -15,6 +15,27 @@ TEST_CASE("the longest path counts when it is resolved") {
   CHECK_FALSE(platform::FullPath(longest + "x"));
   CHECK_FALSE(platform::FullPath(""));
   CHECK(platform::FullPath(longest + "\\..\\a") == "Z:\\a");
+  CHECK_FALSE(platform::FullPath(std::string("a\0b", 3)));
+  CHECK(platform::FullPath("z:\\a") == "z:\\a");
+  CHECK(platform::FullPath("a:") == "a:\\");
+}
+
+TEST_CASE("descriptors are given back") {
+  const TemporaryFolder folder;
+  folder.Write("file", "x");
+  const auto held = [] {
+    const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+    return std::distance(begin(descriptors), end(descriptors));
+  };
+  const auto before = held();
+  {
+    const platform::StopEvent event;
+    const auto file = File::Open(folder.PathOf("file"), File::Mode::kRead);
+    CHECK(held() == before + 2);
+  }
+  CHECK_FALSE(File::Open(folder.Path(), File::Mode::kRead)); // opened, and then seen to be no file
+  platform::WriteWholeFile(folder.PathOf("other"), "x");
+  CHECK(held() == before);
 }
 
 TEST_CASE("only regular files open, and nothing blocks") {
@@ -26,6 +47,8 @@ TEST_CASE("only regular files open, and nothing blocks") {
     CHECK_FALSE(File::Open(path, File::Mode::kUpdate));
     CHECK_FALSE(File::Open(path, File::Mode::kCreate));
   }
+  for (const char* path : {"", "Q:\\dev\\null", "\\\\srv\\file"})
+    CHECK_FALSE(File::Open(path, File::Mode::kRead));
   CHECK_FALSE(platform::WriteWholeFile(folder.PathOf("pipe"), "x"));
   CHECK(folder.Names() == std::vector<std::string>{"pipe"});
 }
