@@ -98,6 +98,8 @@ TEST_CASE("errors while running") {
       {"func f() { } print(strlen(f()));", "Type error", 29},
       // calls
       {"func f(var int32 a) { } f();", "Wrong number of parameters", 26},
+      {"exit(1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1);", "Wrong number of parameters", 68},
+      {"executesubscriptfunc(\"x\");", "Wrong number of parameters", 24},
       {"func f() { } f(1 / 0);", "Division by 0 error", 20},
       {"func f(var int32 a) { } f(\"x\");", "Type error", 29},
       {"func f(var int32 a) { } f(&f);", "Type error", 27},
