@@ -22,4 +22,16 @@ std::string File::ReadText(std::size_t count) {
   return text;
 }
 
+std::string File::ReadToEnd(std::size_t limit) {
+  constexpr std::size_t kPiece = std::size_t{64} * 1024;
+  std::string text;
+  while (text.size() < limit) {
+    const std::string piece = ReadText(std::min(limit - text.size(), kPiece));
+    if (piece.empty())
+      break;
+    text += piece;
+  }
+  return text;
+}
+
 } // namespace platform

@@ -90,6 +90,8 @@ public:
   std::size_t Read(char* buffer, std::size_t size);
   // Up to `count` bytes. Throws std::bad_alloc.
   std::string ReadText(std::size_t count);
+  // The same, for a count that is only a limit: takes no more memory than there are bytes.
+  std::string ReadToEnd(std::size_t limit);
   std::size_t Write(const char* data, std::size_t size);
   // Tells whether everything since opening went well, closing included. False when closed already.
   bool Close();

@@ -3,6 +3,12 @@
 #include "platform/Platform.h"
 #include "util/LastSeparator.h"
 
+namespace {
+
+constexpr std::uint64_t kLongestScript = 0xFFFFFFFF; // places in it are 32 bits wide
+
+} // namespace
+
 ScriptFileResult ReadScriptFile(const std::string& fullPath, std::string* text) {
   std::optional<platform::File> file = platform::File::Open(fullPath, platform::File::Mode::kRead);
   if (!file)
@@ -10,8 +16,12 @@ ScriptFileResult ReadScriptFile(const std::string& fullPath, std::string* text) 
   const std::optional<std::uint64_t> size = file->Size();
   if (!size)
     return ScriptFileResult::kCannotRead;
-  *text = file->ReadText(*size);
-  return text->size() == *size ? ScriptFileResult::kRead : ScriptFileResult::kCannotRead;
+  if (*size > kLongestScript)
+    return ScriptFileResult::kTooLong;
+  *text = *size == 0 ? file->ReadToEnd(kLongestScript + 1) : file->ReadText(*size);
+  if (text->size() > kLongestScript)
+    return ScriptFileResult::kTooLong;
+  return text->size() >= *size && file->Close() ? ScriptFileResult::kRead : ScriptFileResult::kCannotRead;
 }
 
 std::string FolderOfScript(const std::string& fullPath) {

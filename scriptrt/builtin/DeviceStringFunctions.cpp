@@ -1,6 +1,8 @@
 #include "scriptrt/builtin/DeviceStringFunctions.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 ScriptError CONXTransmitString::Perform(const SysCall& call) {
   const std::string& bytes = call.TextAt(0).Bytes();
@@ -9,20 +11,28 @@ ScriptError CONXTransmitString::Perform(const SysCall& call) {
   return kScriptOk;
 }
 
-ScriptError CONXReceiveString::Compute(const SysCall& call) {
-  // An answer that is under way gets this long to come in, once; a device that talks on without a pause is read until
-  // it is silent or the operator stops the script.
+ScriptError ReceiveUntilSilent(COndDeviceComm_0& channel, const platform::StopEvent& stopEvent, std::size_t limit,
+                               std::string* collected) {
   constexpr std::uint32_t kPauseMs = 20;
   std::array<char, 1024> buffer;
-  std::string collected;
   for (bool first = true;; first = false) {
     std::uint64_t received = 0;
-    const bool failed = Services().channel->Receive(buffer.data(), buffer.size(), &received) != 0;
+    const bool failed = channel.Receive(buffer.data(), buffer.size(), &received) != 0;
     if (failed || received == 0)
-      break;
-    collected.append(buffer.data(), std::min<std::uint64_t>(received, buffer.size()));
-    if (call.context.StopEvent().Wait(first ? kPauseMs : 0))
+      return kScriptOk;
+    const std::size_t count = std::min<std::uint64_t>(received, buffer.size());
+    if (count > limit - collected->size())
+      return kOutOfMemory;
+    collected->append(buffer.data(), count);
+    if (stopEvent.Wait(first ? kPauseMs : 0))
       return kProcessingAborted;
   }
+}
+
+ScriptError CONXReceiveString::Compute(const SysCall& call) {
+  std::string collected;
+  if (const ScriptError error =
+          ReceiveUntilSilent(*Services().channel, call.context.StopEvent(), SharedText::kMaxSize, &collected))
+    return error;
   return call.SetText(std::move(collected));
 }

@@ -9,6 +9,7 @@ namespace {
 
 using platform::File;
 
+constexpr std::uint64_t kTooLong = SharedText::kMaxSize + 1;              // a text of this size is refused
 constexpr std::uint32_t kAll = std::numeric_limits<std::uint32_t>::max(); // as an offset: none
 
 std::uint32_t Number32(const SysCall& call, std::size_t index, std::uint32_t otherwise) {
@@ -37,9 +38,13 @@ ScriptError CONXReadStringFromFileFunc::Compute(const SysCall& call) {
   std::optional<File> file = File::Open(call.PathAt(0), File::Mode::kRead);
   const std::uint64_t size = file ? file->Size().value_or(0) : 0;
   const std::uint64_t offset = Number32(call, 1, 0);
+  const std::uint64_t length = Number32(call, 2, kAll);
+  if (file && size == 0) // or the system makes the bytes when they are read, and does not know how many
+    return call.SetText(file->Seek(offset) ? file->ReadToEnd(std::min<std::uint64_t>(length, kTooLong))
+                                           : std::string());
   if (offset >= size || !file->Seek(offset))
     return call.SetText({});
-  const std::uint64_t count = std::min<std::uint64_t>(Number32(call, 2, kAll), size - offset);
+  const std::uint64_t count = std::min(length, size - offset);
   if (count > SharedText::kMaxSize)
     return kOutOfMemory;
   return call.SetText(file->ReadText(count));

@@ -10,8 +10,9 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
   const std::optional<std::string> path = platform::FullPath(call.PathAt(0));
   const SharedText file = call.TextAt(0); // as passed, whatever the sub-script does to the caller's variable
   std::string text;
-  if (!path || ReadScriptFile(*path, &text) != ScriptFileResult::kRead)
-    return kSystemFunctionFailed;
+  const ScriptFileResult read = path ? ReadScriptFile(*path, &text) : ScriptFileResult::kCannotOpen;
+  if (read != ScriptFileResult::kRead)
+    return read == ScriptFileResult::kTooLong ? kOutOfMemory : kSystemFunctionFailed;
   CONXRunContext context(call.context);
   const std::string folder = FolderOfScript(*path);
   const ScriptError error = RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result});

@@ -87,6 +87,8 @@ EONX_ERR_ERRCODE_ CScriptRunner::Body::RunFile(COndDeviceComm_0& usedChannel, co
     return EONX_ERR_FILE_OPEN;
   case ScriptFileResult::kCannotRead:
     return EONX_ERR_FILE_READ;
+  case ScriptFileResult::kTooLong:
+    return EONX_ERR_OUT_OF_MEMORY;
   case ScriptFileResult::kRead:
     break;
   }

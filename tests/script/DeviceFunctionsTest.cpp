@@ -1,5 +1,6 @@
 // Transfers and their output, on a channel that does as it is told.
 
+#include "scriptrt/builtin/DeviceStringFunctions.h"
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -106,4 +107,24 @@ TEST_CASE("receivestring gives an answer that is under way a pause once") {
     quickest = std::min(quickest, channel.asked[3] - channel.asked[1]);
   }
   CHECK(quickest < kPause);
+}
+
+TEST_CASE("receiving from a device that never falls silent ends where a text would become too long") {
+  class EndlessChannel : public GuardedChannel {
+  public:
+    std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
+      std::fill_n(buffer, size, 'x');
+      *received = size;
+      return 0;
+    }
+  };
+  constexpr std::size_t kLimit = 10 * 1024;
+  EndlessChannel channel;
+  const platform::StopEvent stopEvent;
+  std::string collected;
+  CHECK(ReceiveUntilSilent(channel, stopEvent, kLimit, &collected) == kOutOfMemory);
+  CHECK(collected.size() == kLimit); // what fits is fine
+  collected.clear();
+  CHECK(ReceiveUntilSilent(channel, stopEvent, kLimit - 1, &collected) == kOutOfMemory);
+  CHECK(collected.size() == kLimit - 1024);
 }

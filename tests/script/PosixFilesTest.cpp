@@ -36,3 +36,12 @@ TEST_CASE("writestringtofile with an offset leaves a file whole that it may not 
   chmod((folder.SystemPath() / "log.txt").c_str(), 0644);
   CHECK(folder.Read("log.txt") == "0123456789");
 }
+
+TEST_CASE("files whose bytes the system makes when they are read have a size of 0") {
+  ScriptHarness harness;
+  CHECK(harness.Run("print(substr(readstringfromfile(\"/proc/version\"), 0, 6), getfilesize(\"/proc/version\"),"
+                    "readstringfromfile(\"/proc/version\", 3, 2));",
+                    "Z:\\") == "Linux 0ux");
+  // Read as a script: its first line is no statement.
+  CHECK(harness.Run("executesubscript(\"/proc/version\");", "Z:\\").starts_with("Unknown identifier near line 1/"));
+}
