@@ -6,15 +6,22 @@
 #include "runner/EncodingHint.h"
 #include "scriptrt/run/ScriptCheck.h"
 
-#include <limits>
-
 namespace {
 
-bool ReadScript(const std::string& file, std::string& text) {
-  if (file == "-")
-    return host::ReadStandardInput(text);
-  constexpr auto kNoLimit = std::numeric_limits<std::uint64_t>::max();
-  return host::ReadWholeFile(file, kNoLimit, text) == host::ReadOutcome::kComplete;
+// What keeps a script from being checked; null when it was read.
+const char* ReadScript(const std::string& file, std::string& text) {
+  const bool isInput = file == "-";
+  if (!isInput && !host::IsRegularFile(file))
+    return "the file cannot be read: there is none, or it is no regular one (- reads standard input)";
+  switch (isInput ? host::ReadStandardInput(text) : host::ReadWholeFile(file, host::kLongestScript, text)) {
+  case host::ReadOutcome::kFailed:
+    return "the file cannot be read";
+  case host::ReadOutcome::kTooLarge:
+    return "the file is too long for a script: 4 GiB or more";
+  case host::ReadOutcome::kComplete:
+    break;
+  }
+  return nullptr;
 }
 
 // `found` is a ScriptProblem or an EncodingHint.
@@ -32,8 +39,8 @@ int CheckFiles(std::string_view program, const std::vector<std::string>& files, 
   bool problems = false;
   for (const std::string& file : files) {
     std::string text;
-    if (!ReadScript(file, text)) {
-      host::PrintMessage(program, file + ": the file cannot be read");
+    if (const char* const refusal = ReadScript(file, text)) {
+      host::PrintMessage(program, file + ": " + refusal);
       unreadable = true;
       continue;
     }

@@ -97,9 +97,17 @@ int ConcludeChannel(std::string_view program, const std::string& name, const Run
 
 int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
   std::optional<std::string> text;
-  if (arguments.script == "-" && !ReadStandardInput(text.emplace())) {
-    PrintMessage(program, "standard input cannot be read");
-    return kExitStream;
+  if (arguments.script == "-") {
+    switch (ReadStandardInput(text.emplace())) {
+    case ReadOutcome::kFailed:
+      PrintMessage(program, "standard input cannot be read");
+      return kExitStream;
+    case ReadOutcome::kTooLarge:
+      PrintMessage(program, "standard input is too long for a script: 4 GiB or more");
+      return EONX_ERR_OUT_OF_MEMORY;
+    case ReadOutcome::kComplete:
+      break;
+    }
   }
   if (text && text->find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
     PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");

@@ -1,6 +1,5 @@
 #include "host/commandline/StandardStreams.h"
 
-#include <array>
 #include <cstdio>
 
 namespace host {
@@ -14,11 +13,8 @@ bool StandardOutput::Write(std::string_view bytes) {
   return !m_failed;
 }
 
-bool ReadStandardInput(std::string& bytes) {
-  std::array<char, 65536> chunk;
-  while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), stdin))
-    bytes.append(chunk.data(), count);
-  return std::ferror(stdin) == 0;
+ReadOutcome ReadStandardInput(std::string& text) {
+  return ReadToEnd(stdin, kLongestScript, text);
 }
 
 void PrintMessage(std::string_view program, std::string_view text) {

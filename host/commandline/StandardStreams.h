@@ -1,6 +1,9 @@
 // Results on standard output, messages on standard error.
 #pragma once
 
+#include "host/support/Files.h"
+
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,8 +23,11 @@ private:
   bool m_atLineStart = true;
 };
 
-// False when reading fails; what was read before is in `bytes`.
-bool ReadStandardInput(std::string& bytes);
+// Scripts of 4 GiB or more are refused.
+inline constexpr std::uint64_t kLongestScript = 0xFFFFFFFF;
+
+// A script from standard input, until its end; no more than the longest.
+ReadOutcome ReadStandardInput(std::string& text);
 
 // "PROGRAM: TEXT" on a line of standard error.
 void PrintMessage(std::string_view program, std::string_view text);

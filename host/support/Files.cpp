@@ -1,9 +1,10 @@
 #include "host/support/Files.h"
 
-#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 namespace host {
 namespace {
@@ -13,10 +14,19 @@ struct Closer {
 };
 using OpenFile = std::unique_ptr<std::FILE, Closer>;
 
-bool WriteNewFile(const std::string& path, const std::string& bytes) {
-  OpenFile file(std::fopen(SystemPath(path).c_str(), "wb"));
-  if (!file)
-    return false;
+// Under a name that nobody has, whoever has left something there before. `beside` is its path.
+OpenFile CreateBeside(const std::string& path, std::string& beside) {
+  OpenFile file;
+  unsigned number = 0;
+  do {
+    beside = path + ".new" + (number == 0 ? std::string() : std::to_string(number));
+    file.reset(CreateNewFile(beside));
+    ++number;
+  } while (!file && errno == EEXIST);
+  return file;
+}
+
+bool WriteAndClose(OpenFile file, const std::string& bytes) {
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
   // Closing is where a full disk may show.
   return std::fclose(file.release()) == 0 && written;
@@ -24,23 +34,30 @@ bool WriteNewFile(const std::string& path, const std::string& bytes) {
 
 } // namespace
 
-ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes) {
-  const OpenFile file(std::fopen(SystemPath(path).c_str(), "rb"));
-  if (!file)
-    return ReadOutcome::kFailed;
+ReadOutcome ReadToEnd(std::FILE* file, std::uint64_t limit, std::string& bytes) {
   bytes.clear();
   std::array<char, 65536> chunk;
-  while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file.get())) {
+  while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file)) {
     bytes.append(chunk.data(), count);
     if (bytes.size() > limit)
       return ReadOutcome::kTooLarge;
   }
-  return std::ferror(file.get()) != 0 ? ReadOutcome::kFailed : ReadOutcome::kComplete;
+  return std::ferror(file) != 0 ? ReadOutcome::kFailed : ReadOutcome::kComplete;
+}
+
+ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes) {
+  if (!IsRegularFile(path))
+    return ReadOutcome::kFailed;
+  const OpenFile file(std::fopen(SystemPath(path).c_str(), "rb"));
+  return file ? ReadToEnd(file.get(), limit, bytes) : ReadOutcome::kFailed;
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& bytes) {
-  const std::string beside = path + ".new";
-  if (WriteNewFile(beside, bytes) && ReplaceLocalFile(beside, path))
+  std::string beside;
+  OpenFile file = CreateBeside(path, beside);
+  if (!file)
+    return false;
+  if (WriteAndClose(std::move(file), bytes) && ReplaceLocalFile(beside, path))
     return true;
   RemoveLocalFile(beside);
   return false;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -12,9 +13,12 @@ namespace host {
 
 enum class ReadOutcome { kComplete, kTooLarge, kFailed };
 
-// Reads a whole file, but no more than `limit` bytes. `bytes` is only meaningful with kComplete.
+// Reads until the end, but no more than `limit` bytes. `bytes` is only meaningful with kComplete.
+ReadOutcome ReadToEnd(std::FILE* file, std::uint64_t limit, std::string& bytes);
+// The same of a whole file; folders, devices and pipes, whose end may never come, fail.
 ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes);
-// Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure.
+// Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure,
+// and so is whatever else lies there.
 bool WriteWholeFile(const std::string& path, const std::string& bytes);
 
 // --- the system part
@@ -29,6 +33,8 @@ std::string ScriptPath(const std::string& typed);
 std::string PathInFolder(const std::string& folder, const std::string& name);
 // Whether a file is there, and no folder, device or pipe, whose end may never come.
 bool IsRegularFile(const std::string& path);
+// A new file to write to; null when there cannot be one, with EEXIST in errno when something has that name.
+std::FILE* CreateNewFile(const std::string& path);
 bool ReplaceLocalFile(const std::string& from, const std::string& to);
 bool RemoveLocalFile(const std::string& path);
 // True when the folder is there afterwards. Folders above it must exist.

@@ -215,6 +215,15 @@ def check_checker():
         (b'print("\xC3\xA9 \xE9");', 0, b""),
     ):
         expect(["check", "-"], code, output and b"<stdin>:" + output, text=text)
+    pathlib.Path("open.dcs").write_bytes(b"while (1) {\n  print(1);\n\n")
+    expect(["check", "open.dcs"], 1, b"open.dcs:2:12: error: Unexpected token\n")
+    os.mkfifo("fifo.dcs")
+    expect(["check", "fifo.dcs"], 5, message=b"fifo.dcs: the file cannot be read: there is none, or it is no regular one")
+    expect(["check", "/dev/zero"], 5, message=b"/dev/zero: the file cannot be read")
+    with open("huge.dcs", "wb") as huge:
+        huge.truncate(4 << 30)  # takes no room on the disk
+    expect(["run", "huge.dcs"], 18, message=b"huge.dcs: out of memory")
+    os.remove("huge.dcs")
     expect(["check"], 2, message=b"FILE is required")
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
 

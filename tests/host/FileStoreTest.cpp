@@ -131,6 +131,23 @@ TEST_CASE("device folder: a file that fills the device is there again, one byte 
   CHECK(DirectoryOf(*MakeDevice(options)) == "");
 }
 
+TEST_CASE("device folder: storing a file touches nothing else, through a link either") {
+  const TemporaryFolder folder;
+  folder.Write("somebody's", "theirs");
+  folder.Write("003-type1.bin.new", "theirs");
+  folder.Write("003-type1.bin.new2", "theirs");
+  std::error_code refused; // Windows asks for a privilege
+  std::filesystem::create_symlink("somebody's", folder.SystemPath() / "003-type1.bin.new1", refused);
+  const std::vector<std::string> before = folder.Names();
+
+  const auto device = MakeDevice(WithFolder(folder));
+  REQUIRE(Send(*device, "new", 3, 1) == kChannelOk);
+  CHECK(folder.Read("003-type1.bin") == "new");
+  for (const std::string& name : before)
+    CHECK(folder.Read(name) == "theirs");
+  CHECK(folder.Names().size() == before.size() + 1);
+}
+
 TEST_CASE("device folder: one that vanishes is a device error") {
   const TemporaryFolder folder;
   ChannelOptions options;

@@ -41,6 +41,10 @@ bool IsRegularFile(const std::string& path) {
   return stat(SystemPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+std::FILE* CreateNewFile(const std::string& path) {
+  return std::fopen(SystemPath(path).c_str(), "wbx");
+}
+
 bool ReplaceLocalFile(const std::string& from, const std::string& to) {
   return std::rename(SystemPath(from).c_str(), SystemPath(to).c_str()) == 0;
 }

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <memory>
+#include <sys/stat.h>
 #include <windows.h>
 
 namespace host {
@@ -30,6 +33,11 @@ bool IsRegularFile(const std::string& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const Handle file(CreateFileA(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
   return file.IsOpen() && GetFileType(file.Get()) == FILE_TYPE_DISK;
+}
+
+std::FILE* CreateNewFile(const std::string& path) {
+  const int file = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+  return file < 0 ? nullptr : _fdopen(file, "wb");
 }
 
 bool ReplaceLocalFile(const std::string& from, const std::string& to) {
