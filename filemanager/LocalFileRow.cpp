@@ -1,5 +1,6 @@
 #include "filemanager/LocalFileRow.h"
 
+#include "util/AsciiCase.h"
 #include "util/FileMode.h"
 #include "util/ScanNumber.h"
 

@@ -1,20 +1,12 @@
 #include "util/EscapedString.h"
 
+#include "util/HexDigit.h"
+
 #include <optional>
 #include <string_view>
 #include <utility>
 
 namespace {
-
-std::optional<unsigned> DigitValue(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  if (c >= 'A' && c <= 'F')
-    return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f')
-    return c - 'a' + 10;
-  return std::nullopt;
-}
 
 // The byte of an escape of one character. \a, \b and \f are digits like the others here, not C's control characters.
 std::optional<char> SimpleEscape(char c) {
@@ -29,7 +21,7 @@ std::optional<char> SimpleEscape(char c) {
   case 'r':
     return '\r';
   default:
-    if (const std::optional<unsigned> digit = DigitValue(c))
+    if (const std::optional<unsigned> digit = HexDigitValue(c))
       return static_cast<char>(*digit);
     return std::nullopt;
   }
@@ -124,7 +116,7 @@ EscapedStringReader::Step EscapedStringReader::ReadNumber() {
       return anyDigit ? Append(static_cast<char>(value))
                       : Fail(Quoted("Invalid number in ESC sequence", std::to_string(value)));
     }
-    const std::optional<unsigned> digit = DigitValue(c);
+    const std::optional<unsigned> digit = HexDigitValue(c);
     if (first && (c == 'x' || c == 'X')) {
       base = 16;
     } else if (first && (c == 'b' || c == 'B')) {

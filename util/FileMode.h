@@ -8,5 +8,3 @@
 const char* FileModeWord(std::uint32_t mode);
 // Without regard to ASCII case; OND_FILE_NORMAL for every other text.
 std::uint32_t FileModeOf(std::string_view word);
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b);

@@ -1,5 +1,7 @@
 #include "util/ScanNumber.h"
 
+#include "util/HexDigit.h"
+
 #include <limits>
 
 namespace {
@@ -8,12 +10,9 @@ bool IsSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// 16 and more: no digit.
+// 16: no digit.
 unsigned DigitValue(char c) {
-  if (c >= '0' && c <= '9')
-    return static_cast<unsigned>(c - '0');
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? static_cast<unsigned>(lower - 'a') + 10 : 16;
+  return HexDigitValue(c).value_or(16);
 }
 
 } // namespace

@@ -1,17 +1,13 @@
 #include "scriptrt/builtin/ExternalVariables.h"
 
-#include <algorithm>
+#include "util/AsciiCase.h"
+
 #include <cstring>
 
 namespace {
 
 std::string NameOf(const TONXSCRIPTVARIABLE& record) {
   return record.name ? record.name : "";
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 template <typename T>
@@ -62,7 +58,7 @@ std::uint64_t ExternalVariables::Get(TONXSCRIPTVARIABLE* records, std::size_t co
   for (std::size_t i = 0; records && i < count; ++i) {
     const std::string name = NameOf(records[i]);
     for (const Variable& variable : m_variables) {
-      if (!SameName(variable.name, name))
+      if (!EqualsIgnoringCase(variable.name, name))
         continue;
       WriteValue(variable.value, &records[i]);
       ++found;
