@@ -40,11 +40,11 @@ bool ChannelSlot::IsUsed() const {
 }
 
 bool ChannelSlot::IsConnecting() {
-  return Inner() != nullptr && ForwardingChannel::IsConnecting();
+  return Inner() && ForwardingChannel::IsConnecting();
 }
 
 std::int32_t ChannelSlot::WaitUntilOpen() {
-  return Inner() != nullptr ? ForwardingChannel::WaitUntilOpen() : kNotOpen;
+  return Inner() ? ForwardingChannel::WaitUntilOpen() : kNotOpen;
 }
 
 std::int32_t ChannelSlot::Lock(void* owner, std::uint32_t timeoutMs) {
@@ -64,7 +64,7 @@ std::int32_t ChannelSlot::Unlock(void* owner) {
 }
 
 void ChannelSlot::Around(ChannelCall& call) {
-  if (Inner() != nullptr)
+  if (Inner())
     call.Forward();
   else
     call.AnswerInstead(AnswerOfNoChannel(call.operation));

@@ -39,7 +39,7 @@ const char* ChannelSource::GetInfoString(std::uint32_t what, std::int64_t code) 
     return m_configuration.c_str();
   case OND_INFO_ERROR: {
     const char* text = ErrorText(code);
-    return text != nullptr ? text : TextOfForeignCode(code);
+    return text ? text : TextOfForeignCode(code);
   }
   default:
     return "";
@@ -64,21 +64,20 @@ std::uint32_t ChannelSource::GetState() {
 
 std::int32_t ChannelSource::Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) {
   return Guarded([&]() -> std::int32_t {
-    if (received == nullptr || (buffer == nullptr && bufferSize != 0))
+    if (!received || (!buffer && bufferSize != 0))
       return kInvalidArgument;
-    std::size_t count = 0;
-    const std::int32_t code = ReceiveBytes(buffer, bufferSize, count);
-    *received = count;
-    return code;
+    const auto count = ReceiveBytes(buffer, bufferSize);
+    *received = count.value_or(0);
+    return count ? static_cast<std::int32_t>(kChannelOk) : count.error();
   });
 }
 
 std::int32_t ChannelSource::Transmit(const char* data, std::uint64_t length, std::uint64_t* written) {
   return Guarded([&]() -> std::int32_t {
-    if (data == nullptr && length != 0)
+    if (!data && length != 0)
       return kInvalidArgument;
     const std::int32_t code = SendBytes({data, static_cast<std::size_t>(length)});
-    if (written != nullptr)
+    if (written)
       *written = code == kChannelOk ? length : 0;
     return code;
   });
@@ -87,9 +86,8 @@ std::int32_t ChannelSource::Transmit(const char* data, std::uint64_t length, std
 template <class Work>
 std::int32_t ChannelSource::WithFiles(Work work) noexcept {
   return Guarded([&]() -> std::int32_t {
-    std::int32_t code = kChannelOk;
-    DeviceFiles* const files = Files(code);
-    return files != nullptr ? work(*files) : code;
+    const auto files = Files();
+    return files ? work(**files) : files.error();
   });
 }
 
@@ -98,7 +96,7 @@ std::int32_t ChannelSource::TransmitFileFromMemory(const char* data, std::uint64
                                                    TransferProgressCallback callback, void* context, std::uint32_t,
                                                    std::uint32_t steps) {
   return WithFiles([&](DeviceFiles& files) -> std::int32_t {
-    if (data == nullptr && length != 0)
+    if (!data && length != 0)
       return kInvalidArgument;
     const std::string_view bytes(data, static_cast<std::size_t>(length));
     return files.SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
@@ -109,7 +107,7 @@ std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fil
                                          std::uint32_t fileMode, TransferProgressCallback callback, void* context,
                                          std::uint32_t, std::uint32_t steps) {
   return WithFiles([&](DeviceFiles& files) -> std::int32_t {
-    if (localPath == nullptr)
+    if (!localPath)
       return kInvalidArgument;
     const std::string path = FromScriptPath(localPath);
     if (!IsRegularFile(path))
@@ -146,7 +144,7 @@ std::uint64_t ChannelSource::GetDirectoryEntryCount() {
 
 std::int32_t ChannelSource::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) {
   const std::lock_guard guard(m_directoryMutex);
-  if (entry == nullptr || index >= m_directory.entries.size())
+  if (!entry || index >= m_directory.entries.size())
     return kInvalidArgument;
   *entry = m_directory.entries[index];
   return kChannelOk;
@@ -154,7 +152,7 @@ std::int32_t ChannelSource::GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY*
 
 std::int32_t ChannelSource::GetDirectoryInfo(TDEVDIRINFO* info) {
   const std::lock_guard guard(m_directoryMutex);
-  if (info == nullptr)
+  if (!info)
     return kInvalidArgument;
   *info = m_directory.info;
   return kChannelOk;

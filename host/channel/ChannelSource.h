@@ -4,6 +4,8 @@
 
 #include "host/channel/Channel.h"
 
+#include <tl/expected.hpp>
+
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -26,7 +28,7 @@ struct TransferProgress {
   std::uint32_t steps;
 
   // Reports `stepsDone` of `steps`. False: the transfer is to be aborted.
-  bool Report(std::uint32_t stepsDone) const { return callback == nullptr || callback(context, stepsDone) == 0; }
+  bool Report(std::uint32_t stepsDone) const { return !callback || callback(context, stepsDone) == 0; }
 };
 
 struct Directory {
@@ -74,12 +76,13 @@ protected:
   // Both texts are for users: what this is, and how it is set up.
   ChannelSource(std::string description, std::string configuration);
 
-  // What a source is. All of them may be called from any thread and answer a code (0: success) where they can fail.
+  // What a source is. All of them may be called from any thread; what can fail answers a code, 0 for success.
   virtual bool IsOpen() = 0;
-  virtual std::int32_t ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) = 0;
+  // How many bytes were put into `buffer`, or the code that tells why none can come.
+  virtual tl::expected<std::size_t, std::int32_t> ReceiveBytes(char* buffer, std::size_t capacity) = 0;
   virtual std::int32_t SendBytes(std::string_view bytes) = 0;
-  // Null: files cannot be reached, and `code` tells why.
-  virtual DeviceFiles* Files(std::int32_t& code) = 0;
+  // The files, which stay the source's and are never null, or the code that tells why they cannot be reached.
+  virtual tl::expected<DeviceFiles*, std::int32_t> Files() = 0;
   // The text of a code, the source's for as long as it lives; null when it is unknown.
   virtual const char* ErrorText(std::int64_t code);
 

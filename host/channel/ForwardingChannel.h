@@ -28,7 +28,7 @@ public:
   // Answers in place of the channel inside: nothing is moved.
   void AnswerInstead(std::int64_t value) {
     answer = value;
-    if (moved != nullptr)
+    if (moved)
       *moved = 0;
   }
 

@@ -7,10 +7,10 @@
 namespace host {
 
 std::int32_t LockingChannel::Lock(void* owner, std::uint32_t timeoutMs) {
-  if (owner == nullptr)
+  if (!owner)
     return kInvalidArgument;
   std::unique_lock guard(m_mutex);
-  const auto available = [&] { return m_owner == nullptr || m_owner == owner; };
+  const auto available = [&] { return !m_owner || m_owner == owner; };
   if (!m_released.wait_for(guard, std::chrono::milliseconds(timeoutMs), available))
     return kChannelLocked;
   m_owner = owner;
@@ -20,7 +20,7 @@ std::int32_t LockingChannel::Lock(void* owner, std::uint32_t timeoutMs) {
 
 std::int32_t LockingChannel::Unlock(void* owner) {
   const std::lock_guard guard(m_mutex);
-  if (owner == nullptr || owner != m_owner)
+  if (!owner || owner != m_owner)
     return kNotLocked;
   if (--m_depth == 0) {
     m_owner = nullptr;

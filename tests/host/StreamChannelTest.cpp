@@ -26,7 +26,7 @@ class FakeLink : public Link {
 public:
   explicit FakeLink(Wire& wire) : m_wire(wire) {}
 
-  LinkFailure Open() override { return {}; }
+  LinkOpened Open() override { return {}; }
   Movement Move(std::string_view toSend, bool) override {
     std::this_thread::sleep_for(kPause); // instead of waiting for the signal
     if (m_wire.outOfMemory)

@@ -138,7 +138,7 @@ void DeviceConsole::Echo(std::string_view argument) {
 
 void DeviceConsole::Adc(std::string_view argument) {
   AnalogLoop* loop = FindLoop(argument);
-  if (loop == nullptr)
+  if (!loop)
     return;
   const std::int32_t left = loop->output - loop->input;
   loop->input += (left + (left > 0) - (left < 0)) / 2;
@@ -148,7 +148,7 @@ void DeviceConsole::Adc(std::string_view argument) {
 void DeviceConsole::Dac(std::string_view argument) {
   const Words words = SplitFirstWord(argument);
   AnalogLoop* loop = FindLoop(words.first);
-  if (loop == nullptr)
+  if (!loop)
     return;
   if (words.rest.empty())
     return Answer(std::to_string(loop->output));

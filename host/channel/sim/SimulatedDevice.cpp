@@ -47,10 +47,9 @@ SimulatedDevice::SimulatedDevice(const SimulatedDeviceOptions& options, std::opt
     : ChannelSource("Simulated device", Configuration(options)), m_blockTime(options.blockTime),
       m_files(options.blocks, std::move(folder)), m_console(m_files) {}
 
-std::int32_t SimulatedDevice::ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) {
+tl::expected<std::size_t, std::int32_t> SimulatedDevice::ReceiveBytes(char* buffer, std::size_t capacity) {
   const std::lock_guard guard(m_mutex);
-  received = m_console.Read(buffer, capacity);
-  return kChannelOk;
+  return m_console.Read(buffer, capacity);
 }
 
 std::int32_t SimulatedDevice::SendBytes(std::string_view bytes) {

@@ -22,9 +22,9 @@ public:
 
 private:
   bool IsOpen() override { return true; }
-  std::int32_t ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) override;
+  tl::expected<std::size_t, std::int32_t> ReceiveBytes(char* buffer, std::size_t capacity) override;
   std::int32_t SendBytes(std::string_view bytes) override;
-  DeviceFiles* Files(std::int32_t&) override { return this; }
+  tl::expected<DeviceFiles*, std::int32_t> Files() override { return static_cast<DeviceFiles*>(this); }
   std::uint64_t LargestFile() const override { return m_files.Capacity(); }
   std::int32_t SendFile(const DeviceFile& file, const TransferProgress& progress) override;
   std::int32_t ListFiles(Directory& directory) override;

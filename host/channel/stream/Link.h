@@ -4,6 +4,8 @@
 #include "host/channel/stream/Signal.h"
 #include "host/channel/stream/StreamSettings.h"
 
+#include <tl/expected.hpp>
+
 #include <chrono>
 #include <memory>
 #include <string>
@@ -11,8 +13,10 @@
 
 namespace host {
 
-// Why a link could not be made, or has ended; empty while all is well. For users, mostly in the system's words.
+// Why a link could not be made, or has ended. For users, mostly in the system's words.
 using LinkFailure = std::string;
+
+using LinkOpened = tl::expected<void, LinkFailure>;
 
 // How long the making of a connection may take.
 inline constexpr std::chrono::seconds kConnectTime{10};
@@ -21,7 +25,7 @@ inline constexpr std::chrono::seconds kConnectTime{10};
 struct Movement {
   std::size_t sent = 0;      // bytes from the front of what was to be sent
   std::string_view received; // the link's own, until the next call
-  LinkFailure failure;       // set: the link has ended for good
+  LinkFailure failure;       // not empty: the link has ended for good
 };
 
 // Everything but `WakeSignal` belongs to one thread, the one that drives the link. The destructor gives the system's
@@ -34,7 +38,7 @@ public:
   virtual ~Link() = default;
 
   // 1. Makes the connection, within kConnectTime. A raised signal ends the attempt.
-  virtual LinkFailure Open() = 0;
+  virtual LinkOpened Open() = 0;
 
   // 2. Again and again: waits until something has moved, the link has ended, or the signal is raised, which it clears.
   //

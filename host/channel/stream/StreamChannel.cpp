@@ -49,15 +49,17 @@ const char* StreamChannel::ErrorText(std::int64_t code) {
   return ChannelSource::ErrorText(code);
 }
 
-std::int32_t StreamChannel::ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) {
+tl::expected<std::size_t, std::int32_t> StreamChannel::ReceiveBytes(char* buffer, std::size_t capacity) {
   std::unique_lock guard(m_mutex);
   const bool wasFull = m_incoming.Size() >= kReceiveCapacity;
-  received = m_incoming.Take(buffer, capacity);
+  const std::size_t received = m_incoming.Take(buffer, capacity);
   const bool atEnd = m_incoming.Size() == 0 && received == 0 && !IsOpen();
   guard.unlock();
   if (wasFull)
     m_wake->Raise();
-  return atEnd ? kNotOpen : kChannelOk;
+  if (atEnd)
+    return tl::unexpected(kNotOpen);
+  return received;
 }
 
 std::int32_t StreamChannel::SendBytes(std::string_view bytes) {
@@ -75,9 +77,8 @@ std::int32_t StreamChannel::SendBytes(std::string_view bytes) {
   return kChannelOk;
 }
 
-DeviceFiles* StreamChannel::Files(std::int32_t& code) {
-  code = IsOpen() ? kNoDeviceFiles : kNotOpen;
-  return nullptr;
+tl::expected<DeviceFiles*, std::int32_t> StreamChannel::Files() {
+  return tl::unexpected(IsOpen() ? kNoDeviceFiles : kNotOpen);
 }
 
 void StreamChannel::Run(std::unique_ptr<Link> link) noexcept {
@@ -97,14 +98,14 @@ void StreamChannel::Run(std::unique_ptr<Link> link) noexcept {
 }
 
 LinkFailure StreamChannel::Drive(Link& link) {
-  LinkFailure failure = link.Open();
-  if (!failure.empty())
-    return failure;
+  if (auto opened = link.Open(); !opened)
+    return std::move(opened.error());
   {
     const std::lock_guard guard(m_mutex);
     m_state = State::kOpen;
   }
   m_changed.notify_all();
+  LinkFailure failure;
   for (bool mayReceive = true; failure.empty() && Prepare(mayReceive);) {
     Movement movement = link.Move(std::string_view(m_sending).substr(m_sent), mayReceive);
     Settle(movement);

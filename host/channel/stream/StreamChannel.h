@@ -55,9 +55,9 @@ private:
 
   const char* ErrorText(std::int64_t code) override;
   bool IsOpen() override { return m_state == State::kOpen; }
-  std::int32_t ReceiveBytes(char* buffer, std::size_t capacity, std::size_t& received) override;
+  tl::expected<std::size_t, std::int32_t> ReceiveBytes(char* buffer, std::size_t capacity) override;
   std::int32_t SendBytes(std::string_view bytes) override;
-  DeviceFiles* Files(std::int32_t& code) override;
+  tl::expected<DeviceFiles*, std::int32_t> Files() override;
 
   // The thread, and its steps.
   void Run(std::unique_ptr<Link> link) noexcept;

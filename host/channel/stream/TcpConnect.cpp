@@ -9,12 +9,13 @@ namespace host {
 namespace {
 
 using std::chrono::steady_clock;
+using FoundAddresses = tl::expected<Addresses, LinkFailure>;
 
 // A look-up that is under way, shared by the thread that does it and the one that waits.
 struct LookUpState {
   Signal done;
   std::mutex mutex; // guards the result
-  std::optional<Addresses> result;
+  std::optional<FoundAddresses> result;
 };
 
 // A system's look-up cannot be ended, and may take longer than a user waits. So it has a thread of its own, which is
@@ -22,11 +23,11 @@ struct LookUpState {
 std::shared_ptr<LookUpState> StartLookUp(const TcpAddress& address) {
   auto state = std::make_shared<LookUpState>();
   std::thread([state, address] {
-    Addresses found;
+    FoundAddresses found;
     try {
       found = LookUp(address);
     } catch (...) {
-      found.failure = "Out of memory";
+      found = tl::unexpected<LinkFailure>("Out of memory"); // short enough to need none
     }
     const std::lock_guard guard(state->mutex);
     state->result = std::move(found);
@@ -35,29 +36,33 @@ std::shared_ptr<LookUpState> StartLookUp(const TcpAddress& address) {
   return state;
 }
 
-Addresses LookUpInTime(const TcpAddress& address, const Signal& end, ConnectDeadline deadline) {
+FoundAddresses LookUpInTime(const TcpAddress& address, const Signal& end, ConnectDeadline deadline) {
   const auto state = StartLookUp(address);
   if (WaitForEither(end, state->done, deadline))
-    return {{}, kEnded};
+    return tl::unexpected(Ended());
   const std::lock_guard guard(state->mutex);
-  return state->result ? std::move(*state->result) : Addresses{{}, "No answer to the look-up of " + address.host};
+  if (!state->result)
+    return tl::unexpected("No answer to the look-up of " + address.host);
+  return std::move(*state->result);
 }
 
 } // namespace
 
-LinkFailure ConnectTcp(const TcpAddress& address, const Signal& end,
-                       const std::function<LinkFailure(const SocketAddress&, ConnectDeadline)>& connect) {
+LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
+                      const std::function<LinkOpened(const SocketAddress&, ConnectDeadline)>& connect) {
   const ConnectDeadline deadline = steady_clock::now() + kConnectTime;
-  const Addresses addresses = LookUpInTime(address, end, deadline);
-  LinkFailure failure = addresses.failure;
-  for (std::size_t i = 0; i < addresses.all.size(); ++i) {
+  const FoundAddresses addresses = LookUpInTime(address, end, deadline);
+  if (!addresses)
+    return tl::unexpected(addresses.error());
+  LinkOpened opened = tl::unexpected(NoAnswer());
+  for (std::size_t i = 0; i < addresses->size(); ++i) {
     const auto now = steady_clock::now();
-    const auto share = (deadline - now) / static_cast<int>(addresses.all.size() - i);
-    failure = connect(addresses.all[i], now + share);
-    if (failure.empty())
+    const auto share = (deadline - now) / static_cast<int>(addresses->size() - i);
+    opened = connect((*addresses)[i], now + share);
+    if (opened)
       break;
   }
-  return failure;
+  return opened;
 }
 
 LinkFailure NoAnswer() {

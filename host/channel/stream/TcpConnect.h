@@ -18,10 +18,7 @@ struct SocketAddress {
   int family = 0;
 };
 
-struct Addresses {
-  std::vector<SocketAddress> all;
-  LinkFailure failure; // set: there are none
-};
+using Addresses = std::vector<SocketAddress>;
 
 // What a system's getaddrinfo has found.
 template <class AddressInfo>
@@ -32,7 +29,7 @@ Addresses CopyAddresses(const AddressInfo* list) {
     copy.family = list->ai_family;
     copy.size = std::min<std::size_t>(list->ai_addrlen, copy.bytes.size());
     std::memcpy(copy.bytes.data(), list->ai_addr, copy.size);
-    found.all.push_back(copy);
+    found.push_back(copy);
   }
   return found;
 }
@@ -41,11 +38,13 @@ using ConnectDeadline = std::chrono::steady_clock::time_point;
 
 // Looks the host up and passes its addresses to `connect`, one after the other until one answers; each has its share of
 // kConnectTime. `connect` gets the address and the time at which it is to give up. Ends early when `end` is raised.
-LinkFailure ConnectTcp(const TcpAddress& address, const Signal& end,
-                       const std::function<LinkFailure(const SocketAddress&, ConnectDeadline)>& connect);
+LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
+                      const std::function<LinkOpened(const SocketAddress&, ConnectDeadline)>& connect);
 
 // For an attempt that was ended; nobody sees it.
-inline constexpr const char* kEnded = "Ended";
+inline LinkFailure Ended() {
+  return "Ended";
+}
 // "No answer within 10 s".
 LinkFailure NoAnswer();
 
@@ -55,7 +54,7 @@ int MillisecondsUntil(ConnectDeadline deadline);
 // --- the system part
 
 // Looks a host up; may take as long as the system likes. [any thread]
-Addresses LookUp(const TcpAddress& address);
+tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address);
 // Waits for one of two signals until then. True: `end` is raised.
 bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline);
 

@@ -54,20 +54,20 @@ public:
     }
   }
 
-  LinkFailure Open() override {
+  LinkOpened Open() override {
     const auto* const speed = std::find_if(std::begin(kSpeeds), std::end(kSpeeds),
                                            [this](const Speed& each) { return each.baud == m_line.baud; });
     if (speed == std::end(kSpeeds))
-      return "This system has no speed of " + std::to_string(m_line.baud) + " baud";
+      return tl::unexpected("This system has no speed of " + std::to_string(m_line.baud) + " baud");
     // Not blocking, or opening would wait for a modem's carrier.
     Descriptor port(open(m_line.port.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     termios settings = {};
     if (!port.IsOpen() || tcgetattr(port.Number(), &settings) != 0)
-      return SystemErrorText(errno);
+      return tl::unexpected(SystemErrorText(errno));
     Describe(m_line, speed->code, settings);
     // Two programs on one port would each get a part of the answers.
     if (tcsetattr(port.Number(), TCSANOW, &settings) != 0 || ioctl(port.Number(), TIOCEXCL) != 0)
-      return SystemErrorText(errno);
+      return tl::unexpected(SystemErrorText(errno));
     Attach(std::move(port));
     return {};
   }

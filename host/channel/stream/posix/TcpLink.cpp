@@ -31,34 +31,34 @@ class TcpLink : public DescriptorLink {
 public:
   explicit TcpLink(const TcpAddress& address) : m_address(address) {}
 
-  LinkFailure Open() override {
+  LinkOpened Open() override {
     return ConnectTcp(m_address, *WakeSignal(), [this](const SocketAddress& address, ConnectDeadline deadline) {
       return Connect(address, deadline);
     });
   }
 
 private:
-  LinkFailure Connect(const SocketAddress& address, ConnectDeadline deadline) {
+  LinkOpened Connect(const SocketAddress& address, ConnectDeadline deadline) {
     Descriptor made(socket(address.family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
     if (!made.IsOpen())
-      return SystemErrorText(errno);
+      return tl::unexpected(SystemErrorText(errno));
     const auto* const name = reinterpret_cast<const sockaddr*>(address.bytes.data());
     if (connect(made.Number(), name, static_cast<socklen_t>(address.size)) != 0 && errno != EINPROGRESS)
-      return SystemErrorText(errno);
+      return tl::unexpected(SystemErrorText(errno));
     pollfd waits[] = {{made.Number(), POLLOUT, 0}, {static_cast<int>(WakeSignal()->Native()), POLLIN, 0}};
     int ready = 0;
     do
       ready = poll(waits, 2, MillisecondsUntil(deadline));
     while (ready < 0 && errno == EINTR);
     if (ready <= 0)
-      return ready == 0 ? NoAnswer() : SystemErrorText(errno);
+      return tl::unexpected(ready == 0 ? NoAnswer() : SystemErrorText(errno));
     if (waits[1].revents != 0)
-      return kEnded;
+      return tl::unexpected(Ended());
     int error = 0;
     socklen_t size = sizeof error;
     getsockopt(made.Number(), SOL_SOCKET, SO_ERROR, &error, &size);
     if (error != 0)
-      return SystemErrorText(error);
+      return tl::unexpected(SystemErrorText(error));
     SetOptions(made);
     Attach(std::move(made));
     return {};
@@ -74,13 +74,13 @@ private:
 
 } // namespace
 
-Addresses LookUp(const TcpAddress& address) {
+tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address) {
   addrinfo hints = {};
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* list = nullptr;
   const int error = getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &list);
   if (error != 0)
-    return {{}, error == EAI_SYSTEM ? SystemErrorText(errno) : gai_strerror(error)};
+    return tl::unexpected(error == EAI_SYSTEM ? SystemErrorText(errno) : LinkFailure(gai_strerror(error)));
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(list, freeaddrinfo);
   return CopyAddresses(list);
 }

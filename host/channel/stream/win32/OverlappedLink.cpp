@@ -13,7 +13,7 @@ LinkFailure FailureOf(DWORD error) {
 }
 
 bool IsRaised(HANDLE event) {
-  return event != nullptr && WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
+  return event && WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
 }
 
 bool HasEnded(const Operation& operation) {
@@ -68,7 +68,7 @@ void OverlappedLink::Wait() {
     if (operation->pending)
       handles[count++] = operation->Done();
   }
-  if (m_receiving.pending && EndEvent() != nullptr)
+  if (m_receiving.pending && EndEvent())
     handles[count++] = EndEvent();
   if (WaitForMultipleObjects(count, handles, FALSE, INFINITE) == WAIT_OBJECT_0)
     WakeSignal()->Clear();

@@ -45,16 +45,16 @@ public:
       EndOperations(m_port.Get());
   }
 
-  LinkFailure Open() override {
+  LinkOpened Open() override {
     m_port = Handle(CreateFileA(DeviceName(m_line.port).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                 OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
     if (!m_port.IsOpen())
-      return LastFailure();
+      return tl::unexpected(LastFailure());
     DCB settings = Describe(m_line);
     // A receive operation ends when nothing came for 1 ms after a byte, or when the piece is full.
     COMMTIMEOUTS timeouts = {1, 0, 0, 0, 0};
     if (SetCommState(m_port.Get(), &settings) == FALSE || SetCommTimeouts(m_port.Get(), &timeouts) == FALSE)
-      return LastFailure();
+      return tl::unexpected(LastFailure());
     SetupComm(m_port.Get(), kDriverBuffer, kDriverBuffer);
     SetPiece(std::max(m_line.baud / kBitsPerByte / kPiecesPerSecond, 16U));
     return {};

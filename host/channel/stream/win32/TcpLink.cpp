@@ -72,32 +72,32 @@ public:
     Part();
   }
 
-  LinkFailure Open() override {
+  LinkOpened Open() override {
     return ConnectTcp(m_address, *WakeSignal(), [this](const SocketAddress& address, ConnectDeadline deadline) {
       return Connect(address, deadline);
     });
   }
 
 private:
-  LinkFailure Connect(const SocketAddress& address, ConnectDeadline deadline) {
+  LinkOpened Connect(const SocketAddress& address, ConnectDeadline deadline) {
     Signal connected; // outlives the socket that raises it
     Socket made(WSASocketW(address.family, SOCK_STREAM, IPPROTO_TCP, nullptr, 0,
                            WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT));
     const auto event = reinterpret_cast<WSAEVENT>(connected.Native());
     if (!made.IsOpen() || WSAEventSelect(made.Get(), event, FD_CONNECT) != 0)
-      return LastFailure();
+      return tl::unexpected(LastFailure());
     const auto* const name = reinterpret_cast<const sockaddr*>(address.bytes.data());
     if (connect(made.Get(), name, static_cast<int>(address.size)) != 0 && WSAGetLastError() != WSAEWOULDBLOCK)
-      return LastFailure();
+      return tl::unexpected(LastFailure());
     if (WaitForEither(*WakeSignal(), connected, deadline))
-      return kEnded;
+      return tl::unexpected(Ended());
     WSANETWORKEVENTS events = {};
     if (WSAEnumNetworkEvents(made.Get(), event, &events) != 0)
-      return LastFailure();
+      return tl::unexpected(LastFailure());
     if ((events.lNetworkEvents & FD_CONNECT) == 0)
-      return NoAnswer();
+      return tl::unexpected(NoAnswer());
     if (const int error = events.iErrorCode[FD_CONNECT_BIT]; error != 0)
-      return SystemErrorText(error);
+      return tl::unexpected(SystemErrorText(error));
     WSAEventSelect(made.Get(), reinterpret_cast<WSAEVENT>(m_end.Native()), FD_CLOSE);
     SetOptions(made);
     m_socket = std::move(made);
@@ -158,14 +158,14 @@ private:
 
 } // namespace
 
-Addresses LookUp(const TcpAddress& address) {
+tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address) {
   const Winsock winsock;
   addrinfo hints = {};
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* list = nullptr;
   const int error = getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &list);
   if (error != 0)
-    return {{}, SystemErrorText(error)};
+    return tl::unexpected(SystemErrorText(error));
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(list, freeaddrinfo);
   return CopyAddresses(list);
 }
