@@ -41,9 +41,7 @@ bool CProgressDialog::OnInitDialog() {
   m_fileBar.SubclassDlgItem(IDC_PROGRESS_FILE_BAR, *this);
   m_totalBar.SetRange(0, 100);
   m_fileBar.SetRange(0, 100);
-  m_window = GetSafeHwnd();
-  m_worker = CreateThread(nullptr, kStackSize, ThreadProc, this, 0, nullptr);
-  m_hasRun = m_worker != nullptr;
+  m_hasRun = m_worker.Start(GetSafeHwnd(), WM_CLOSE, kStackSize, Work, this);
   if (!m_hasRun)
     EndDialog(IDCANCEL);
   return true;
@@ -51,23 +49,21 @@ bool CProgressDialog::OnInitDialog() {
 
 // --- the worker's thread
 
-DWORD WINAPI CProgressDialog::ThreadProc(void* dialog) {
+std::int32_t CProgressDialog::Work(void* dialog) {
   auto& self = *static_cast<CProgressDialog*>(dialog);
-  const std::int32_t result = self.m_loop.Run(self);
-  PostMessageA(self.m_window, WM_CLOSE, 0, 0);
-  return static_cast<DWORD>(result);
+  return self.m_loop.Run(self);
 }
 
 void CProgressDialog::OnFileStarted(std::size_t index) noexcept {
   m_index = index;
   if (!m_fileStartedPosted.exchange(true))
-    PostMessageA(m_window, kFileStartedMessage, PercentDone(index), static_cast<LPARAM>(index));
+    m_worker.Post(kFileStartedMessage, PercentDone(index), static_cast<LPARAM>(index));
 }
 
 void CProgressDialog::OnStepsDone(std::uint32_t steps) noexcept {
   m_steps = steps;
   if (!m_stepsDonePosted.exchange(true))
-    PostMessageA(m_window, kStepsDoneMessage, steps, 0);
+    m_worker.Post(kStepsDoneMessage, steps, 0);
 }
 
 // --- the window's thread
@@ -119,17 +115,5 @@ bool CProgressDialog::OnDestroy() {
 }
 
 void CProgressDialog::EndWorker() {
-  m_loop.Abort();
-  while (m_worker) {
-    constexpr DWORD kMessageSent = WAIT_OBJECT_0 + 1;
-    if (MsgWaitForMultipleObjectsEx(1, &m_worker, INFINITE, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) == kMessageSent) {
-      MSG message;
-      PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
-      continue; // the worker may be taken down by now
-    }
-    DWORD result = 0;
-    GetExitCodeThread(m_worker, &result);
-    m_result = static_cast<std::int32_t>(result);
-    CloseHandle(std::exchange(m_worker, nullptr));
-  }
+  m_worker.End([this] { m_loop.Abort(); });
 }

@@ -2,23 +2,22 @@
 //
 // Who touches what, and when:
 //  - The window's thread makes the dialog and with it the copy loop (CopyLoop.h), and starts the worker when the window
-//    is there. From then on the worker runs the loop; the window's thread reads the list of files, which stays as it
-//    is, and may ask the loop to abort.
+//    is there (window/CWindowWorker.h has the rest of that). From then on the worker runs the loop; the window's thread
+//    reads the list of files, which stays as it is, and may ask the loop to abort.
 //  - The worker only posts to the window, so that the window's thread may wait for it. What it has to tell stands in
 //    `m_index` and `m_steps`; a message says that there is news, and the next one of its kind is posted only when the
 //    window has shown it and then paused for a while (a timer), at whose end it looks for itself. A channel that
 //    reports faster than anybody can see is thus neither slowed down by the window nor floods the host's queue, and the
-//    last news is always shown. The worker's last act is to post a close.
+//    last news is always shown. The message that tells the worker's end closes the window.
 //  - Every end (that close, the button, Escape, the window's destruction, the object's) first asks the loop to abort,
-//    and then waits for the worker's end. While it waits it serves messages sent to this thread, since the channel is
-//    the host's and may need that to come to an end. What the host does meanwhile may end the window, which waits
-//    likewise: whoever sees the end first takes the worker down, the other finds none.
+//    and then waits for the worker's end.
 #pragma once
 
 #include "filemanager/CopyLoop.h"
 #include "window/CDialog.h"
 #include "window/CProgressCtrl.h"
 #include "window/CStatic.h"
+#include "window/CWindowWorker.h"
 
 class CProgressDialog : public CDialog, private CCopyReceiver {
 public:
@@ -34,7 +33,7 @@ public:
   // False: there was no memory for a window or a thread, and nothing was copied.
   bool HasRun() const { return m_hasRun; }
   // What the copy came to, see CCopyLoop::Run.
-  std::int32_t GetResult() const { return m_result; }
+  std::int32_t GetResult() const { return m_worker.Result(); }
   const std::vector<TCOPYERROR>& GetErrors() const { return m_loop.Errors(); }
   const std::vector<TFILEENTRY>& GetFiles() const { return m_loop.Files(); }
 
@@ -46,7 +45,7 @@ protected:
 
 private:
   // --- the worker's
-  static DWORD WINAPI ThreadProc(void* dialog);
+  static std::int32_t Work(void* dialog);
   void OnFileStarted(std::size_t index) noexcept override;
   void OnStepsDone(std::uint32_t steps) noexcept override;
 
@@ -63,10 +62,8 @@ private:
   std::size_t PercentDone(std::size_t index) const { return index * 100 / GetFiles().size(); }
 
   CCopyLoop m_loop;
-  HWND m_window = nullptr; // for the worker
-  HANDLE m_worker = nullptr;
+  CWindowWorker m_worker;
   bool m_hasRun = false;
-  std::int32_t m_result = 0;
 
   static constexpr std::size_t kNoFile = static_cast<std::size_t>(-1);
   std::size_t m_shownIndex = kNoFile;

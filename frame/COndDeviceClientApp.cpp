@@ -36,11 +36,6 @@ COndDeviceClientApp::COndDeviceClientApp()
     : m_hostFolder(HostFolder()),
       m_hook(SetWindowsHookExW(WH_GETMESSAGE, GetMessageHook, nullptr, GetCurrentThreadId())) {}
 
-COndDeviceClientApp::~COndDeviceClientApp() {
-  if (m_hook)
-    UnhookWindowsHookEx(m_hook);
-}
-
 COndDeviceClientApp& COndDeviceClientApp::Get() {
   return g_app;
 }

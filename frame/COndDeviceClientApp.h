@@ -3,6 +3,7 @@
 #pragma once
 
 #include "window/CWinApp.h"
+#include "window/Handles.h"
 
 #include <string>
 #include <vector>
@@ -13,7 +14,6 @@ public:
   // Installs the message hook on the calling thread. A hook that cannot be installed is not reported: the windows
   // then lack keyboard navigation and nothing else.
   COndDeviceClientApp();
-  ~COndDeviceClientApp();
 
   static COndDeviceClientApp& Get();
 
@@ -31,5 +31,5 @@ private:
 
   std::vector<HWND> m_dialogs; // in the order of registration
   std::string m_hostFolder;
-  HHOOK m_hook = nullptr;
+  CHookHandle m_hook;
 };
