@@ -40,16 +40,15 @@ bool CFMDeviceListCtrl::OnSize() {
   return false;
 }
 
-// Each call of the channel's may serve messages, behind which the lock goes.
 void CFMDeviceListCtrl::Fill(const CONXDialog::CChannelLock& lock) {
   const Batch batch(*this);
   DeleteAllItems();
-  for (std::uint32_t i = 0; lock && i < lock.channel()->GetDirectoryEntryCount() && lock; ++i) {
-    const int row = AppendItem();
+  for (std::uint32_t i = 0; i < lock.Ask(&COndDeviceComm_0::GetDirectoryEntryCount); ++i) {
+    TDEVDIRENTRY entry{};
+    lock.Ask(&COndDeviceComm_0::GetDirectoryEntry, i, &entry);
+    const int row = lock ? AppendItem() : -1;
     if (row < 0)
       return;
-    TDEVDIRENTRY entry{};
-    lock.channel()->GetDirectoryEntry(i, &entry);
     SetItemText(row, kFileId, std::to_string(entry.fileId));
     SetItemText(row, kFileType, std::to_string(entry.fileType));
     SetItemText(row, kFileSize, std::to_string(entry.fileSize));

@@ -64,14 +64,6 @@ bool CFileManagerDialog::OnInitDialog() {
   return true;
 }
 
-// A copy keeps the channel that it began with. Any other lock goes back now: the host may do away with the channel once
-// it is disconnected, and what a question was about is not there any more.
-void CFileManagerDialog::SetDeviceComm(COndDeviceComm_0* channel) {
-  if (channel != GetDeviceComm() && !m_progress)
-    ReleaseLocks();
-  CONXDialog::SetDeviceComm(channel);
-}
-
 void CFileManagerDialog::UpdateDialogState() {
   if (GetSafeHwnd()) {
     UpdateCommStatus(IDC_FM_CONFIGURATION);
@@ -80,10 +72,13 @@ void CFileManagerDialog::UpdateDialogState() {
 }
 
 void CFileManagerDialog::EnableButtons() {
+  COndDeviceComm_0* const channel = GetDeviceComm();
+  const bool connected = channel && channel->GetState() == 1;
+  if (channel != GetDeviceComm())
+    return; // whoever connected another one meanwhile has done this for it
   const bool anyLocal = m_localList.GetItemCount() > 0;
   const bool localSelected = m_localList.GetSelectedCount() > 0;
   const bool deviceSelected = m_deviceList.GetSelectedCount() > 0;
-  const bool connected = GetDeviceComm() && GetDeviceComm()->GetState() == 1;
   EnableDlgItem(IDC_FM_SAVE_JOB, anyLocal);
   EnableDlgItem(IDC_FM_COPY_SELECTED, connected && localSelected);
   EnableDlgItem(IDC_FM_COPY_ALL, connected && anyLocal);
@@ -104,6 +99,13 @@ bool CFileManagerDialog::OnShowWindow(const Message& message) {
   return false;
 }
 
+// Whether an action has got the channel. Tells the user when somebody else has it.
+bool CFileManagerDialog::IsReserved(const CChannelLock& lock) {
+  if (lock.IsRefused())
+    ShowError(kLocked);
+  return static_cast<bool>(lock);
+}
+
 // --- the device's directory
 
 void CFileManagerDialog::RefreshDeviceDirectory() {
@@ -113,22 +115,20 @@ void CFileManagerDialog::RefreshDeviceDirectory() {
   if (!GetDeviceComm())
     return;
   const CChannelLock lock(*this, kActionTimeoutMs);
-  if (!lock) {
-    ShowError(kLocked);
+  if (!IsReserved(lock))
     return;
-  }
-  SetDlgItemText(IDC_FM_SUMMARY, DirectorySummary(lock));
+  const std::string summary = DirectorySummary(lock);
+  if (!lock)
+    return;
+  SetDlgItemText(IDC_FM_SUMMARY, summary);
   m_deviceList.Fill(lock);
 }
 
 std::string CFileManagerDialog::DirectorySummary(const CChannelLock& lock) {
-  const std::int32_t code = lock.channel()->ReadDirectory();
-  if (!lock)
-    return {};
-  if (code != 0)
-    return "Could not read device directory:\n" + ErrorText(*lock.channel(), code);
+  if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::ReadDirectory); code != 0)
+    return "Could not read device directory:\n" + lock.ErrorText(code);
   TDEVDIRINFO info{};
-  lock.channel()->GetDirectoryInfo(&info);
+  lock.Ask(&COndDeviceComm_0::GetDirectoryInfo, &info);
   return FormatText("%u bytes in %u files\nrequire %u bytes on disk\n%llu bytes free", info.bytesInFiles,
                     info.fileCount, info.bytesOnDevice, 1ULL * info.freeFactorB * info.freeFactorA);
 }
@@ -150,21 +150,17 @@ void CFileManagerDialog::OnDeleteFiles() {
   if (answer != IDYES || !channel || channel != GetDeviceComm())
     return;
   const CChannelLock lock(*this, kActionTimeoutMs);
-  if (!lock) {
-    ShowError(kLocked);
+  if (!IsReserved(lock))
     return;
-  }
   DeleteDeviceFiles(lock, ids);
-  RefreshDeviceDirectory();
+  if (lock)
+    RefreshDeviceDirectory();
 }
 
 void CFileManagerDialog::DeleteDeviceFiles(const CChannelLock& lock, const std::vector<std::uint8_t>& ids) {
   for (const std::uint8_t id : ids) {
-    if (!lock)
-      return;
-    COndDeviceComm_0& channel = *lock.channel();
-    if (const std::int32_t code = channel.DeleteDeviceFile(id); code != 0) {
-      ShowError(FormatText("Could not delete file with ID %u: %s", id, ErrorText(channel, code).c_str()));
+    if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::DeleteDeviceFile, id); code != 0) {
+      ShowError(FormatText("Could not delete file with ID %u: %s", id, lock.ErrorText(code).c_str()));
       return;
     }
   }
@@ -179,22 +175,21 @@ void CFileManagerDialog::OnFormat() {
   std::int32_t code = 0;
   {
     const CChannelLock lock(*this, kActionTimeoutMs);
-    if (!lock) {
-      ShowError(kLocked);
-      return;
-    }
-    code = AskAndFormat(lock);
+    if (IsReserved(lock))
+      code = AskAndFormat(lock);
   }
   if (code != 0 && channel == GetDeviceComm())
     ShowError("Could not format device: " + ErrorText(*channel, code));
 }
 
-// The channel's result; 0 when the user does not want to, or the channel went away behind the question.
+// The channel's result; 0 when the user does not want to, or the channel went away behind the question or meanwhile.
 std::int32_t CFileManagerDialog::AskAndFormat(const CChannelLock& lock) {
   const int answer = MessageBox(kFormatQuestion, "WARNING", MB_YESNOCANCEL | MB_ICONEXCLAMATION | MB_DEFBUTTON3);
-  if (!lock || (answer != IDYES && answer != IDNO))
+  if (answer != IDYES && answer != IDNO)
     return 0;
-  const std::int32_t code = lock.channel()->FormatDevice(answer == IDNO ? 1 : 0);
+  const std::int32_t code = lock.Ask(&COndDeviceComm_0::FormatDevice, answer == IDNO ? 1 : 0);
+  if (!lock)
+    return 0;
   RefreshDeviceDirectory();
   return code;
 }
@@ -219,28 +214,32 @@ void CFileManagerDialog::Copy(std::vector<TFILEENTRY> (CFileManagerDialog::*gath
   if (!GetDeviceComm())
     return;
   const CChannelLock lock(*this, kActionTimeoutMs);
-  if (!lock) {
-    ShowError(kLocked);
+  if (!IsReserved(lock))
     return;
-  }
   CopyFilesToDevice((this->*gather)());
   RefreshDeviceDirectory();
 }
 
 void CFileManagerDialog::CopyFilesToDevice(std::vector<TFILEENTRY> files) {
   COndDeviceComm_0* const channel = GetDeviceComm();
-  CProgressDialog progress(channel, std::move(files), m_continueOnError);
-  m_progress = &progress;
-  progress.DoModal(GetSafeHwnd());
-  m_progress = nullptr;
-  if (!GetSafeHwnd())
-    return;
-  const std::string report = progress.HasRun()
-                                 ? CopyErrorsText(progress.GetErrors(), progress.GetFiles(),
-                                                  [channel](std::int32_t code) { return ErrorText(*channel, code); })
-                                 : "Unable to start copying";
+  const std::string report = CopyAndReport(channel, std::move(files));
   if (channel != GetDeviceComm())
     ReleaseLocks(); // the host took the channel back during the copy, which alone still used it
   if (!report.empty())
     ShowError(report);
+}
+
+// What is to be told. The channel stays the copy's until that is known.
+std::string CFileManagerDialog::CopyAndReport(COndDeviceComm_0* channel, std::vector<TFILEENTRY> files) {
+  CProgressDialog progress(channel, std::move(files), m_continueOnError);
+  struct Mark {
+    CProgressDialog*& place;
+    ~Mark() { place = nullptr; }
+  } const mark{m_progress = &progress};
+  progress.DoModal(GetSafeHwnd());
+  if (!progress.HasRun())
+    return "Unable to start copying";
+  return CopyErrorsText(progress.GetErrors(), progress.GetFiles(), [&](std::int32_t code) {
+    return GetSafeHwnd() ? ErrorText(*channel, code) : std::to_string(code);
+  });
 }

@@ -1,8 +1,8 @@
 // The File Manager's window: the local files that are to be copied on the left, the device's directory on the right.
 //
-// Everything that asks the user something or copies pumps messages. Behind that, the host may disconnect the channel,
-// hide or destroy the window or delete the object. Locks end with the window, and with the channel unless a copy runs
-// on it; a copy ends before its window is hidden or gone.
+// Everything that uses the channel, asks the user something or copies may serve messages. Behind that, the host may
+// disconnect the channel, hide or destroy the window or delete the object. Locks end with the window, and with the
+// channel unless a copy runs on it; a copy ends before its window is hidden or gone.
 #pragma once
 
 #include "filemanager/CFMDeviceListCtrl.h"
@@ -20,7 +20,6 @@ public:
   CFileManagerDialog();
 
   void UpdateDialogState() override;
-  void SetDeviceComm(COndDeviceComm_0* channel) override;
 
 protected:
   // Copies files in the order of the list and tells the user what failed. Called with the channel locked; returns when
@@ -29,6 +28,7 @@ protected:
 
   bool OnInitDialog() override;
   bool OnWndMsg(const Message& message, LRESULT& result) override;
+  bool KeepsChannel() const override { return m_progress != nullptr; }
 
 private:
   static constexpr UINT kRowsLeftMessage = WM_APP + 1;
@@ -56,6 +56,8 @@ private:
   std::string DirectorySummary(const CChannelLock& lock);
   void DeleteDeviceFiles(const CChannelLock& lock, const std::vector<std::uint8_t>& ids);
   std::int32_t AskAndFormat(const CChannelLock& lock);
+  bool IsReserved(const CChannelLock& lock);
+  std::string CopyAndReport(COndDeviceComm_0* channel, std::vector<TFILEENTRY> files);
 
   // --- the window
   void OnContinueOnError();

@@ -3,6 +3,7 @@
 
 #include "frame/contract/OndDeviceClient.h"
 #include "util/JobFile.h"
+#include "window/Presence.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -44,6 +45,8 @@ protected:
   virtual std::uint32_t SignalDlgEvent(std::uint32_t event);
   // Destroys the window and its object. For destructors of derived clients whose window uses what they own.
   void CloseDialog();
+  // For operations that use this object after control was away: the host may have deleted it.
+  CPresence::CWatch WatchPresence() { return CPresence::CWatch(m_presence); }
 
 public:
   virtual ~CONXDeviceClient();
@@ -66,7 +69,10 @@ protected:
   CONXDialog* GetDialog() const { return m_dialog; } // null until first shown
 
 private:
+  bool HasWindow() const;
+
   COndDeviceComm_0* m_channel = nullptr; // the host's
   CONXDialog* m_dialog = nullptr;        // owned; null until first shown
   _TONX_DLGEVENTDATA m_dlgEventData{};
+  CPresence m_presence;
 };

@@ -1,8 +1,8 @@
 #include "frame/CONXDialog.h"
 
 #include "frame/COndDeviceClientApp.h"
+#include "util/ChannelText.h"
 #include "window/CWinApp.h"
-#include "window/FormatText.h"
 
 #include <algorithm>
 #include <cstring>
@@ -24,29 +24,33 @@ const char* OrEmpty(const char* text) {
 // Hands a text to the clipboard, which then owns the memory. Failures are silent. The system makes the last byte of the
 // memory zero, whatever it was, so there is one more than the text has.
 void PutOnClipboard(HWND owner, const std::string& text) {
-  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
+  CGlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, text.size() + 1));
   if (!memory)
     return;
-  std::memcpy(GlobalLock(memory), text.c_str(), text.size() + 1);
-  GlobalUnlock(memory);
-  bool taken = false;
-  if (OpenClipboard(owner)) {
-    taken = EmptyClipboard() && SetClipboardData(CF_TEXT, memory);
-    CloseClipboard();
-  }
-  if (!taken)
-    GlobalFree(memory);
+  std::memcpy(GlobalLock(memory.get()), text.c_str(), text.size() + 1);
+  GlobalUnlock(memory.get());
+  if (!OpenClipboard(owner))
+    return;
+  if (EmptyClipboard() && SetClipboardData(CF_TEXT, memory.get()))
+    static_cast<void>(memory.release());
+  CloseClipboard();
 }
 
 } // namespace
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-CONXDialog::CChannelLock::CChannelLock(CONXDialog& dialog, DWORD timeoutMs)
-    : m_dialog(dialog), m_channel(dialog.m_channel), m_outer(dialog.m_lock) {
-  if (m_channel && m_channel->Lock(&m_dialog, timeoutMs) != 0)
-    m_channel = nullptr;
-  m_dialog.m_lock = this;
+CONXDialog::CChannelLock::CChannelLock(CONXDialog& dialog, DWORD timeoutMs) : m_dialog(dialog), m_outer(dialog.m_lock) {
+  COndDeviceComm_0* const channel = dialog.GetDeviceComm();
+  if (!channel)
+    return;
+  m_dialog.m_lock = this; // for Release, which may come while the channel tries
+  const bool granted = channel->Lock(&m_dialog, timeoutMs) == 0;
+  m_refused = m_wanted && !granted;
+  if (m_wanted && granted)
+    m_channel = channel;
+  else if (granted)
+    channel->Unlock(&m_dialog);
 }
 
 CONXDialog::CChannelLock::~CChannelLock() {
@@ -55,18 +59,20 @@ CONXDialog::CChannelLock::~CChannelLock() {
 }
 
 void CONXDialog::CChannelLock::Release() {
+  m_wanted = false;
   if (m_channel)
     std::exchange(m_channel, nullptr)->Unlock(&m_dialog);
+}
+
+std::string CONXDialog::CChannelLock::ErrorText(std::int32_t code) const {
+  return m_channel ? ::ErrorText(*m_channel, code) : std::to_string(code);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
 
 CONXDialog::CONXDialog(UINT templateId) : CDialog(templateId) {}
 
-CONXDialog::~CONXDialog() {
-  if (m_icon)
-    DestroyIcon(m_icon);
-}
+CONXDialog::~CONXDialog() = default;
 
 void CONXDialog::Delete(CONXDialog* dialog) {
   if (dialog) {
@@ -85,7 +91,12 @@ void CONXDialog::SetOwnerClass(CONXDeviceClient_0* owner) {
 }
 
 void CONXDialog::SetDeviceComm(COndDeviceComm_0* channel) {
-  m_channel = channel;
+  const CKeepAlive keep(*this);
+  const bool another = std::exchange(m_channel, channel) != channel;
+  if (another && !KeepsChannel())
+    ReleaseLocks();
+  if (channel != m_channel)
+    return; // behind an Unlock still another one was connected, or the dialog deleted
   if (channel)
     StartTimer();
   else
@@ -94,8 +105,8 @@ void CONXDialog::SetDeviceComm(COndDeviceComm_0* channel) {
 }
 
 void CONXDialog::LoadSmallIcon(UINT iconId) {
-  m_icon = static_cast<HICON>(LoadImageA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(iconId), IMAGE_ICON,
-                                         GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0));
+  m_icon.reset(static_cast<HICON>(LoadImageA(CWinApp::GetModuleInstance(), MAKEINTRESOURCEA(iconId), IMAGE_ICON,
+                                             GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON), 0)));
 }
 
 void CONXDialog::StartTimer() {
@@ -122,7 +133,7 @@ bool CONXDialog::OnWndMsg(const Message& message, LRESULT& result) {
 bool CONXDialog::OnInitDialog() {
   CDialog::OnInitDialog();
   const HWND window = GetSafeHwnd();
-  Send(WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_icon));
+  Send(WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_icon.get()));
   SetWindowLongPtrA(window, GWL_EXSTYLE, GetWindowLongPtrA(window, GWL_EXSTYLE) | WS_EX_APPWINDOW);
   COndDeviceClientApp::Get().RegisterDialog(window);
   if (m_channel)
@@ -176,21 +187,27 @@ void CONXDialog::AskToHide(std::uint32_t event) {
 void CONXDialog::UpdateDialogState() {}
 
 void CONXDialog::UpdateCommStatus(UINT ctrlId) {
-  if (GetSafeHwnd())
-    SetDlgItemText(static_cast<int>(ctrlId), m_channel ? CommStatus() : "No communication device...");
+  if (!GetSafeHwnd())
+    return;
+  const std::optional<std::string> status = m_channel ? CommStatus() : "No communication device...";
+  if (status)
+    SetDlgItemText(static_cast<int>(ctrlId), *status);
 }
 
-// Empty while somebody else holds the channel.
-std::string CONXDialog::CommStatus() {
+// Empty while somebody else holds the channel; nothing when the channel went away meanwhile: whoever took it has shown
+// what there is now.
+std::optional<std::string> CONXDialog::CommStatus() {
   const CChannelLock lock(*this, 0);
-  if (!lock)
-    return {};
+  if (lock.IsRefused())
+    return "";
   // The channel keeps a text only until the next call.
-  std::string status =
-      FormatText("Channel description: %s\n", OrEmpty(lock.channel()->GetInfoString(OND_INFO_DESCRIPTION, 0)));
-  status +=
-      FormatText("Channel configuration: %s\n", OrEmpty(lock.channel()->GetInfoString(OND_INFO_CONFIGURATION, 0)));
-  return status + FormatText("State: %s", lock.channel()->GetState() == 1 ? "open" : "closed");
+  const auto info = [&](std::uint32_t what) {
+    return std::string(OrEmpty(lock.Ask(&COndDeviceComm_0::GetInfoString, what, 0)));
+  };
+  std::string status = "Channel description: " + info(OND_INFO_DESCRIPTION) + "\n";
+  status += "Channel configuration: " + info(OND_INFO_CONFIGURATION) + "\n";
+  status += lock.Ask(&COndDeviceComm_0::GetState) == 1 ? "State: open" : "State: closed";
+  return lock ? std::optional(status) : std::nullopt;
 }
 
 // --- controls that follow the edges

@@ -2,13 +2,18 @@
 // the window's edges, and what lists have in common. Never modal: OK, Cancel and the close box only hide the window,
 // after asking the host. Exported, so that further clients can have windows.
 //
+// Any operation of the channel may serve messages, behind which the host may do anything; window/Presence.h says what
+// to ask then. A dialog uses its channel through a CChannelLock, which asks by itself.
+//
 // [user-interface thread]
 #pragma once
 
 #include "frame/CONXDeviceClient.h"
 #include "window/CDialog.h"
 #include "window/CListBox.h"
+#include "window/Handles.h"
 
+#include <optional>
 #include <vector>
 
 // Which edges of the window a control follows.
@@ -21,8 +26,8 @@ enum : DWORD {
 
 class OND_API CONXDialog : public CDialog {
 public:
-  // The channel, reserved for a dialog. Ends with its scope, or already when the dialog's window is destroyed (a box
-  // may be open meanwhile, behind which the host takes the channel away).
+  // The channel, reserved for a dialog. Ends with its scope, or already when the dialog's window is destroyed or
+  // another channel is connected: while the lock is tried, while an operation runs, behind a box.
   class CChannelLock {
   public:
     // Tries for `timeoutMs`; without a channel the lock fails.
@@ -32,15 +37,26 @@ public:
     ~CChannelLock();
 
     explicit operator bool() const { return m_channel != nullptr; }
-    // The channel that was locked, whatever the dialog is connected to by now; null when it is not locked (any more).
-    COndDeviceComm_0* channel() const { return m_channel; }
+    // Somebody else holds the channel. Without a channel, and when it went away meanwhile, nobody does.
+    bool IsRefused() const { return m_refused; }
+
+    // What an operation of the locked channel answers, whatever the dialog is connected to by now. When it is not
+    // locked (any more) the operation is not called and the answer is 0. Ask afterwards whether it still is.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    Result Ask(Result (COndDeviceComm_0::*operation)(Parameters...), Arguments... arguments) const {
+      return m_channel ? (m_channel->*operation)(static_cast<Parameters>(arguments)...) : Result{};
+    }
+    // The channel's words for an error.
+    std::string ErrorText(std::int32_t code) const;
 
   private:
     friend class CONXDialog;
     void Release();
 
     CONXDialog& m_dialog;
-    COndDeviceComm_0* m_channel;
+    COndDeviceComm_0* m_channel = nullptr; // while it is locked
+    bool m_wanted = true;                  // nobody has released it
+    bool m_refused = false;
     CChannelLock* m_outer; // the dialog's lock before this one
   };
 
@@ -79,7 +95,11 @@ protected:
   bool OnWndMsg(const Message& message, LRESULT& result) override;
 
   CONXDeviceClient_0* GetOwnerClass() const { return m_owner; } // null when there is none (any more)
-  COndDeviceComm_0* GetDeviceComm() const { return m_channel; } // null when not connected
+  // Null when not connected, and when there is no window (any more).
+  COndDeviceComm_0* GetDeviceComm() const { return GetSafeHwnd() ? m_channel : nullptr; }
+  // Whether what goes on keeps its channel although another one is connected. Otherwise the locks end at once: the host
+  // may do away with a channel that is not connected any more.
+  virtual bool KeepsChannel() const { return false; }
   // The status timer. A derived dialog that handles it itself keeps its ticks from this class.
   static constexpr UINT_PTR kTimerId = 1;
   // Gives back the channel although locks are in scope, which then hold nothing any more.
@@ -104,14 +124,14 @@ private:
   void AskToHide(std::uint32_t event);
   void StartTimer();
   void StopTimer();
-  std::string CommStatus();
+  std::optional<std::string> CommStatus();
   static RECT PlaceFor(const Placement& placement, int cx, int cy);
 
   COndDeviceComm_0* m_channel = nullptr;
   CONXDeviceClient_0* m_owner = nullptr;
   bool m_timerRuns = false;
   UINT m_timerInterval = 500; // milliseconds
-  HICON m_icon = nullptr;     // owned
+  CIconHandle m_icon;
   std::vector<Placement> m_placements;
   CChannelLock* m_lock = nullptr; // the innermost one that is alive
 };

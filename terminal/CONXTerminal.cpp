@@ -3,8 +3,9 @@
 #include "terminal/CTerminalDialog.h"
 
 EONX_ERR_ERRCODE_ CONXTerminal::ShowDialogNonModal(OndWindow parent) {
+  const CPresence::CWatch here = WatchPresence();
   const EONX_ERR_ERRCODE_ result = CONXDeviceClient::ShowDialogNonModal(parent);
-  if (result == EONX_ERR_NONE)
+  if (here && result == EONX_ERR_NONE)
     static_cast<CTerminalDialog*>(GetDialog())->FocusInputLine();
   return result;
 }

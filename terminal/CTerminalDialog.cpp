@@ -1,7 +1,6 @@
 #include "terminal/CTerminalDialog.h"
 
 #include "res/resource.h"
-#include "util/ChannelText.h"
 #include "util/EscapedString.h"
 #include "window/CTextMeasure.h"
 #include "window/ScreenScale.h"
@@ -140,13 +139,16 @@ void CTerminalDialog::OnCancel() {
 }
 
 std::string CTerminalDialog::SendLine() {
+  constexpr const char* kNotConnected = "Not connected to communication device!";
   if (!GetDeviceComm())
-    return "Not connected to communication device!";
+    return kNotConnected;
   const CChannelLock lock(*this, kSendLockMs);
-  return lock ? SendLine(*lock.channel()) : "Communication device is locked!";
+  if (lock)
+    return SendLine(lock);
+  return lock.IsRefused() ? "Communication device is locked!" : kNotConnected;
 }
 
-std::string CTerminalDialog::SendLine(COndDeviceComm_0& channel) {
+std::string CTerminalDialog::SendLine(const CChannelLock& lock) {
   const bool appendCr = m_appendCr;
   const std::string text = m_input.GetWindowText();
   m_history.Add({text, appendCr});
@@ -159,8 +161,8 @@ std::string CTerminalDialog::SendLine(COndDeviceComm_0& channel) {
   if (appendCr)
     bytes += '\r';
   std::uint64_t written = 0;
-  if (const std::int32_t code = channel.Transmit(bytes.data(), bytes.size(), &written); code != 0)
-    return "Error: " + ErrorText(channel, code);
+  if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::Transmit, bytes.data(), bytes.size(), &written); code != 0)
+    return "Error: " + lock.ErrorText(code);
   m_input.SetWindowText("");
   return "Wrote \"" + text + (appendCr ? "\\r" : "") + "\" to device.";
 }
@@ -213,7 +215,7 @@ CTerminalDialog::Received CTerminalDialog::Receive(const CChannelLock& lock) {
     if (total >= kReadingBytes || (total != 0 && std::chrono::steady_clock::now() >= end))
       return Received::kNotAll;
     std::uint64_t count = 0;
-    if (lock.channel()->Receive(chunk, kChunk, &count) != 0 || count == 0)
+    if (lock.Ask(&COndDeviceComm_0::Receive, chunk, kChunk, &count) != 0 || count == 0)
       break;
     const std::size_t received = std::min<std::size_t>(count, kChunk);
     m_splitter.Feed({chunk, received});

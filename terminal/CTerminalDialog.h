@@ -35,7 +35,7 @@ private:
 
   // What becomes of the typed line, in words for the status line. A line that went out is gone from the input line.
   std::string SendLine();
-  std::string SendLine(COndDeviceComm_0& channel);
+  std::string SendLine(const CChannelLock& lock);
   void Poll();
   Received Receive(const CChannelLock& lock);
   void ShowAnswers();
