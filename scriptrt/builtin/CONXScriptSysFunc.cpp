@@ -25,6 +25,8 @@ bool CONXScriptSysFunc::CheckArgumentCount(std::size_t count) const {
 
 ScriptError CONXScriptSysFunc::Execute(CONXRunContext& context, Activation* symbols, ScriptArguments& arguments,
                                        CONXScriptVariable* result) {
+  if (context.StopEvent().IsAbandoned())
+    return kProcessingAborted;
   if (!CheckArgumentCount(arguments.size()))
     return kWrongParameterCount;
   for (std::size_t i = 0; i < arguments.size(); ++i) {

@@ -56,8 +56,9 @@ private:
   std::size_t m_barStart;
 };
 
-std::string CONXFileOp::ChannelText(std::int32_t code) const {
-  return ErrorText(*Services().channel, code);
+// An abandoned run asks the channel nothing any more.
+std::string CONXFileOp::ChannelText(const SysCall& call, std::int32_t code) const {
+  return call.context.StopEvent().IsAbandoned() ? std::to_string(code) : ErrorText(*Services().channel, code);
 }
 
 ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool ignoreFailure) {
@@ -71,7 +72,7 @@ ScriptError CONXTransmitFile::Perform(const SysCall& call) {
   const std::int32_t code = Services().channel->TransmitFile(
       call.PathAt(0).c_str(), static_cast<std::uint8_t>(call.NumberAt(1)), static_cast<std::uint8_t>(call.NumberAt(2)),
       static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep, &progress, kFlag, kSteps);
-  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFile (" + name + ")\n");
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(call, code) + " during TransmitFile (" + name + ")\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
 
@@ -83,7 +84,7 @@ ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
       data.data(), data.size(), static_cast<std::uint8_t>(call.NumberAt(1)),
       static_cast<std::uint8_t>(call.NumberAt(2)), static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep,
       &progress, kFlag, kSteps);
-  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(code) + " during TransmitFileFromString\n");
+  Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(call, code) + " during TransmitFileFromString\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
 
@@ -108,8 +109,9 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
     progress.Show();
     const std::int32_t code = Services().channel->TransmitFile(
         entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
-    Write(code == 0 ? " -> OK\n"
-                    : "\n-> " + ChannelText(code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
+    Write(code == 0
+              ? " -> OK\n"
+              : "\n-> " + ChannelText(call, code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
     firstFailure = firstFailure != 0 ? firstFailure : code;
   }
   if (stopped && firstFailure == 0)

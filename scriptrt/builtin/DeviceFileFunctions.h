@@ -12,7 +12,7 @@ protected:
   class Progress;
 
   // The channel's text for its error.
-  std::string ChannelText(std::int32_t code) const;
+  std::string ChannelText(const SysCall& call, std::int32_t code) const;
   void Write(const std::string& text) const { CONXScriptSysFunc::Write(text.c_str()); }
   // The channel's code becomes the call's value; what a failure means for the script is decided here.
   static ScriptError Finish(const SysCall& call, std::int32_t code, bool ignoreFailure);

@@ -47,6 +47,19 @@ private:
   bool m_taken;
 };
 
+// A run's output until it is severed.
+struct OutputGate {
+  const std::atomic<bool>& severed;
+  const ScriptOutput output;
+
+  static void Write(void* gate, const char* text) {
+    const auto& self = *static_cast<const OutputGate*>(gate);
+    if (!self.severed)
+      self.output.Write(text);
+  }
+  ScriptOutput Output() { return output ? ScriptOutput{Write, this} : ScriptOutput{}; }
+};
+
 } // namespace
 
 struct CScriptRunner::Body {
@@ -59,17 +72,21 @@ struct CScriptRunner::Body {
   void* lockOwner;
   std::atomic<COndDeviceComm_0*> channel{nullptr};
   std::atomic<bool> running{false};
+  std::atomic<bool> severed{false};
   CONXOperator* askedOperator = nullptr;
   ExternalVariables variables;
   CONXRunContext context;
 };
 
 EONX_ERR_ERRCODE_ CScriptRunner::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
-                                           const char* baseDirectory, ScriptOutput output) {
+                                           const char* baseDirectory, ScriptOutput anyOutput) {
+  if (severed)
+    return EONX_ERR_SCRIPT;
   const ChannelLock lock(usedChannel, lockOwner);
   if (!lock)
     return EONX_ERR_LOCKED;
-  const ScriptError error = RunWithBuiltIns({output, &usedChannel, askedOperator},
+  OutputGate gate{severed, anyOutput};
+  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, askedOperator},
                                             {context, text, baseDirectory ? baseDirectory : "", &variables});
   return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
 }
@@ -172,4 +189,9 @@ void CScriptRunner::StopScript() {
 
 void CScriptRunner::AbandonScript() {
   m_body->context.StopEvent().Abandon();
+}
+
+void CScriptRunner::Sever() {
+  m_body->severed = true;
+  AbandonScript();
 }

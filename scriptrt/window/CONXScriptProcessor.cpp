@@ -17,16 +17,16 @@ const char* OrEmpty(const char* text) {
 
 } // namespace
 
-CONXScriptProcessor::CONXScriptProcessor() : m_runner(this) {
-  m_runner.SetOperator(&m_operator);
-}
+CONXScriptProcessor::CONXScriptProcessor() : m_runs(std::make_shared<CScriptRuns>(this)) {}
 
 CONXScriptProcessor::~CONXScriptProcessor() {
+  m_runs->Sever();
   CloseDialog();
+  m_runs->WaitForOthers();
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::Connect(COndDeviceComm_0* channel) {
-  NoThrow([=, this] { m_runner.SetChannel(channel); });
+  m_runs->Runner().SetChannel(channel);
   return CONXDeviceClient::Connect(channel);
 }
 
@@ -49,42 +49,40 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_
   }
 }
 
+// From here on the object may be deleted before an operation has ended: each one uses its visit instead.
+
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScript(const char* text, const char* baseDirectory,
                                                      OndScriptOutput output, void* outputContext) {
-  PrepareRun();
+  const CScriptRuns::CVisit visit(m_runs);
+  visit->Prepare();
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [=, this] { return m_runner.ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
+                 [&] { return visit->Runner().ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndScriptOutput output,
                                                          void* outputContext) {
-  PrepareRun();
-  return RunPreparedFile(path, output, outputContext);
-}
-
-EONX_ERR_ERRCODE_ CONXScriptProcessor::RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext) {
+  const CScriptRuns::CVisit visit(m_runs);
+  visit->Prepare();
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [=, this] { return m_runner.ExecuteScriptFile(OrEmpty(path), output, outputContext); });
+                 [&] { return visit->Runner().ExecuteScriptFile(OrEmpty(path), output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::int32_t keepExisting) {
+  const CScriptRuns::CVisit visit(m_runs);
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [=, this] { return m_runner.SetVariables(records, count, keepExisting != 0); });
+                 [&] { return visit->Runner().SetVariables(records, count, keepExisting != 0); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::uint64_t* foundCount) {
-  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [=, this] { return m_runner.GetVariables(records, count, foundCount); });
+  const CScriptRuns::CVisit visit(m_runs);
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [&] { return visit->Runner().GetVariables(records, count, foundCount); });
 }
 
 void CONXScriptProcessor::StopScript() {
-  NoThrow([this] { m_runner.StopScript(); });
-}
-
-void CONXScriptProcessor::PrepareRun() {
-  NoThrow([this] { m_runner.PrepareRun(); });
-  m_operator.Admit();
+  const CScriptRuns::CVisit visit(m_runs);
+  visit->Runner().StopScript();
 }
 
 CONXDialog* CONXScriptProcessor::CreateNewDialog(OndWindow) {

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "frame/CONXDeviceClient.h"
-#include "scriptrt/run/ScriptRunner.h"
-#include "scriptrt/window/WindowsOperator.h"
+#include "scriptrt/window/ScriptRuns.h"
+
+#include <memory>
 
 // The operations that run scripts may be called on any one thread at a time; the rest belongs to the host's thread.
 class CONXScriptProcessor : public CONXDeviceClient {
 public:
   CONXScriptProcessor();
-  // Ends the window, and with it a script that it runs.
+  // Ends the window and every run. Those on other threads are waited for; one below on this thread ends later, without
+  // the object.
   ~CONXScriptProcessor() override;
 
   std::uint32_t GetObjType() override { return ONX_OBJ_SCRIPT_PROCESSOR; }
@@ -27,20 +29,13 @@ public:
   // Asks the running script to end. [any thread]
   virtual void StopScript();
 
-  // The two halves of ExecuteScriptFile, for whoever hands a run to another thread: the first forgets earlier stop
-  // requests and belongs to the thread that asks for the run, so that a stop from then on counts.
-  void PrepareRun();
-  EONX_ERR_ERRCODE_ RunPreparedFile(const char* path, OndScriptOutput output, void* outputContext);
-  // For whoever waits for the end of a run on that thread. The run ends at its next statement block, loop round or
-  // wait; its questions are answered with Cancel (see CWindowsOperator::Dismiss).
-  void AbandonScript() { m_runner.AbandonScript(); }
-  void DismissQuestions(DWORD scriptThread) { m_operator.Dismiss(scriptThread); }
+  // For the window, which runs scripts on a worker and ends runs when it goes.
+  std::shared_ptr<CScriptRuns> Runs() const { return m_runs; }
 
 protected:
   CONXDialog* CreateNewDialog(OndWindow parent) override;
   void DeleteDialog(CONXDialog* dialog) override;
 
 private:
-  CWindowsOperator m_operator;
-  CScriptRunner m_runner;
+  std::shared_ptr<CScriptRuns> m_runs; // shared with runs, which may outlive the object
 };

@@ -70,7 +70,7 @@ UINT_PTR OpenAs(const char* fileClass, HWND window, const std::string& path) {
 // names the class that text files have everywhere.
 UINT_PTR OpenInEditor(HWND window, const std::string& path) {
   const UINT_PTR answer = OpenAs(".TXT", window, path);
-  return answer > 32 ? answer : std::max(answer, OpenAs("txtfile", window, path));
+  return answer > 32 || !IsWindow(window) ? answer : std::max(answer, OpenAs("txtfile", window, path));
 }
 
 } // namespace
@@ -141,7 +141,7 @@ void CScriptProcessorDialog::OnNewScript() {
   CFileDialog dialog = ScriptFileDialog("New script file");
   dialog.overwritePrompt = true;
   const std::string path = dialog.Save(GetSafeHwnd());
-  if (path.empty())
+  if (path.empty() || !GetSafeHwnd())
     return;
   if (!platform::File::Open(path, platform::File::Mode::kCreate)) {
     ShowError("Cannot create script file!");
@@ -183,8 +183,8 @@ const char* CScriptProcessorDialog::StartScript() {
     return nullptr;
   if (!GetDeviceComm())
     return "No communication device available!";
-  processor->PrepareRun(); // here and not on the worker: a stop from now on counts
-  if (!m_worker.Start(*processor, m_path, GetSafeHwnd()))
+  processor->Runs()->Prepare(); // here and not on the worker: a stop from now on counts
+  if (!m_worker.Start(processor->Runs(), m_path, GetSafeHwnd()))
     return "Unable to create script thread";
   m_running = true;
   SetTimer(kOutputTimer, kOutputTimerMs);
@@ -214,11 +214,15 @@ void CScriptProcessorDialog::ReportEnd() {
   UpdateDialogState();
 }
 
-// Ends the host's own run of this object too.
+// Ends the host's own run of this object too. What is served meanwhile may delete the object.
 bool CScriptProcessorDialog::OnDestroy() {
-  if (CONXScriptProcessor* const processor = GetProcessor())
-    processor->StopScript();
+  CONXScriptProcessor* const processor = GetProcessor();
+  const std::shared_ptr<CScriptRuns> runs = processor ? processor->Runs() : nullptr;
+  if (runs)
+    runs->Abandon();
   m_worker.Abandon();
+  if (runs)
+    runs->WaitForOthers();
   m_running = false;
   return false;
 }

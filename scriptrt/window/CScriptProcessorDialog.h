@@ -6,6 +6,8 @@
 #include "scriptrt/window/ScriptWorker.h"
 #include "window/CFont.h"
 
+class CONXScriptProcessor;
+
 class CScriptProcessorDialog : public CONXDialog {
 public:
   CScriptProcessorDialog();

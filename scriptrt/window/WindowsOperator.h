@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+// One question at a time, as one script asks them.
 class CWindowsOperator : public CONXOperator {
 public:
   void ShowMessage(const std::string& caption, const std::string& text) override;
@@ -16,12 +17,16 @@ public:
   std::optional<std::size_t> AskItem(const std::string& caption, const std::string& prompt,
                                      const std::vector<std::string>& items, std::uint64_t initial) override;
 
-  // Answers what is open on the script's thread with Cancel, and everything asked later without showing it. A question
-  // that is just opening may be missed: call again until the script has ended. [not the script's thread]
-  void Dismiss(DWORD scriptThread);
+  // Answers the open question with Cancel, and everything asked later without showing it. The answer arrives when the
+  // question's thread next serves messages. One that is just opening on another thread may be missed: call again until
+  // the script has ended. [any thread]
+  void Dismiss();
   // Questions are shown again. [before a run]
   void Admit() { m_dismissed = false; }
 
 private:
+  class CAsking;
+
   std::atomic<bool> m_dismissed = false;
+  std::atomic<HWND> m_question = nullptr; // the open question's window
 };
