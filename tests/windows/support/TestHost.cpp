@@ -80,6 +80,12 @@ void TestHost::Do(const std::function<void()>& operation) const {
     FAIL("the host's thread did not finish an operation within " << kLimitMs << " ms");
 }
 
+void TestHost::Send(const std::function<void()>& operation) const {
+  const auto shared = std::make_shared<Operation>();
+  shared->run = operation;
+  SendMessageA(m_window, kRunMessage, 0, reinterpret_cast<LPARAM>(new Share(shared)));
+}
+
 TestClient::TestClient(const TestHost& host, std::uint32_t type) : m_host(host) {
   m_object = host.Ask([&] { return host.createInstance(type); });
   REQUIRE(m_object != nullptr);

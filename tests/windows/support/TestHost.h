@@ -28,12 +28,17 @@ public:
     return answer;
   }
 
+  // Sends it to the main window instead of posting it, as a channel on another thread does that has something to tell.
+  // Returns when it is answered, which may be before the operation has ended.
+  void Send(const std::function<void()>& operation) const;
+
   // Waits until everything sent and posted to the thread before has been handled.
   void Settle() const {
     Do([] {});
   }
 
   Window MainWindow() const { return Window(m_window); }
+  HMODULE Module() const { return m_module; }
   DWORD ThreadId() const { return m_threadId; }
 
   OndDeviceClientCreateInstanceFunction createInstance = nullptr;
