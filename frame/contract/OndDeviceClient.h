@@ -9,6 +9,20 @@
 //   5. shows windows with `ShowDialogNonModal`, or runs scripts with `Call`,
 //   6. ends each instance with `OndDeviceClientDeleteInstance`, and only then the channel and the module.
 //
+// Ending. On its user-interface thread a host may delete an object, or destroy the window of one (itself or with its
+// parent), at any moment: inside a message that the module serves (behind a question, a box, a file dialog, a copy),
+// inside an operation of the channel or a callback that the module has called on that thread, and inside a message that
+// one on another thread sends.
+//   - Open questions of the object are dismissed as by Cancel; its script runs and copies are asked to end.
+//   - A run or copy on another thread is waited for. Messages sent to the waiting thread are served meanwhile, and a
+//     message of another thread that it is just handling is answered with 0 first. Behind the return nothing of the
+//     object's is called any more, its locks are given back, and no output comes.
+//   - A run below on the same thread cannot be waited for: the host deletes the object from the run's own output
+//     function, say. From then on it calls no operation of the channel but the `Unlock`s that it owes, writes no
+//     output, and returns to the host soon. Channel and module stay until then. When only the window is destroyed, it
+//     is asked to end and may still do a little.
+// `Connect` and `CloseDialogNonModal` may come at the same moments.
+//
 // Text is 8-bit in the system code page. Records use natural alignment. Both interfaces are plain tables of
 // operations: single inheritance, fixed-width integers and pointers, no destructor in the table, no exceptions, so that
 // every compiler for 64-bit Windows reaches the same slots. Neither side may throw across them.
@@ -97,9 +111,11 @@ enum : std::uint32_t {
 
 // The host's link to one device. The module calls it from the user-interface thread, from its workers and, while a
 // script runs there, from the thread that came by `Call`; apart from `GetInfoString`, `Lock`, `Unlock` and `GetState`
-// it does so only between a successful `Lock` and its `Unlock`.
-// Operations that return `int32_t` answer 0 for success and otherwise an error of the channel's own, whose text is
-// `GetInfoString(OND_INFO_ERROR, code)`; the module shows that text as it stands.
+// it does so only between a successful `Lock` and its `Unlock`. Any operation may serve messages of its thread. One
+// that needs the user-interface thread sends it a message: posted ones are not served there while the module waits for
+// the operation's end (see "Ending" above). Operations that return `int32_t` answer 0 for success and otherwise an
+// error of the channel's own, whose text is `GetInfoString(OND_INFO_ERROR, code)`; the module shows that text as it
+// stands.
 //
 // The `Reserved` operations are the host's own: the module never calls them, they keep the others in their places.
 struct COndDeviceComm_0 {
@@ -216,17 +232,18 @@ struct CONXDeviceClient_0 : CONXObject_0 {
                                       std::uint64_t* min4, std::uint64_t* max4) = 0;
 
   // Hands over the channel; null disconnects. The channel stays the host's and must outlive the connection, and a
-  // script run or a copy that began on it. Always 0.
+  // script run or a copy that began on it, which keep it and give its lock back to it. Everything else has left the old
+  // channel when this returns, but for an operation in which this is called. Always 0.
   virtual EONX_ERR_ERRCODE_ Connect(COndDeviceComm_0* channel) = 0;
 
   // A command of the object's own (ONX_CALL_… for the Script Processor). Unknown commands return 0 and do nothing.
   virtual EONX_ERR_ERRCODE_ Call(std::uint32_t function, std::uint64_t a, std::uint64_t b, std::uint64_t c,
                                  std::uint64_t d) = 0;
 
-  // Shows the object's window, creating it on the first call as a child of `parent`'s window group. 0 or
-  // EONX_ERR_DIALOG.
+  // Shows the object's window, creating it on the first call as a child of `parent`'s window group, and restores one
+  // that is minimised. 0 or EONX_ERR_DIALOG.
   virtual EONX_ERR_ERRCODE_ ShowDialogNonModal(OndWindow parent) = 0;
-  // Hides it; EONX_ERR_DIALOG when there is none.
+  // Hides it; a copy of the File Manager's ends first. EONX_ERR_DIALOG when there is none.
   virtual EONX_ERR_ERRCODE_ CloseDialogNonModal() = 0;
   virtual std::int32_t IsNonModalDialogOpen() = 0; // 1 while the window exists and is visible, else 0
   // Copies the record.
@@ -240,7 +257,8 @@ protected:
 // Commands of the Script Processor's `Call`
 
 // Receives a script's output, piece by piece as it comes: a zero-terminated text that may hold line feeds and carriage
-// returns anywhere. Called on the thread that runs the script. Must not delete the object that runs it.
+// returns anywhere. Called on the thread that runs the script. On the user-interface thread it may delete the object
+// that runs the script; on another one it must not.
 using OndScriptOutput = void (*)(void* context, const char* text);
 
 enum : std::uint32_t {
@@ -301,7 +319,9 @@ OND_API std::uint32_t OndDeviceClientGetObjType(std::size_t index);
 OND_API std::uintptr_t OndDeviceClientGetObjInfo(std::uint32_t type, std::uint32_t what);
 // A new object without channel and window, or null. The caller owns it.
 OND_API CONXDeviceClient_0* OndDeviceClientCreateInstance(std::uint32_t type);
-// Ends an object and its window. Null, and objects that answer a type the module does not make, are left alone.
+// Ends an object, its window and what it does, at any moment (see "Ending" above). Nothing may be asked of the object
+// any more, on any thread, not even while this waits. Null, and objects that answer a type the module does not make,
+// are left alone.
 OND_API void OndDeviceClientDeleteInstance(CONXDeviceClient_0* object);
 }
 
