@@ -115,7 +115,7 @@ EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
   for (const HWND window : OwnedWindows(m_window)) {
     if (IsWindowVisible(window) && std::find(before.begin(), before.end(), window) == before.end()) {
       tool.window = window;
-      PlaceBeside(m_window, window, tool.command - IDM_FIRST_TOOL);
+      PlaceBeside(m_window, window);
     }
   }
   return result;

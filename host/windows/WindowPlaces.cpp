@@ -1,6 +1,7 @@
 #include "host/windows/WindowPlaces.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace host {
 namespace {
@@ -45,6 +46,32 @@ BOOL CALLBACK AddIfOwned(HWND window, LPARAM parameter) {
   return TRUE;
 }
 
+using Corners = std::vector<POINT>;
+
+// The upper left ones of the main window and of those of its windows that can be seen, but for one.
+Corners CornersBeside(HWND mainWindow, HWND except) {
+  std::vector<HWND> windows = OwnedWindows(mainWindow);
+  windows.push_back(mainWindow);
+  Corners corners;
+  for (const HWND window : windows) {
+    if (window != except && IsWindowVisible(window))
+      corners.push_back({PlaceOf(window).left, PlaceOf(window).top});
+  }
+  return corners;
+}
+
+// The first place from `start` on whose title would not cover another one, in steps downwards and `aside`.
+POINT FreePlace(POINT start, int aside, const Corners& taken) {
+  const auto isTaken = [&](const POINT& place) {
+    return std::any_of(taken.begin(), taken.end(), [&](const POINT& other) {
+      return std::abs(other.x - place.x) < Step() && std::abs(other.y - place.y) < Step();
+    });
+  };
+  while (isTaken(start))
+    start = {start.x + aside, start.y + Step()};
+  return start;
+}
+
 } // namespace
 
 void PlaceMainWindow(HWND window) {
@@ -58,18 +85,22 @@ std::vector<HWND> OwnedWindows(HWND owner) {
   return search.found;
 }
 
-void PlaceBeside(HWND mainWindow, HWND window, std::size_t index) {
+void PlaceBeside(HWND mainWindow, HWND window) {
   const RECT screen = WorkArea(mainWindow);
   const RECT main = PlaceOf(mainWindow);
   const RECT own = PlaceOf(window);
-  const int offset = static_cast<int>(index) * Step();
-  // As far to the right and down as the screen allows.
-  const int farthestX = screen.right - (own.right - own.left);
-  const int farthestY = screen.bottom - (own.bottom - own.top);
-  const bool below = main.right + offset > farthestX && main.bottom + offset <= farthestY;
-  const int x = std::min<int>((below ? main.left : main.right) + offset, farthestX);
-  const int y = std::min<int>((below ? main.bottom : main.top) + offset, farthestY);
-  Move(window, std::max<int>(x, screen.left), std::max<int>(y, screen.top));
+  const Corners taken = CornersBeside(mainWindow, window);
+  const POINT farthest{screen.right - (own.right - own.left), screen.bottom - (own.bottom - own.top)};
+  for (const POINT start : {POINT{main.right, main.top}, POINT{main.left, main.bottom}}) {
+    const POINT place = FreePlace(start, Step(), taken);
+    if (place.x <= farthest.x && place.y <= farthest.y) {
+      Move(window, place.x, place.y);
+      return;
+    }
+  }
+  // A title at least that can be seen, whatever is larger than the screen.
+  const POINT place = FreePlace({std::max(farthest.x, screen.left), screen.top}, -Step(), taken);
+  Move(window, std::max(place.x, screen.left), place.y);
 }
 
 } // namespace host

@@ -1,7 +1,6 @@
 // Where the host's windows come up on the screen, so that they do not cover each other.
 #pragma once
 
-#include <cstddef>
 #include <vector>
 #include <windows.h>
 
@@ -14,8 +13,8 @@ void PlaceMainWindow(HWND window);
 // is among these after an object was asked to show its own, and was not before, is the object's.
 std::vector<HWND> OwnedWindows(HWND owner);
 
-// Puts a window to the right of the main window, or below it where there is no room; the `index`-th some steps further
-// down and to the right. Where neither has room it covers a part of the main window, but stays within the screen.
-void PlaceBeside(HWND mainWindow, HWND window, std::size_t index);
+// Puts a window that the main window owns to its right, or below it where there is no room, or else into the screen's
+// upper right corner; each time some steps further down and aside where another one's title would be covered.
+void PlaceBeside(HWND mainWindow, HWND window);
 
 } // namespace host

@@ -11,16 +11,23 @@
 
 namespace {
 
-void Shoot(const Window& window, const char* name) {
-  window.Activate();
-  RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-  window.Send(WM_NULL);
-  const RECT place = window.Place();
+void ShootPlace(const RECT& place, const char* name) {
   std::printf("shot %s %ldx%ld+%ld+%ld\n", name, place.right - place.left, place.bottom - place.top, place.left,
               place.top);
   std::fflush(stdout);
   std::string line;
   std::getline(std::cin, line);
+}
+
+void Redraw(const Window& window) {
+  window.Activate();
+  RedrawWindow(window.Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  window.Send(WM_NULL);
+}
+
+void Shoot(const Window& window, const char* name) {
+  Redraw(window);
+  ShootPlace(window.Place(), name);
 }
 
 } // namespace
@@ -84,6 +91,16 @@ TEST_CASE("Sample host") {
   const HostProgram host;
   host.WaitForText(IDC_CHANNEL_STATE, "open");
   Shoot(host.Main(), "host-open");
+  for (int tool = 0; tool < 3; ++tool) {
+    const Window button = host.Main().Control(IDM_FIRST_TOOL + tool);
+    button.Press();
+    WaitFor("the tool's window", [&] { return button.Checked(); });
+  }
+  for (const char* caption : {"Device host", "Terminal", "File manager", "Script processor"})
+    Redraw(host.WaitForTop(caption));
+  ShootPlace({0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}, "host-tools");
+  for (int tool = 0; tool < 3; ++tool)
+    host.Main().PressControl(IDM_FIRST_TOOL + tool);
   host.Main().PressControl(IDM_CONNECT);
   host.WaitForText(IDC_CHANNEL_STATE, "not connected");
   host.Main().Resize(900, 0);

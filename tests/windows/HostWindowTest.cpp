@@ -7,6 +7,7 @@
 
 #include <doctest/doctest.h>
 
+#include <cstdlib>
 #include <iterator>
 #include <winsock2.h>
 
@@ -97,6 +98,33 @@ TEST_CASE("each tool's window comes and goes, and its button tells") {
     WaitFor("the button to hide it", isHidden);
     button.Press(); // it stands there while the others come
   }
+  host.CloseMain();
+}
+
+TEST_CASE("the tools' windows do not hide each other's titles, and keep their places") {
+  HostProgram host;
+  std::vector<Window> windows;
+  for (int i = 0; i < static_cast<int>(std::size(kTools)); ++i) {
+    host.Main().PressControl(IDM_FIRST_TOOL + i);
+    windows.push_back(host.WaitForTop(kTools[i].caption));
+    WaitFor("the button to be pressed in", [&] { return host.Main().Control(IDM_FIRST_TOOL + i).Checked(); });
+  }
+  windows.push_back(host.Main());
+  const int title = GetSystemMetrics(SM_CYCAPTION);
+  for (const Window& one : windows) {
+    for (const Window& other : windows) {
+      const RECT a = one.Place(), b = other.Place();
+      CHECK((one.Handle() == other.Handle() || std::abs(a.left - b.left) > title || std::abs(a.top - b.top) > title));
+    }
+  }
+  const Window moved = windows.front();
+  SetWindowPos(moved.Handle(), nullptr, 77, 333, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  moved.PressControl(IDOK);
+  moved.WaitUntilGone("the Terminal");
+  host.Main().PressControl(kTerminal);
+  WaitFor("the Terminal to come back", [&] { return moved.Visible(); });
+  CHECK(moved.Place().left == 77);
+  CHECK(moved.Place().top == 333);
   host.CloseMain();
 }
 
