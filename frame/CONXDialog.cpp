@@ -22,7 +22,7 @@ const char* OrEmpty(const char* text) {
 }
 
 // Hands a text to the clipboard, which then owns the memory. Failures are silent. The system makes the last byte of the
-// memory zero, whatever it was, so there is one more than the text has.
+// memory zero, whatever it was and however the memory gets there, so there is one more than the text has.
 void PutOnClipboard(HWND owner, const std::string& text) {
   CGlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, text.size() + 1));
   if (!memory)

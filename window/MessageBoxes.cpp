@@ -67,7 +67,10 @@ public:
     return m_size.cy + around <= m_screen.bottom - m_screen.top && m_size.cx + beside <= m_screen.right - m_screen.left;
   }
   // Of a window that breaks words where it must.
-  int Width() const { return std::min<int>(m_size.cx + GetSystemMetrics(SM_CXVSCROLL) + m_lineHeight, Widest()); }
+  int Width() const {
+    const int wanted = m_size.cx + GetSystemMetrics(SM_CXVSCROLL) + m_lineHeight;
+    return std::clamp(wanted, Widest() / 3, Widest()); // with room for the caption
+  }
 
 private:
   int Widest() const { return (m_screen.right - m_screen.left) * 5 / 8; }

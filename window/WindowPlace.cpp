@@ -4,6 +4,9 @@
 
 namespace {
 
+// The property of an owner whose next window is waited for.
+constexpr const char* kExpected = "OndNextWindowOverOwner";
+
 RECT PlaceOf(HWND window) {
   RECT place{};
   GetWindowRect(window, &place);
@@ -38,26 +41,25 @@ void CenterWindow(HWND window) {
   SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-thread_local NextWindowOverOwner* NextWindowOverOwner::g_innermost = nullptr;
-
 NextWindowOverOwner::NextWindowOverOwner(HWND owner)
-    : m_outer(g_innermost), m_owner(owner),
-      m_hook(owner ? SetWindowsHookExA(WH_CBT, OnEvent, nullptr, GetCurrentThreadId()) : nullptr) {
-  g_innermost = this;
+    : m_owner(owner), m_hook(owner ? SetWindowsHookExA(WH_CBT, OnEvent, nullptr, GetCurrentThreadId()) : nullptr) {
+  if (m_hook)
+    SetPropA(m_owner, kExpected, m_hook);
 }
 
 NextWindowOverOwner::~NextWindowOverOwner() {
-  if (m_hook)
+  if (m_hook) {
+    RemovePropA(m_owner, kExpected);
     UnhookWindowsHookEx(m_hook);
-  g_innermost = m_outer;
+  }
 }
 
 // A window has its size when it is first activated, and cannot be seen yet.
 LRESULT CALLBACK NextWindowOverOwner::OnEvent(int code, WPARAM wParam, LPARAM lParam) {
-  const auto window = reinterpret_cast<HWND>(wParam);
-  if (code == HCBT_ACTIVATE && g_innermost->m_owner && GetWindow(window, GW_OWNER) == g_innermost->m_owner) {
-    g_innermost->m_owner = nullptr;
-    CenterWindow(window);
+  if (code == HCBT_ACTIVATE) {
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (RemovePropA(GetWindow(window, GW_OWNER), kExpected))
+      CenterWindow(window);
   }
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }

@@ -22,8 +22,6 @@ public:
 private:
   static LRESULT CALLBACK OnEvent(int code, WPARAM wParam, LPARAM lParam);
 
-  static thread_local NextWindowOverOwner* g_innermost; // boxes nest
-  NextWindowOverOwner* const m_outer;
-  HWND m_owner; // null once its window has come
+  HWND m_owner;
   HHOOK m_hook;
 };
