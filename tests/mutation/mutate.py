@@ -33,7 +33,7 @@ FOLDERS = {
     "platform": (15, ["platform", "util", "script", "scripts", "host"]),
     "util": (25, ["util", "filemanager", "script", "scripts", "commandline"]),
     "script": (30, ["script", "scripts", "language_page", "commandline"]),
-    "scriptrt": (25, ["script", "scripts", "language_page", "commandline"]),
+    "scriptrt": (25, ["builtins", "script", "scripts", "language_page", "commandline"]),
     "host": (40, ["host", "commandline", "scripts", "channels"]),
     "filemanager": (12, ["filemanager"]),
     "terminal": (12, ["terminal"]),
