@@ -33,7 +33,7 @@ bool MainWindow::Create() {
   const HINSTANCE program = GetModuleHandleA(nullptr);
   m_accelerators = LoadAcceleratorsA(program, MAKEINTRESOURCEA(IDR_ACCELERATORS));
   CreateDialogParamA(program, MAKEINTRESOURCEA(IDD_MAIN), nullptr, DialogProc, reinterpret_cast<LPARAM>(this));
-  if (m_window == nullptr)
+  if (!m_window)
     return false;
   ShowWindow(m_window, SW_SHOW);
   return true;
@@ -65,7 +65,7 @@ INT_PTR CALLBACK MainWindow::DialogProc(HWND window, UINT message, WPARAM wParam
     reinterpret_cast<MainWindow*>(lParam)->m_window = window;
   }
   auto* const self = reinterpret_cast<MainWindow*>(GetWindowLongPtrA(window, DWLP_USER));
-  if (self == nullptr)
+  if (!self)
     return FALSE;
   try {
     self->m_answer = 0;
@@ -200,7 +200,7 @@ void MainWindow::Refresh() {
 void MainWindow::Close() {
   m_tools.End();
   m_slot.Replace(nullptr); // nobody is left to use it
-  if (m_window != nullptr)
+  if (m_window)
     DestroyWindow(m_window);
 }
 
