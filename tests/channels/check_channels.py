@@ -151,6 +151,9 @@ def check_tcp_end():
     check_end(start, b": Connection closed by the device")
     with start(peers.reset) as channel:
         script(channel, LISTEN, 4, ABORTED, STOPPED)
+    with start(peers.answer_and_close) as channel:  # what has come in is read first, whatever is sent before that
+        script(channel, b'var string s; var int32 n; transmitstring("x"); delay(500); transmitstring("x"); s = receivestring();'
+               b'while (n < 2) { print(s); n += 1; }', 4, b"answer\nanswer\n", b": not everything was sent: ")
     with start(peers.answer_and_close) as channel:  # it is found at the sending
         script(channel, LISTEN + b'delay(500); transmitstring("x"); while (1) { }', 4, b"heard answer\n\n" + ABORTED,
                b": not everything was sent: Connection closed by the device")
