@@ -80,6 +80,8 @@ ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
   const std::string& data = call.TextAt(0).Bytes();
   Progress progress(Services().output, call.context.StopEvent(), "");
   progress.Show();
+  if (call.context.StopEvent().IsAbandoned()) // by the output function
+    return kProcessingAborted;
   const std::int32_t code = Services().channel->TransmitFileFromMemory(
       data.data(), data.size(), static_cast<std::uint8_t>(call.NumberAt(1)),
       static_cast<std::uint8_t>(call.NumberAt(2)), static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep,
@@ -107,6 +109,8 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
       break;
     Progress progress(Services().output, call.context.StopEvent(), NamePart(entry.path) + " ");
     progress.Show();
+    if (call.context.StopEvent().IsAbandoned()) // by the output function
+      return kProcessingAborted;
     const std::int32_t code = Services().channel->TransmitFile(
         entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
     Write(code == 0

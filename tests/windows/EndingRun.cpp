@@ -141,14 +141,15 @@ void EndingRun::PumpWhile(const std::function<bool()>& condition) {
   }
 }
 
-void EndingRun::CallScript(const std::string& script) {
+void EndingRun::CallScriptFile(const std::string& name) {
   const OndScriptOutput output = [](void* context, const char*) {
     auto& self = *static_cast<EndingRun*>(context);
     if (self.m_silent)
       self.m_lateOutput = true;
     self.Away("output");
   };
-  object->Call(ONX_CALL_EXECUTE_SCRIPT, reinterpret_cast<std::uint64_t>(script.c_str()),
+  const std::string path = folder.PathOf(name);
+  object->Call(ONX_CALL_EXECUTE_SCRIPT_FILE, reinterpret_cast<std::uint64_t>(path.c_str()),
                reinterpret_cast<std::uint64_t>(output), reinterpret_cast<std::uint64_t>(this), 0);
 }
 

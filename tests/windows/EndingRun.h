@@ -47,8 +47,8 @@ public:
   void SelectAll(int list) const;
   // Serves messages while the condition holds.
   static void PumpWhile(const std::function<bool()>& condition);
-  // Runs a script through `Call`. [any thread]
-  void CallScript(const std::string& script);
+  // Runs a script of the folder through `Call`. [any thread]
+  void CallScriptFile(const std::string& name);
 
   // --- for who runs it [the test's thread]
 

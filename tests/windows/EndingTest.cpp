@@ -37,20 +37,21 @@ const char* const kScript = R"(
   print("begin\n");
   var string s; var dword d; var int32 i;
   transmitstring("x"); s = receivestring();
-  d = transmitfile("a.bin", 1, 2, 0, 1);
+  d = transmitfile("a.bin", 1, 2, 0, 1); d = transmitfilefromstring("x", 1, 2, 0);
+  d = executejobfile("test.dcj");
   messagebox("Question", "m"); transmitstring("y");
   d = userinputdword("Question", "P", 1); i = userlistinput("Question", "P", "a", 0);
   s = userinputstring("Question", "P", "a"); transmitstring("z");
   print("end\n");)";
 
 void CallHere(EndingRun& run) {
-  run.CallScript(kScript);
+  run.CallScriptFile("test.dcs");
 }
 
 void CallOnAThread(EndingRun& run) {
   std::atomic<bool> done = false;
   std::thread thread([&] {
-    run.CallScript(kScript);
+    run.CallScriptFile("test.dcs");
     done = true;
   });
   EndingRun::PumpWhile([&] { return !done; });
@@ -142,6 +143,7 @@ TEST_CASE("whatever is done wherever control leaves the module") {
   PoisonFreedMemory(host.Module());
   const TemporaryFolder folder;
   folder.Write("test.dcs", kScript);
+  folder.Write("test.dcj", "a.bin\t1\t2\tnormal\nb.bin\t1\t2\tnormal\n");
   for (const Course& course : Courses()) {
     for (unsigned deed = 1; deed <= kAbort; deed <<= 1) {
       if ((course.deeds & deed) == 0)

@@ -53,6 +53,13 @@ public:
       return report(context, steps) != 0 ? -9 : code;
     });
   }
+  std::int32_t TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t id, std::uint8_t type,
+                                      std::uint32_t mode, TransferProgressCallback report, void* context,
+                                      std::uint32_t flag, std::uint32_t steps) override {
+    return Leave("TransmitFileFromMemory", [&] {
+      return GuardedChannel::TransmitFileFromMemory(data, length, id, type, mode, report, context, flag, steps);
+    });
+  }
   std::int32_t ReadDirectory() override {
     return Leave("ReadDirectory", [&] { return GuardedChannel::ReadDirectory(); });
   }
