@@ -5,6 +5,7 @@
 #include "window/Handles.h"
 #include "window/MessageBoxes.h"
 
+#include <mutex>
 #include <string_view>
 #include <utility>
 
@@ -27,13 +28,19 @@ bool IsDialog(HWND window) {
 class CWindowsOperator::CAsking {
 public:
   explicit CAsking(CWindowsOperator& asked)
-      : m_operator(asked), m_outer(std::exchange(t_innermost, this)),
-        m_hook(SetWindowsHookExA(WH_CBT, OnWindowEvent, nullptr, GetCurrentThreadId())) {}
+      : m_operator(asked), m_hook(SetWindowsHookExA(WH_CBT, OnWindowEvent, nullptr, m_thread)) {
+    const std::lock_guard guard(g_mutex);
+    m_next = std::exchange(g_first, this);
+  }
   CAsking(const CAsking&) = delete;
   CAsking& operator=(const CAsking&) = delete;
   ~CAsking() {
-    t_innermost = m_outer;
     m_operator.m_question = nullptr;
+    const std::lock_guard guard(g_mutex);
+    CAsking** place = &g_first;
+    while (*place != this)
+      place = &(*place)->m_next;
+    *place = m_next;
   }
 
   // Nobody has dismissed it before it is shown.
@@ -41,21 +48,33 @@ public:
 
 private:
   static LRESULT CALLBACK OnWindowEvent(int code, WPARAM wParam, LPARAM lParam) {
-    const auto window = reinterpret_cast<HWND>(wParam);
-    if (code == HCBT_CREATEWND && t_innermost && !t_innermost->m_operator.m_question && IsDialog(window))
-      t_innermost->m_operator.m_question = window;
+    if (code == HCBT_CREATEWND && IsDialog(reinterpret_cast<HWND>(wParam)))
+      Found(reinterpret_cast<HWND>(wParam));
     return CallNextHookEx(nullptr, code, wParam, lParam);
   }
+  // Questions of several objects may be open on one thread, each above the other; the last one comes first.
+  static void Found(HWND window) {
+    const std::lock_guard guard(g_mutex);
+    CAsking* asking = g_first;
+    while (asking && asking->m_thread != GetCurrentThreadId())
+      asking = asking->m_next;
+    HWND none = nullptr;
+    if (asking)
+      asking->m_operator.m_question.compare_exchange_strong(none, window);
+  }
 
-  // The thread's; questions of several objects may be open on one thread, each above the other.
-  static thread_local CAsking* t_innermost;
+  // All that are open, on any thread.
+  static std::mutex g_mutex;
+  static CAsking* g_first; // under the mutex
 
   CWindowsOperator& m_operator;
-  CAsking* const m_outer;
+  const DWORD m_thread = GetCurrentThreadId();
+  CAsking* m_next = nullptr; // under the mutex
   const CHookHandle m_hook;
 };
 
-thread_local CWindowsOperator::CAsking* CWindowsOperator::CAsking::t_innermost = nullptr;
+std::mutex CWindowsOperator::CAsking::g_mutex;
+CWindowsOperator::CAsking* CWindowsOperator::CAsking::g_first = nullptr;
 
 void CWindowsOperator::ShowMessage(const std::string& caption, const std::string& text) {
   const CAsking asking(*this);
