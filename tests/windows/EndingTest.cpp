@@ -92,46 +92,43 @@ const std::vector<Course>& Courses() {
   const auto edit = [](EndingRun& run) { SendMessageA(run.Control(IDC_FM_LOCAL_LIST), WM_KEYDOWN, VK_SPACE, 0); };
   const auto connect = [](EndingRun& run) { run.Connect(); };
   const auto show = [](EndingRun& run) { run.Show(); };
-  const unsigned stays = kDelete | kDestroyWindow | kHide | kDisconnect; // on worker threads
+  // The rest is tried where a worker or a script is under way.
+  constexpr unsigned kMost =
+      kDelete | kDestroyWindow | kDisconnect | kConnectOther | kDestroyAndShow | kDestroyThenDelete;
   static const std::vector<Course> courses = {
-      {"Terminal: connect", ONX_OBJ_TERMINAL, kAnything, show, connect},
-      {"Terminal: show", ONX_OBJ_TERMINAL, kAnything, connect, show},
-      {"Terminal: send", ONX_OBJ_TERMINAL, kAnything, typed, Press(IDOK)},
-      {"Terminal: send and poll", ONX_OBJ_TERMINAL, kAnything,
-       [=](EndingRun& run) {
-         typed(run);
-         Press(IDOK)(run);
-       },
-       Tick},
-      {"Terminal: send, failing", ONX_OBJ_TERMINAL, kAnything,
+      {"Terminal: connect", ONX_OBJ_TERMINAL, kMost, show, connect},
+      {"Terminal: show", ONX_OBJ_TERMINAL, kMost, connect, show},
+      {"Terminal: send, failing", ONX_OBJ_TERMINAL, kMost,
        [=](EndingRun& run) {
          typed(run);
          run.device.Fail("Transmit", {5});
        },
        Press(IDOK)},
-      {"File Manager: connect", ONX_OBJ_FILE_MANAGER, kAnything, show, connect},
-      {"File Manager: show", ONX_OBJ_FILE_MANAGER, kAnything, connect, show},
-      {"File Manager: status", ONX_OBJ_FILE_MANAGER, kAnything, Open, Tick},
-      {"File Manager: refresh, failing", ONX_OBJ_FILE_MANAGER, kAnything, failing("ReadDirectory"),
-       Press(IDC_FM_REFRESH)},
-      {"File Manager: delete", ONX_OBJ_FILE_MANAGER, kAnything, withFiles, Press(IDC_FM_DELETE_FILES)},
-      {"File Manager: delete, failing", ONX_OBJ_FILE_MANAGER, kAnything, failing("Delete"), Press(IDC_FM_DELETE_FILES)},
-      {"File Manager: format, failing", ONX_OBJ_FILE_MANAGER, kAnything, failing("Format"), Press(IDC_FM_FORMAT)},
-      {"File Manager: copy, failing", ONX_OBJ_FILE_MANAGER, kAnything | kAbort, failing("TransmitFile"),
-       Press(IDC_FM_COPY_ALL)},
-      {"File Manager: file dialog", ONX_OBJ_FILE_MANAGER, kAnything, Open, Press(IDC_FM_ADD_FILES)},
-      {"File Manager: properties", ONX_OBJ_FILE_MANAGER, kAnything, withFiles, edit},
+      {"Terminal: poll", ONX_OBJ_TERMINAL, kAnything,
+       [=](EndingRun& run) {
+         typed(run);
+         Press(IDOK)(run);
+       },
+       Tick},
+      {"File Manager: connect", ONX_OBJ_FILE_MANAGER, kMost, show, connect},
+      {"File Manager: show", ONX_OBJ_FILE_MANAGER, kMost, connect, show},
       {"File Manager: close", ONX_OBJ_FILE_MANAGER, kAnything,
        [](EndingRun& run) {
          Open(run);
          run.HearOfEvents();
        },
        Press(IDOK)},
-      {"Script Processor: connect", ONX_OBJ_SCRIPT_PROCESSOR, kAnything, show, connect},
-      {"Script Processor: show", ONX_OBJ_SCRIPT_PROCESSOR, kAnything, connect, show},
+      {"File Manager: refresh, failing", ONX_OBJ_FILE_MANAGER, kMost, failing("ReadDirectory"), Press(IDC_FM_REFRESH)},
+      {"File Manager: delete, failing", ONX_OBJ_FILE_MANAGER, kMost, failing("Delete"), Press(IDC_FM_DELETE_FILES)},
+      {"File Manager: format, failing", ONX_OBJ_FILE_MANAGER, kMost, failing("Format"), Press(IDC_FM_FORMAT)},
+      {"File Manager: copy, failing", ONX_OBJ_FILE_MANAGER, kAnything | kAbort, failing("TransmitFile"),
+       Press(IDC_FM_COPY_ALL)},
+      {"File Manager: file dialog", ONX_OBJ_FILE_MANAGER, kAnything, Open, Press(IDC_FM_ADD_FILES)},
+      {"File Manager: properties", ONX_OBJ_FILE_MANAGER, kAnything, withFiles, edit},
       {"Script Processor: Call here", ONX_OBJ_SCRIPT_PROCESSOR, kAnything, Open, CallHere, true},
       {"Script Processor: Call on a thread", ONX_OBJ_SCRIPT_PROCESSOR, kAnything, Open, CallOnAThread},
-      {"Script Processor: window", ONX_OBJ_SCRIPT_PROCESSOR, stays | kAbort, chosen, RunInWindow},
+      {"Script Processor: window", ONX_OBJ_SCRIPT_PROCESSOR, kDelete | kDestroyWindow | kHide | kDisconnect | kAbort,
+       chosen, RunInWindow},
   };
   return courses;
 }
