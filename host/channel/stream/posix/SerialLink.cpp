@@ -62,8 +62,10 @@ public:
     // Not blocking, or opening would wait for a modem's carrier.
     Descriptor port(open(m_line.port.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     termios settings = {};
-    if (!port.IsOpen() || tcgetattr(port.Number(), &settings) != 0)
+    if (!port.IsOpen())
       return tl::unexpected(SystemErrorText(errno));
+    if (tcgetattr(port.Number(), &settings) != 0)
+      return tl::unexpected(m_line.port + " is not a serial port");
     Describe(m_line, speed->code, settings);
     // Two programs on one port would each get a part of the answers.
     if (tcsetattr(port.Number(), TCSANOW, &settings) != 0 || ioctl(port.Number(), TIOCEXCL) != 0)

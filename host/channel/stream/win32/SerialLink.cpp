@@ -50,7 +50,11 @@ public:
                                 OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
     if (!m_port.IsOpen())
       return tl::unexpected(LastFailure());
-    DCB settings = Describe(m_line);
+    DCB settings = {};
+    settings.DCBlength = sizeof settings;
+    if (GetCommState(m_port.Get(), &settings) == FALSE)
+      return tl::unexpected(m_line.port + " is not a serial port");
+    settings = Describe(m_line);
     // A receive operation ends when nothing came for 1 ms after a byte, or when the piece is full.
     COMMTIMEOUTS timeouts = {1, 0, 0, 0, 0};
     if (SetCommState(m_port.Get(), &settings) == FALSE || SetCommTimeouts(m_port.Get(), &timeouts) == FALSE)
