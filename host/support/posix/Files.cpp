@@ -10,9 +10,21 @@
 
 namespace host {
 
+namespace {
+
+bool IsSeparator(char c) {
+  return c == '\\' || c == '/';
+}
+
+// A colon is a letter like any other in a name here, so there is only the drive of the whole file system.
+bool BeginsWithDrive(const std::string& path) {
+  return path.size() >= 3 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':' && IsSeparator(path[2]);
+}
+
+} // namespace
+
 std::string SystemPath(const std::string& path) {
-  const bool hasRootDrive = path.size() >= 2 && (path[0] == 'Z' || path[0] == 'z') && path[1] == ':';
-  std::string result = hasRootDrive ? path.substr(2) : path;
+  std::string result = BeginsWithDrive(path) ? path.substr(2) : path;
   std::replace(result.begin(), result.end(), '\\', '/');
   return result;
 }
@@ -20,14 +32,18 @@ std::string SystemPath(const std::string& path) {
 // ".." is resolved in the text, as Windows does: the folder in front of it need not exist. There is no drive but "Z:",
 // and there are no network paths.
 std::string FromScriptPath(const std::string& path) {
-  const bool hasOtherDrive = path.size() >= 2 && path[1] == ':' && path[0] != 'Z' && path[0] != 'z';
-  if (hasOtherDrive || path.starts_with("\\\\"))
+  const bool hasDrive = path.size() >= 2 && path[1] == ':';
+  if ((hasDrive && path[0] != 'Z' && path[0] != 'z') || path.starts_with("\\\\"))
     return {};
-  return std::filesystem::path(SystemPath(path)).lexically_normal();
+  return std::filesystem::path(SystemPath(hasDrive ? path.substr(2) : path)).lexically_normal();
 }
 
 std::string ScriptPath(const std::string& typed) {
-  std::string result = typed.starts_with('/') ? "Z:" + typed : typed;
+  std::string result = typed;
+  if (typed.starts_with('/'))
+    result = "Z:" + typed;
+  else if (typed.size() >= 2 && typed[1] == ':' && !BeginsWithDrive(typed)) // no drive for the script either
+    result = "./" + typed;
   std::replace(result.begin(), result.end(), '/', '\\');
   return result;
 }
