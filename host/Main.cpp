@@ -4,13 +4,11 @@
 #include "host/commandline/StandardStreams.h"
 #include "host/console/Module.h"
 #include "host/console/ModuleScript.h"
-#include "host/support/BinaryStreams.h"
+#include "host/support/StreamSetup.h"
 #include "host/windows/Program.h"
 
-#include <CLI/CLI.hpp>
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -19,26 +17,19 @@ namespace {
 
 constexpr const char* kProgram = "ondhost";
 
-constexpr const char* kFooter = R"(Examples:
-  ondhost
-  ondhost --device-dir C:\bench\device
-  ondhost list
-  ondhost run sweep.dcs
-  ondhost run flash.dcs --device-dir C:\bench\device --set unit:string=A17
-  ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total
-  ondhost run sweep.dcs --channel tcp:192.168.1.20:4000
-  ondhost run sweep.dcs --channel serial:COM3:115200:8N1
-  ondhost run flash.dcs --fault TransmitFile:2=6
+int UsageError(const std::string& error) {
+  host::PrintMessage(kProgram, error);
+  return host::kExitUsage;
+}
 
-Without a command, the windows open, on the channel that the options describe.
-A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call.)";
-
+// Null when the module cannot be used, which has been told.
 std::optional<host::Module> LoadModule() {
-  std::string error;
-  auto module = host::Module::Load(error);
-  if (!module)
-    host::PrintMessage(kProgram, error);
-  return module;
+  auto module = host::Module::Load();
+  if (!module) {
+    host::PrintMessage(kProgram, module.error());
+    return std::nullopt;
+  }
+  return std::move(*module);
 }
 
 int List() {
@@ -51,16 +42,13 @@ int List() {
     std::snprintf(type, sizeof type, "0x%04X ", static_cast<unsigned>(kind.type));
     output.Write(type + kind.name + "\n");
   }
-  return output.Failed() ? host::kExitStream : 0;
+  return host::ExitCodeOf(kProgram, output);
 }
 
-int Run(const host::RunOptions& options) {
-  std::string error;
-  const auto arguments = options.Resolve(error);
-  if (!arguments) {
-    host::PrintMessage(kProgram, error);
-    return host::kExitUsage;
-  }
+int Run(const host::CommandLine& line) {
+  const auto arguments = host::ReadRunArguments(line);
+  if (!arguments)
+    return UsageError(arguments.error());
   const auto module = LoadModule();
   if (!module)
     return host::kExitNoModule;
@@ -73,42 +61,25 @@ int Run(const host::RunOptions& options) {
   return host::RunScript(kProgram, *arguments, machine);
 }
 
-int ShowWindows(const host::ChannelArguments& arguments) {
-  std::string error;
-  const auto options = arguments.Resolve(error);
-  if (!options) {
-    host::PrintMessage(kProgram, error);
-    return host::kExitUsage;
-  }
-  return host::RunWindows(kProgram, *options);
-}
-
-bool HasOptions(const CLI::App& app) {
-  const auto options = app.get_options();
-  return std::any_of(options.begin(), options.end(), [](const CLI::Option* option) { return option->count() != 0; });
+int ShowWindows(const host::CommandLine& line) {
+  const auto options = host::ReadChannelOptions(line);
+  return options ? host::RunWindows(kProgram, *options) : UsageError(options.error());
 }
 
 int Main(int argc, char** argv) {
-  host::UseBinaryStreams();
-  CLI::App app("Works with a device through OndDeviceClient.dll: with windows, or from a script.", kProgram);
-  app.set_version_flag("--version", std::string(kProgram) + " " OND_VERSION);
-  app.footer(kFooter);
-  const host::ChannelArguments channel(app);
-  CLI::App* const run = app.add_subcommand("run", "Runs a script and prints its output");
-  run->footer(kFooter);
-  const host::RunOptions options(*run);
-  const CLI::App* const list = app.add_subcommand("list", "Prints the kinds of object that the module makes");
-  if (const auto code = host::ParseCommandLine(app, argc, argv))
-    return *code;
-  if (!app.get_subcommands().empty() && HasOptions(app)) {
-    host::PrintMessage(kProgram, "options stand behind the command; --help tells more");
-    return host::kExitUsage;
-  }
-  if (list->parsed())
+  if (!host::PrepareStandardStreams())
+    return host::kExitStream;
+  const auto line = host::ParseCommandLine(kProgram, argc, argv);
+  if (!line)
+    return line.error();
+  switch (line->command) {
+  case host::Command::kList:
     return List();
-  if (run->parsed())
-    return Run(options);
-  return ShowWindows(channel);
+  case host::Command::kRun:
+    return Run(*line);
+  default:
+    return ShowWindows(*line);
+  }
 }
 
 // For a Ctrl+C that nobody takes. Wine's own handler would end the process as if all had gone well.

@@ -51,9 +51,8 @@ int CheckFiles(std::string_view program, const std::vector<std::string>& files, 
       problems = true;
     }
   }
-  if (output.Failed())
-    host::PrintMessage(program, "standard output cannot be written");
-  if (unreadable || output.Failed())
+  const int code = host::ExitCodeOf(program, output);
+  if (unreadable || code != 0)
     return host::kExitStream;
   return problems ? host::kExitProblemsFound : 0;
 }

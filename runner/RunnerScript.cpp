@@ -27,3 +27,11 @@ std::uint64_t RunnerScript::GetVariables(std::vector<TONXSCRIPTVARIABLE>& record
 void RunnerScript::Stop() {
   m_runner.StopScript();
 }
+
+void RunnerScript::StopFor(const host::InterruptCause& cause) {
+  Stop();
+  if (cause.isKey)
+    m_operator.TellStopping();
+  else
+    m_operator.Leave();
+}

@@ -15,6 +15,7 @@ public:
   EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   void Stop() override;
+  void StopFor(const host::InterruptCause& cause) override;
 
 private:
   TerminalOperator m_operator;

@@ -1,79 +1,116 @@
 #include "runner/TerminalOperator.h"
 
-#include "frame/contract/OndDeviceClient.h"
+#include "host/support/Text.h"
+#include "runner/ItemAnswer.h"
 #include "scriptrt/question/NumberAnswer.h"
 
 #include <iostream>
 
 namespace {
 
-// Nothing at the end of input.
-std::optional<std::string> ReadLine() {
-  std::string line;
-  if (!std::getline(std::cin, line)) {
-    std::cerr << '\n';
-    return std::nullopt;
-  }
-  if (line.ends_with('\r'))
-    line.pop_back();
-  return line;
+constexpr const char* kCancel = "Ctrl+D cancels";
+
+void ShowHeading(const std::string& caption, const std::string& hint) {
+  std::cerr << caption << (caption.empty() ? "(" : " (") << hint << ")\n";
 }
 
-std::optional<std::string> Ask(const std::string& prompt, const std::string& inBrackets) {
-  std::cerr << prompt;
-  if (!inBrackets.empty())
-    std::cerr << " [" << inBrackets << "]";
-  std::cerr << ": " << std::flush;
-  return ReadLine();
-}
-
-std::string PromptOr(const std::string& prompt, const char* otherwise) {
-  return prompt.empty() ? otherwise : prompt;
-}
-
-// Asks until the answer is a number within the question's limits.
-std::optional<std::uint64_t> AskWithinLimits(const CONXOperator::NumberQuestion& question, const std::string& prompt,
-                                             const std::string& inBrackets) {
-  for (;;) {
-    std::optional<std::string> line = Ask(prompt, inBrackets);
-    if (!line)
-      return std::nullopt;
-    const NumberAnswer answer = ReadNumberAnswer(question, line->empty() ? inBrackets : *line);
-    if (answer.value)
-      return answer.value;
-    if (!answer.complaint.empty())
-      std::cerr << answer.complaint << '\n';
-  }
+// "PROMPT (remark) [initial]: "
+std::string Prompt(const std::string& prompt, const char* otherwise, const std::string& remark,
+                   const std::string& initial) {
+  std::string text = prompt.empty() ? otherwise : prompt;
+  if (!remark.empty())
+    text += " (" + remark + ")";
+  if (!initial.empty())
+    text += " [" + initial + "]";
+  return text + ": ";
 }
 
 } // namespace
 
+std::optional<std::string> TerminalOperator::ReadAnswer(const std::string& prompt) {
+  {
+    const std::lock_guard guard(m_mutex);
+    m_openPrompt = prompt;
+    m_toldStopping = false;
+    std::cerr << prompt << std::flush;
+  }
+  std::optional<std::string> line = m_input.ReadLine();
+  const std::lock_guard guard(m_mutex);
+  m_openPrompt.clear();
+  if (!line)
+    std::cerr << '\n';
+  return line;
+}
+
+template <class Value>
+std::optional<Value>
+TerminalOperator::AskUntil(const std::string& prompt,
+                           const std::function<std::optional<Value>(const std::string&, std::string&)>& read) {
+  while (const std::optional<std::string> line = ReadAnswer(prompt)) {
+    std::string complaint;
+    if (const std::optional<Value> value = read(*line, complaint))
+      return value;
+    std::cerr << complaint << '\n';
+  }
+  return std::nullopt;
+}
+
+void TerminalOperator::TellStopping() {
+  const std::lock_guard guard(m_mutex);
+  if (m_openPrompt.empty() || m_toldStopping)
+    return;
+  m_toldStopping = true;
+  // The terminal has thrown away what was typed so far.
+  std::cerr << "\nThe script stops once this is answered or cancelled; Ctrl+C again ends the program at once\n"
+            << m_openPrompt << std::flush;
+}
+
 void TerminalOperator::ShowMessage(const std::string& caption, const std::string& text) {
-  std::cerr << caption << ": " << text << " [Enter] " << std::flush;
-  ReadLine();
+  ReadAnswer(caption + ": " + text + " [Enter] ");
 }
 
 std::optional<std::uint64_t> TerminalOperator::AskNumber(const NumberQuestion& question) {
-  std::cerr << question.caption << '\n';
-  return AskWithinLimits(question, PromptOr(question.prompt, "Enter information"),
-                         NumberForOperator(question, question.initial));
+  ShowHeading(question.caption, std::string("Enter takes the value in brackets, ") + kCancel);
+  const std::string initial = NumberForOperator(question, question.initial);
+  return AskUntil<std::uint64_t>(Prompt(question.prompt, "Enter information", LimitsForOperator(question), initial),
+                                 [&](const std::string& line, std::string& complaint) {
+                                   NumberAnswer answer = ReadNumberAnswer(question, line.empty() ? initial : line);
+                                   complaint = answer.complaint.empty() ? host::Quoted(line) + " is not a number"
+                                                                        : answer.complaint;
+                                   return answer.value;
+                                 });
 }
 
 std::optional<std::string> TerminalOperator::AskText(const std::string& caption, const std::string& prompt,
                                                      const std::string& initial) {
-  std::cerr << caption << '\n';
-  std::optional<std::string> line = Ask(PromptOr(prompt, "Enter information"), initial);
-  return line && line->empty() ? initial : line;
+  constexpr const char* kEmptyText = "\"\"";
+  ShowHeading(caption, initial.empty() ? std::string("Enter takes the empty text, ") + kCancel
+                                       : std::string("Enter takes the text in brackets, ") + kEmptyText +
+                                             " the empty one, " + kCancel);
+  const std::optional<std::string> line = ReadAnswer(Prompt(prompt, "Enter information", {}, initial));
+  if (!line || initial.empty())
+    return line;
+  return line->empty() ? initial : *line == kEmptyText ? std::string() : *line;
 }
 
 std::optional<std::size_t> TerminalOperator::AskItem(const std::string& caption, const std::string& prompt,
                                                      const std::vector<std::string>& items, std::uint64_t initial) {
-  std::cerr << caption << '\n';
+  if (items.empty()) { // nothing can be chosen
+    std::cerr << caption << '\n';
+    return std::nullopt;
+  }
+  const std::string inBrackets = initial < items.size() ? std::to_string(initial) : std::string();
+  std::string hint = inBrackets.empty() ? "" : "Enter takes the item whose number is in brackets, ";
+  if (HasTextLikeNumber(items))
+    hint += "a text that looks like a number stands in \"quotes\", ";
+  ShowHeading(caption, hint + kCancel);
   for (std::size_t i = 0; i < items.size(); ++i)
     std::cerr << "  " << i << "  " << items[i] << '\n';
-  if (items.empty()) // nothing can be chosen
-    return std::nullopt;
-  const NumberQuestion index{{}, {}, ONX_TYPE_UINT64, initial, 0, items.size() - 1};
-  const std::string inBrackets = initial < items.size() ? NumberForOperator(index, initial) : std::string();
-  return AskWithinLimits(index, PromptOr(prompt, "Select an item"), inBrackets);
+  return AskUntil<std::size_t>(Prompt(prompt, "Select an item", "number or text", inBrackets),
+                               [&](const std::string& line, std::string& complaint) -> std::optional<std::size_t> {
+                                 complaint = line.empty() ? "Type the number or the text of an item"
+                                                          : host::Quoted(line) +
+                                                                " is neither the number nor the text of an item";
+                                 return FindItem(items, line.empty() ? inBrackets : line);
+                               });
 }

@@ -1,8 +1,12 @@
 // Asks a script's questions on the terminal: prompts on standard error, so that standard output stays the script's,
-// answers from standard input, a line each. An empty line takes what stands in brackets; the end of input is Cancel.
+// answers from standard input, a line each. Each question says what may be typed.
 #pragma once
 
+#include "runner/TerminalInput.h"
 #include "scriptrt/question/Operator.h"
+
+#include <functional>
+#include <mutex>
 
 class TerminalOperator : public CONXOperator {
 public:
@@ -12,4 +16,22 @@ public:
                                      const std::string& initial) override;
   std::optional<std::size_t> AskItem(const std::string& caption, const std::string& prompt,
                                      const std::vector<std::string>& items, std::uint64_t initial) override;
+
+  // Tells whoever is being asked, once for each question, that the script has been asked to stop. [any thread]
+  void TellStopping();
+  // Nobody is there any more: questions, an open one too, are cancelled from now on. [any thread]
+  void Leave() { m_input.Close(); }
+
+private:
+  // What is typed behind the prompt; nothing means Cancel.
+  std::optional<std::string> ReadAnswer(const std::string& prompt);
+  // Asks until `read` makes something of the answer; otherwise it has set the complaint, which is shown.
+  template <class Value>
+  std::optional<Value> AskUntil(const std::string& prompt,
+                                const std::function<std::optional<Value>(const std::string&, std::string&)>& read);
+
+  TerminalInput m_input;
+  std::mutex m_mutex;          // guards what follows
+  std::string m_openPrompt;    // empty: nobody is being asked
+  bool m_toldStopping = false; // at the open prompt
 };

@@ -1,36 +1,36 @@
 #include "host/commandline/ChannelArguments.h"
 
-#include "host/commandline/RepeatedOption.h"
-
-#include <CLI/CLI.hpp>
+#include "host/support/Text.h"
 
 namespace host {
 namespace {
 
 constexpr unsigned kLongestBlockTime = 60000; // ms
 
-} // namespace
-
-ChannelArguments::ChannelArguments(CLI::App& command) {
-  command.add_option("--channel", m_options.text, "the device: " + ChannelForms())->capture_default_str();
-  command.add_option("--device-dir", m_options.sim.folder, "folder in which the simulated device keeps its files")
-      ->check([](const std::string& folder) { return folder.empty() ? "the folder has no name" : ""; });
-  AddRepeatedOption(command, "--fault", m_faults, "OPERATION[:N]=CODE",
-                    "the N-th call (without N: every call) of a channel operation answers CODE");
-  command
-      .add_option("--block-time", m_blockTime, "milliseconds that the simulated device takes for a block of 512 bytes")
-      ->check(CLI::Range(0U, kLongestBlockTime));
+tl::expected<std::chrono::milliseconds, std::string> ReadBlockTime(const std::string& text) {
+  unsigned time = 0;
+  if (!ParseNumber(text, time) || time > kLongestBlockTime)
+    return tl::unexpected("--block-time " + text + ": expected milliseconds, 0 to " +
+                          std::to_string(kLongestBlockTime));
+  return std::chrono::milliseconds(time);
 }
 
-std::optional<ChannelOptions> ChannelArguments::Resolve(std::string& error) const {
-  ChannelOptions options = m_options;
-  options.sim.blockTime = std::chrono::milliseconds(m_blockTime);
-  for (const std::string& text : m_faults) {
+} // namespace
+
+tl::expected<ChannelOptions, std::string> ReadChannelOptions(const CommandLine& line) {
+  ChannelOptions options;
+  options.text = line.Value("--channel", options.text);
+  options.sim.folder = line.Value("--device-dir", "");
+  if (line.Has("--device-dir") && options.sim.folder.empty())
+    return tl::unexpected<std::string>("--device-dir: the folder has no name");
+  const auto blockTime = ReadBlockTime(line.Value("--block-time", "0"));
+  if (!blockTime)
+    return tl::unexpected(blockTime.error());
+  options.sim.blockTime = *blockTime;
+  for (const std::string& text : line.All("--fault")) {
     const auto fault = ParseFault(text);
-    if (!fault) {
-      error = "--fault " + text + ": " + fault.error();
-      return std::nullopt;
-    }
+    if (!fault)
+      return tl::unexpected("--fault " + text + ": " + fault.error());
     options.faults.push_back(*fault);
   }
   return options;

@@ -2,32 +2,11 @@
 #pragma once
 
 #include "host/channel/factory/ChannelFactory.h"
-
-#include <optional>
-#include <string>
-#include <vector>
-
-namespace CLI {
-class App;
-}
+#include "host/commandline/CommandLine.h"
 
 namespace host {
 
-// Adds the options to a command, and makes sense of them after parsing.
-class ChannelArguments {
-public:
-  // Must outlive the parsing.
-  explicit ChannelArguments(CLI::App& command);
-  ChannelArguments(const ChannelArguments&) = delete;
-  ChannelArguments& operator=(const ChannelArguments&) = delete;
-
-  // On failure nothing is returned and `error` names the argument.
-  std::optional<ChannelOptions> Resolve(std::string& error) const;
-
-private:
-  ChannelOptions m_options; // what needs no second look
-  std::vector<std::string> m_faults;
-  unsigned m_blockTime = 0; // ms
-};
+// Otherwise what is wrong, with the name of the option.
+tl::expected<ChannelOptions, std::string> ReadChannelOptions(const CommandLine& line);
 
 } // namespace host

@@ -5,7 +5,7 @@ namespace host {
 const char* ResultText(EONX_ERR_ERRCODE_ result) {
   switch (result) {
   case EONX_ERR_NONE:
-    return nullptr;
+    return "";
   case EONX_ERR_EMPTY_PATH:
     return "the path of the script is empty";
   case EONX_ERR_NO_CHANNEL:

@@ -14,7 +14,7 @@ enum ExitCode : int {
   kExitStream = 5,        // a file to check, standard input or standard output fails
 };
 
-// Why a run ended with this result, for users; null for success.
+// Why a run ended with this result, for users; empty for success.
 const char* ResultText(EONX_ERR_ERRCODE_ result);
 
 } // namespace host

@@ -10,7 +10,7 @@ constexpr std::chrono::milliseconds kRepeatInterval{10};
 
 } // namespace
 
-InterruptWatcher::InterruptWatcher(std::function<void()> stop)
+InterruptWatcher::InterruptWatcher(std::function<void(const InterruptCause&)> stop)
     : m_stop(std::move(stop)), m_thread(&InterruptWatcher::Watch, this) {}
 
 InterruptWatcher::~InterruptWatcher() {
@@ -24,12 +24,13 @@ InterruptWatcher::~InterruptWatcher() {
 }
 
 void InterruptWatcher::Watch() {
-  if (!m_interrupt.Wait())
+  const std::optional<InterruptCause> cause = m_interrupt.Wait();
+  if (!cause)
     return;
-  m_interrupted = true;
+  m_interrupted = cause->name;
   std::unique_lock guard(m_mutex);
   while (!m_ending) {
-    m_stop();
+    m_stop(*cause);
     m_changed.wait_for(guard, kRepeatInterval, [this] { return m_ending; });
   }
 }

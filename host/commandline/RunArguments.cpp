@@ -1,87 +1,50 @@
 #include "host/commandline/RunArguments.h"
 
-#include "host/commandline/ExitCodes.h"
-#include "host/commandline/RepeatedOption.h"
 #include "host/support/Text.h"
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 
 namespace host {
 namespace {
 
-const Variable* FindVariable(const std::vector<Variable>& variables, const std::string& name) {
-  const auto found = std::find_if(variables.begin(), variables.end(),
-                                  [&](const Variable& variable) { return EqualIgnoringCase(variable.name, name); });
-  return found == variables.end() ? nullptr : &*found;
+bool HasVariable(const std::vector<Variable>& variables, const std::string& name) {
+  return std::any_of(variables.begin(), variables.end(),
+                     [&](const Variable& variable) { return EqualIgnoringCase(variable.name, name); });
 }
 
 } // namespace
 
-void AddSetOption(CLI::App& command, std::vector<std::string>& values) {
-  AddRepeatedOption(command, "--set", values, "NAME:TYPE=VALUE",
-                    "a variable for the script (dword, uint32, string, long, int32, uint64, int64)");
-}
-
-std::optional<std::vector<Variable>> ParseVariables(const std::vector<std::string>& sets, std::string& error) {
+tl::expected<std::vector<Variable>, std::string> ReadVariables(const CommandLine& line) {
   std::vector<Variable> variables;
-  for (const std::string& text : sets) {
-    auto variable = ParseVariable(text, error);
-    if (variable && FindVariable(variables, variable->name) != nullptr) {
-      error = "the variable is set twice";
-      variable.reset();
-    }
-    if (!variable) {
-      error = "--set " + text + ": " + error;
-      return std::nullopt;
-    }
+  for (const std::string& text : line.All("--set")) {
+    auto variable = ParseVariable(text);
+    if (!variable)
+      return tl::unexpected("--set " + text + ": " + variable.error());
+    if (HasVariable(variables, variable->name))
+      return tl::unexpected("--set " + text + ": the variable is set twice");
     variables.push_back(std::move(*variable));
   }
   return variables;
 }
 
-RunOptions::RunOptions(CLI::App& command) : m_channel(command) {
-  command.add_option("FILE", m_arguments.script, "the script; - reads it from standard input")->required();
-  AddSetOption(command, m_sets);
-  command.add_flag("--keep-going", m_arguments.keepGoing,
-                   "do not stop the script when it uses a channel that is closed for good");
-  AddRepeatedOption(command, "--get", m_arguments.gets, "NAME", "print this variable of --set after the run");
-}
-
-std::optional<RunArguments> RunOptions::Resolve(std::string& error) const {
-  RunArguments arguments = m_arguments;
-  auto channel = m_channel.Resolve(error);
+tl::expected<RunArguments, std::string> ReadRunArguments(const CommandLine& line) {
+  RunArguments arguments;
+  arguments.script = line.Value("FILE", "");
+  auto channel = ReadChannelOptions(line);
   if (!channel)
-    return std::nullopt;
+    return tl::unexpected(channel.error());
   arguments.channel = std::move(*channel);
-  auto variables = ParseVariables(m_sets, error);
+  auto variables = ReadVariables(line);
   if (!variables)
-    return std::nullopt;
+    return tl::unexpected(variables.error());
   arguments.variables = std::move(*variables);
+  arguments.keepGoing = line.Has("--keep-going");
+  arguments.gets = line.All("--get");
   for (const std::string& name : arguments.gets) {
-    if (FindVariable(arguments.variables, name) == nullptr) {
-      error = "--get " + name + ": no --set gives this variable";
-      return std::nullopt;
-    }
+    if (!HasVariable(arguments.variables, name))
+      return tl::unexpected("--get " + name + ": no --set gives this variable");
   }
   return arguments;
-}
-
-std::optional<int> ParseCommandLine(CLI::App& app, int argc, char** argv) {
-  // A script at "/bench/a.dcs" is a path under Windows too (Wine, and every program that takes forward slashes).
-  app.allow_windows_style_options(false);
-  for (CLI::App* command : app.get_subcommands({}))
-    command->allow_windows_style_options(false);
-  app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
-    return failed->get_name() + ": " + error.what() + "; --help tells more\n";
-  });
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kExitUsage;
-  }
-  return std::nullopt;
 }
 
 } // namespace host

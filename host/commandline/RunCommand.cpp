@@ -2,10 +2,16 @@
 
 #include "host/channel/ChannelErrors.h"
 #include "host/channel/WatchedChannel.h"
+#include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/InterruptWatcher.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/commandline/TransferLine.h"
 #include "host/support/Files.h"
+#include "host/support/StreamSetup.h"
+
+#include <new>
+#include <optional>
 
 namespace host {
 namespace {
@@ -24,6 +30,7 @@ private:
 
 struct OutputContext {
   StandardOutput& output;
+  TransferLine& line;
   ScriptMachine& machine;
   bool aborted = false; // the last piece is the diagnostic of a script that was stopped
 };
@@ -31,23 +38,29 @@ struct OutputContext {
 void PrintOutput(void* context, const char* text) {
   auto& target = *static_cast<OutputContext*>(context);
   target.aborted = std::string_view(text).starts_with("Processing aborted");
-  if (!target.output.Write(text))
+  try {
+    target.line.Write(text);
+  } catch (const std::bad_alloc&) {
+    target.output.GiveUp();
+  }
+  if (target.output.Failed())
     target.machine.Stop(); // nobody could see what the script does
 }
 
 struct RunEnd {
   EONX_ERR_ERRCODE_ result;
-  bool interrupted;
-  bool stopped; // by whatever asked for it; otherwise a script that failed did so by itself
+  const char* interrupted; // by what; null: by nothing
+  bool stopped;            // by whatever asked for it; otherwise a script that failed did so by itself
 };
 
 // `text` is the script when it came from standard input.
 RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptMachine& machine,
-           StandardOutput& output) {
-  OutputContext context{output, machine};
-  const InterruptWatcher watcher([&machine] { machine.Stop(); });
+           StandardOutput& output, TransferLine& line) {
+  OutputContext context{output, line, machine};
+  const InterruptWatcher watcher([&machine](const InterruptCause& cause) { machine.StopFor(cause); });
   const EONX_ERR_ERRCODE_ result = text ? machine.Execute(*text, PrintOutput, &context)
                                         : machine.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
+  line.Flush();
   return {result, watcher.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
 }
 
@@ -62,14 +75,14 @@ void PrintValues(const std::vector<std::string>& names, ScriptMachine& machine, 
 }
 
 void PrintRunEnd(std::string_view program, const std::string& script, const RunEnd& end) {
-  const char* text = ResultText(end.result);
+  std::string text = ResultText(end.result);
   if (end.interrupted && end.result == EONX_ERR_SCRIPT)
-    text = "stopped by Ctrl+C";
+    text = std::string("stopped by ") + end.interrupted;
   else if (end.stopped)
     text = "stopped, because the channel has ended";
   else if (end.interrupted && end.result == EONX_ERR_NONE)
-    text = "Ctrl+C was pressed, and the script went on to its end";
-  if (text != nullptr)
+    text = std::string("not stopped by ") + end.interrupted + ": the script went on to its end";
+  if (!text.empty())
     PrintMessage(program, script.empty() ? text : script + ": " + text);
 }
 
@@ -93,42 +106,60 @@ int ConcludeChannel(std::string_view program, const std::string& name, const Run
   return (ended || unsent != 0) && !failedByItself ? static_cast<int>(kExitNoChannel) : end.result;
 }
 
-} // namespace
-
-int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
-  std::optional<std::string> text;
-  if (arguments.script == "-") {
-    switch (ReadStandardInput(text.emplace())) {
-    case ReadOutcome::kFailed:
-      PrintMessage(program, "standard input cannot be read");
-      return kExitStream;
-    case ReadOutcome::kTooLarge:
-      PrintMessage(program, "standard input is too long for a script: 4 GiB or more");
-      return EONX_ERR_OUT_OF_MEMORY;
-    case ReadOutcome::kComplete:
-      break;
-    }
+// The script when it comes from standard input. Otherwise the process's exit code; what is wrong has been told.
+tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program, const std::string& script) {
+  if (script != "-")
+    return std::nullopt;
+  std::string text;
+  switch (ReadStandardInput(text)) {
+  case ReadOutcome::kFailed:
+    PrintMessage(program, "standard input cannot be read");
+    return tl::unexpected<int>(kExitStream);
+  case ReadOutcome::kTooLarge:
+    PrintMessage(program, "standard input is too long for a script: 4 GiB or more");
+    return tl::unexpected<int>(EONX_ERR_OUT_OF_MEMORY);
+  case ReadOutcome::kComplete:
+    break;
   }
-  if (text && text->find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
+  if (text.find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
     PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");
-    return kExitStream;
+    return tl::unexpected<int>(kExitStream);
   }
-  auto made = MakeChannel(arguments.channel);
+  return text;
+}
+
+// A channel that is open. Otherwise as above.
+tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program, const ChannelOptions& options) {
+  auto made = MakeChannel(options);
   if (!made) {
     const ChannelFailure& failure = made.error();
     PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
-    return failure.badText ? kExitUsage : kExitNoChannel;
+    return tl::unexpected<int>(failure.badText ? kExitUsage : kExitNoChannel);
   }
+  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0) {
+    PrintMessage(program, options.text + ": " + ErrorText(**made, code));
+    return tl::unexpected<int>(kExitNoChannel);
+  }
+  return std::move(*made);
+}
+
+} // namespace
+
+int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
+  const auto text = ReadScript(program, arguments.script);
+  if (!text)
+    return text.error();
+  auto opened = OpenChannel(program, arguments.channel);
+  if (!opened)
+    return opened.error();
+  StandardOutput output;
+  TransferLine line(output, IsOutputTerminal());
   bool channelEnded = false;
-  WatchedChannel channel(std::move(*made), [&] {
+  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&] {
     channelEnded = true;
     if (!arguments.keepGoing)
       machine.Stop();
   });
-  if (const std::int32_t code = channel.WaitUntilOpen(); code != 0) {
-    PrintMessage(program, arguments.channel.text + ": " + ErrorText(channel, code));
-    return kExitNoChannel;
-  }
   const Connection connection(machine, channel);
   auto records = RecordsToSet(arguments.variables);
   if (const EONX_ERR_ERRCODE_ result = machine.SetVariables(records); result != EONX_ERR_NONE) {
@@ -136,16 +167,13 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
     return result;
   }
 
-  StandardOutput output;
-  const RunEnd end = Run(arguments, text, machine, output);
+  const RunEnd end = Run(arguments, *text, machine, output, line);
   const bool stoppedForOutput = output.Failed();
   PrintValues(arguments.gets, machine, output);
   if (!stoppedForOutput)
     PrintRunEnd(program, arguments.script, end);
-  if (output.Failed()) {
-    PrintMessage(program, "standard output cannot be written");
-    return kExitStream;
-  }
+  if (const int code = ExitCodeOf(program, output); code != 0)
+    return code;
   return ConcludeChannel(program, arguments.channel.text, end, channelEnded, channel);
 }
 

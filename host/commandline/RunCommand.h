@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/commandline/RunArguments.h"
+#include "host/support/Interrupt.h"
 
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ public:
   virtual std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
+  // The same when the process has been asked to end; called again and again until the run ends. A machine that asks its
+  // questions itself tells the operator, or dismisses the questions when nobody may be there. [any thread]
+  virtual void StopFor(const InterruptCause&) { Stop(); }
 };
 
 // Sets up the channel, runs the script, prints its output and the values asked for. Returns the process's exit code.

@@ -1,5 +1,7 @@
 #include "host/commandline/StandardStreams.h"
 
+#include "host/commandline/ExitCodes.h"
+
 #include <cstdio>
 
 namespace host {
@@ -11,6 +13,13 @@ bool StandardOutput::Write(std::string_view bytes) {
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size() && std::fflush(stdout) == 0;
   m_failed = m_failed || !written;
   return !m_failed;
+}
+
+int ExitCodeOf(std::string_view program, const StandardOutput& output) {
+  if (!output.Failed())
+    return 0;
+  PrintMessage(program, "standard output cannot be written");
+  return kExitStream;
 }
 
 ReadOutcome ReadStandardInput(std::string& text) {

@@ -14,6 +14,8 @@ class StandardOutput {
 public:
   // False once anything could not be written.
   bool Write(std::string_view bytes);
+  // As if writing had failed.
+  void GiveUp() { m_failed = true; }
   bool Failed() const { return m_failed; }
   // Whether the next byte begins a line.
   bool AtLineStart() const { return m_atLineStart; }
@@ -22,6 +24,9 @@ private:
   bool m_failed = false;
   bool m_atLineStart = true;
 };
+
+// The exit code of a program whose results went to `output`: 0, or kExitStream, which is told on standard error.
+int ExitCodeOf(std::string_view program, const StandardOutput& output);
 
 // Scripts of 4 GiB or more are refused.
 inline constexpr std::uint64_t kLongestScript = 0xFFFFFFFF;

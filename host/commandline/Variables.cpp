@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 
 namespace host {
@@ -80,7 +81,7 @@ int TakeBase(std::string_view& digits) {
   return base;
 }
 
-bool ParseValue(std::string_view text, std::uint32_t type, std::uint64_t& value, std::string& error) {
+tl::expected<std::uint64_t, std::string> ParseValue(std::string_view text, std::uint32_t type) {
   std::string_view digits = text;
   const bool negative = digits.starts_with('-');
   if (negative || digits.starts_with('+'))
@@ -90,17 +91,12 @@ bool ParseValue(std::string_view text, std::uint32_t type, std::uint64_t& value,
   std::uint64_t magnitude = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stop, status] = std::from_chars(digits.data(), end, magnitude, base);
-  if (status == std::errc::invalid_argument || stop != end) {
-    error = Quoted(text) + " is not a number";
-    return false;
-  }
+  if (status == std::errc::invalid_argument || stop != end)
+    return tl::unexpected(Quoted(text) + " is not a number");
   const Range range = RangeOf(type);
-  if (status == std::errc::result_out_of_range || magnitude > (negative ? range.below : range.above)) {
-    error = OutOfRange(text, range);
-    return false;
-  }
-  value = negative ? 0 - magnitude : magnitude;
-  return true;
+  if (status == std::errc::result_out_of_range || magnitude > (negative ? range.below : range.above))
+    return tl::unexpected(OutOfRange(text, range));
+  return negative ? 0 - magnitude : magnitude;
 }
 
 std::string Escaped(std::string_view text) {
@@ -134,38 +130,33 @@ std::string Escaped(std::string_view text) {
 
 } // namespace
 
-std::optional<Variable> ParseVariable(const std::string& text, std::string& error) {
+tl::expected<Variable, std::string> ParseVariable(const std::string& text) {
   const std::string_view all = text;
   const std::size_t equals = all.find('=');
   const std::size_t colon = all.substr(0, equals).find(':');
-  if (equals == std::string_view::npos || colon == std::string_view::npos) {
-    error = "expected NAME:TYPE=VALUE, as in count:dword=5";
-    return std::nullopt;
-  }
+  if (equals == std::string_view::npos || colon == std::string_view::npos)
+    return tl::unexpected<std::string>("expected NAME:TYPE=VALUE, as in count:dword=5");
   const std::string_view name = all.substr(0, colon);
   const std::string_view typeName = all.substr(colon + 1, equals - colon - 1);
   const std::string_view value = all.substr(equals + 1);
-  if (!IsIdentifier(name)) {
-    error = Quoted(name) + " is not a variable's name (letters, digits and _, no digit in front)";
-    return std::nullopt;
-  }
-  if (IsKeyword(name)) {
-    error = Quoted(name) + " is a word of the language, not a variable's name";
-    return std::nullopt;
-  }
+  if (!IsIdentifier(name))
+    return tl::unexpected(Quoted(name) + " is not a variable's name (letters, digits and _, no digit in front)");
+  if (IsKeyword(name))
+    return tl::unexpected(Quoted(name) + " is a word of the language, not a variable's name");
   const auto type = FindType(typeName);
-  if (!type) {
-    error = UnknownType(typeName);
-    return std::nullopt;
-  }
+  if (!type)
+    return tl::unexpected(UnknownType(typeName));
   Variable variable;
   variable.name = name;
   variable.type = *type;
-  if (variable.type == ONX_TYPE_STRING)
+  if (variable.type == ONX_TYPE_STRING) {
     variable.text = value;
-  else if (!ParseValue(value, variable.type, variable.number, error))
-    return std::nullopt;
-  return variable;
+    return variable;
+  }
+  return ParseValue(value, variable.type).map([&](std::uint64_t number) {
+    variable.number = number;
+    return variable;
+  });
 }
 
 std::vector<TONXSCRIPTVARIABLE> RecordsToSet(const std::vector<Variable>& variables) {

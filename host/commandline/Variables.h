@@ -3,7 +3,8 @@
 
 #include "frame/contract/OndDeviceClient.h"
 
-#include <optional>
+#include <tl/expected.hpp>
+
 #include <string>
 #include <vector>
 
@@ -17,8 +18,8 @@ struct Variable {
 };
 
 // Reads "NAME:TYPE=VALUE". Types are those of the language, in any case; numbers are decimal, hexadecimal (0x1F) or
-// binary (0b101), with a sign where the type has one. On failure nothing is returned and `error` says what is wrong.
-std::optional<Variable> ParseVariable(const std::string& text, std::string& error);
+// binary (0b101), with a sign where the type has one. Otherwise says what is wrong.
+tl::expected<Variable, std::string> ParseVariable(const std::string& text);
 
 // Records that set these variables; they point into `variables`.
 std::vector<TONXSCRIPTVARIABLE> RecordsToSet(const std::vector<Variable>& variables);

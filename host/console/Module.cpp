@@ -32,14 +32,12 @@ std::string ProgramFolder() {
 }
 
 template <class Function>
-bool Find(void* module, const char* name, Function& function, std::string& missing) {
+tl::expected<void, const char*> Find(void* module, const char* name, Function& function) {
   const FARPROC address = GetProcAddress(static_cast<HMODULE>(module), name);
-  if (address == nullptr) {
-    missing = name;
-    return false;
-  }
+  if (address == nullptr)
+    return tl::unexpected(name);
   function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(address));
-  return true;
+  return {};
 }
 
 } // namespace
@@ -48,29 +46,24 @@ void Module::Unloader::operator()(void* module) const {
   FreeLibrary(static_cast<HMODULE>(module));
 }
 
-std::optional<Module> Module::Load(std::string& error) {
+tl::expected<Module, std::string> Module::Load() {
   const std::string path = ProgramFolder() + kModuleName;
   const HMODULE handle = LoadLibraryA(path.c_str());
-  if (handle == nullptr) {
-    error = "cannot load " + path + ": " + SystemMessage(GetLastError());
-    return std::nullopt;
-  }
+  if (handle == nullptr)
+    return tl::unexpected("cannot load " + path + ": " + SystemMessage(GetLastError()));
   Module module(handle);
-  std::string missing;
-  if (!module.FindExports(missing)) {
-    error = path + " has no function " + missing;
-    return std::nullopt;
-  }
+  if (const auto found = module.FindExports(); !found)
+    return tl::unexpected(path + " has no function " + found.error());
   return module;
 }
 
-bool Module::FindExports(std::string& missing) {
+tl::expected<void, const char*> Module::FindExports() {
   void* const module = m_module.get();
-  return Find(module, "OndDeviceClientGetNumObj", m_getNumObj, missing) &&
-         Find(module, "OndDeviceClientGetObjType", m_getObjType, missing) &&
-         Find(module, "OndDeviceClientGetObjInfo", m_getObjInfo, missing) &&
-         Find(module, "OndDeviceClientCreateInstance", m_createInstance, missing) &&
-         Find(module, "OndDeviceClientDeleteInstance", m_deleteInstance, missing);
+  return Find(module, "OndDeviceClientGetNumObj", m_getNumObj)
+      .and_then([&] { return Find(module, "OndDeviceClientGetObjType", m_getObjType); })
+      .and_then([&] { return Find(module, "OndDeviceClientGetObjInfo", m_getObjInfo); })
+      .and_then([&] { return Find(module, "OndDeviceClientCreateInstance", m_createInstance); })
+      .and_then([&] { return Find(module, "OndDeviceClientDeleteInstance", m_deleteInstance); });
 }
 
 std::vector<Module::Kind> Module::Kinds() const {

@@ -3,8 +3,9 @@
 
 #include "frame/contract/OndDeviceClient.h"
 
+#include <tl/expected.hpp>
+
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,8 @@ public:
   };
   using Object = std::unique_ptr<CONXDeviceClient_0, ObjectDeleter>;
 
-  // Loads the module from the folder of this program. On failure nothing is returned and `error` tells what the system
-  // said.
-  static std::optional<Module> Load(std::string& error);
+  // Loads the module from the folder of this program. Otherwise tells what the system said.
+  static tl::expected<Module, std::string> Load();
 
   std::vector<Kind> Kinds() const;
   // Null when the module has no such object.
@@ -36,8 +36,8 @@ private:
     void operator()(void* module) const;
   };
   explicit Module(void* module) : m_module(module) {}
-  // False, and the name of the missing export, when the file is some other module.
-  bool FindExports(std::string& missing);
+  // The name of an export that is missing when the file is some other module.
+  tl::expected<void, const char*> FindExports();
 
   std::unique_ptr<void, Unloader> m_module;
   OndDeviceClientGetNumObjFunction m_getNumObj = nullptr;

@@ -25,18 +25,18 @@ void ServeMessages(const MainWindow& window) {
 int RunWindows(const char* program, const ChannelOptions& options) {
   LeaveOwnConsole();
   // Loaded on this thread, whose windows the tools' windows will be among; unloaded after all of them.
-  std::string problem;
-  const std::optional<Module> module = Module::Load(problem);
+  const auto module = Module::Load();
   MainWindow window(options);
   if (!window.Create()) {
     PrintMessage(program, "no window can be shown here");
     return EONX_ERR_DIALOG;
   }
-  const InterruptWatcher watcher([handle = window.Handle()] { PostMessageA(handle, WM_CLOSE, 0, 0); });
+  const InterruptWatcher watcher(
+      [handle = window.Handle()](const InterruptCause&) { PostMessageA(handle, WM_CLOSE, 0, 0); });
   if (module)
     window.UseModule(*module);
   else
-    window.DoWithoutModule(problem);
+    window.DoWithoutModule(module.error());
   window.ConnectChannel();
   ServeMessages(window);
   return 0;

@@ -16,6 +16,13 @@ std::string NumberForOperator(const CONXOperator::NumberQuestion& question, std:
   return DecimalText(value, TypeOf(question));
 }
 
+std::string LimitsForOperator(const CONXOperator::NumberQuestion& question) {
+  const DataType type = TypeOf(question);
+  if (question.minimum == LeastOf(type) && question.maximum == LargestOf(type))
+    return {};
+  return NumberForOperator(question, question.minimum) + " to " + NumberForOperator(question, question.maximum);
+}
+
 NumberAnswer ReadNumberAnswer(const CONXOperator::NumberQuestion& question, const std::string& text) {
   const DataType type = TypeOf(question);
   const auto read = ScanNumber(text, IsSigned(type) ? NumberFormat::kSigned : NumberFormat::kUnsigned);

@@ -5,6 +5,8 @@
 
 // A value of the question's type as the operator sees it, decimal.
 std::string NumberForOperator(const CONXOperator::NumberQuestion& question, std::uint64_t value);
+// "10 to 20"; empty when every number of the type will do.
+std::string LimitsForOperator(const CONXOperator::NumberQuestion& question);
 
 struct NumberAnswer {
   std::optional<std::uint64_t> value; // within the limits

@@ -95,7 +95,7 @@ def check_tcp():
         check_echo(f"tcp:localhost:{port}")  # again, and by name
         script(f"tcp:127.0.0.1:{port}", ASK, output=b"ask\n")
         script(f"tcp:127.0.0.1:{port}", b'transmitfilefromstring("x", 1, 2, 0, 1);',
-               output=b"\r........................................\n"
+               output=b"........................................\n"
                b"Device files are not possible over a raw byte stream during TransmitFileFromString\n")
     with contextlib.suppress(OSError), peers.socket.create_server(("::1", 0), family=peers.socket.AF_INET6):
         with peers.tcp_echo(".", "TCP6-LISTEN:0,bind=[::1],ipv6only") as port:

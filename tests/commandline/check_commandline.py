@@ -1,62 +1,14 @@
 #!/usr/bin/env python3
-"""What a user and a production line see of a command line:  check_commandline.py NAME COMMAND...
-
-NAME is ondscript or ondhost, COMMAND what starts it: exit codes, standard output byte for byte, what standard error says, the
-files of the simulated device, output that appears when it is printed, and Ctrl+C.
+"""What a user and a production line see of a command line: exit codes, standard output byte for byte, what standard error says, the
+files of the simulated device, the ways to start a script.
 """
 
 import os
 import pathlib
-import select
-import signal
 import subprocess
-import sys
-import tempfile
 import time
 
-TIMEOUT = 60  # seconds, for anything that should end
-failures = 0
-
-
-def check(what, condition, details=""):
-    global failures
-    if not condition:
-        failures += 1
-        print(f"FAILED: {what}\n{details}")
-
-
-class Call:
-    """A running program. Its output goes to files: Wine's background processes keep a pipe open long after its end."""
-
-    def __init__(self, arguments, text=b"", stdout=None):
-        self.output, self.messages = tempfile.TemporaryFile(), tempfile.TemporaryFile()
-        self.process = subprocess.Popen(command + arguments, stdin=subprocess.PIPE, stdout=stdout or self.output,
-                                        stderr=self.messages)
-        try:
-            self.process.stdin.write(text)
-            self.process.stdin.close()
-        except BrokenPipeError:
-            pass  # it does not read standard input
-
-    def end(self):
-        """Exit code (None: killed after the time-out), output, messages."""
-        try:
-            code = self.process.wait(TIMEOUT)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait()
-            code = None
-        self.output.seek(0)
-        self.messages.seek(0)
-        return code, self.output.read(), self.messages.read()
-
-
-def expect(arguments, code, output=b"", message=b"", text=b""):
-    """One call: its exit code, its whole output, a part of its messages."""
-    got_code, got_output, got_messages = Call(arguments, text).end()
-    fits = got_code == code and got_output == output and (message in got_messages if message else not got_messages)
-    check(" ".join(arguments), fits, f"  exit code {got_code}, expected {code}\n  output {got_output}, expected {output}\n"
-          f"  messages {got_messages}, expected {message}")
+from calls import TIMEOUT, Call, check, command, expect, name, run_checks
 
 
 def check_results():
@@ -73,6 +25,9 @@ def check_results():
     expect(["run", "none.dcs"], 8, message=b"none.dcs: the file cannot be opened")
     expect(["run", "s.dcs", "--fault", "Lock=1"] + values, 20, b"n=-2\nS=C:\\\\x\n", b"s.dcs: the channel is locked")
     expect(["run", "s.dcs", "--device-dir", "none/device"] + values, 4, message=b"cannot use the folder none/device")
+    if name == "ondscript":
+        expect(["run", "s.dcs", "--channel", "serial:/dev/null:9600"] + values, 4, message=b"/dev/null is not a serial port")
+        expect(["run", "s.dcs", "--channel", "serial:s.dcs:9600"] + values, 4, message=b"s.dcs is not a serial port")
 
 
 def check_values():
@@ -92,7 +47,7 @@ def check_values():
 
 USAGE_ERRORS = [
     (["run"], b"FILE is required"),
-    (["walk"], b"walk"),
+    (["run", "a", "--walk"], b"--walk"),
     (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
     # What follows is the same code in both programs.
     (["run", "a", "b"], b"b"),
@@ -102,8 +57,8 @@ USAGE_ERRORS = [
     (["run", "a", "--set", "count:dword=1", "--set", "COUNT:string=x"], b"--set COUNT:string=x: the variable is set twice"),
     (["run", "a", "--get", "n"], b"--get n: no --set gives this variable"),
     (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
-    (["run", "a", "--block-time", "-1"], b"--block-time"),
-    (["run", "a", "--block-time", "1s"], b"--block-time"),
+    (["run", "a", "--device-dir", ""], b"--device-dir: the folder has no name"),
+    (["run", "a", "--block-time", "1", "--block-time", "2"], b"--block-time is given more than once"),
     ([], b"--help"),
 ]
 SET_ERRORS = {
@@ -119,6 +74,8 @@ SET_ERRORS = {
     "a:int64=9223372036854775808": "9223372036854775808 is not within -9223372036854775808 to 9223372036854775807",
     "a:uint64=18446744073709551616": "18446744073709551616 is not within 0 to 18446744073709551615",
 }
+USAGE_ERRORS += [(["run", "a", "--block-time", text], f"--block-time {text}: expected milliseconds, 0 to 60000".encode())
+                 for text in ("-1", "1s", "60001", "")]
 USAGE_ERRORS += [(["run", "a", "--set", text], f"--set {text}: {error}".encode()) for text, error in SET_ERRORS.items()]
 # ondhost without a command opens its windows.
 WINDOWS_ERRORS = [
@@ -130,9 +87,14 @@ WINDOWS_ERRORS = [
 def check_usage():
     for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:3] + WINDOWS_ERRORS:
         expect(arguments, 2, message=message)
-    for arguments in (["--help"], ["run", "--help"]):
-        code, output, messages = Call(arguments).end()
-        check(" ".join(arguments), code == 0 and b"Examples:" in output and not messages, output)
+    # Each command's help is its own: what it takes, and what it does not.
+    helps = {"ondscript": [([], "check", "--set"), (["run"], "--block-time MS", "ondscript check"), (["check"], "--set", "--get")],
+             "ondhost": [([], "--channel CHANNEL", "--set"), (["run"], "--get NAME", "ondhost list"), (["list"], "list", "--get")]}
+    for words, told, untold in helps[name]:
+        code, output, messages = Call(words + ["--help"]).end()
+        output = output.decode()
+        fits = "Examples:\n  " + " ".join([name] + words) in output and told in output and untold not in output
+        check(" ".join(words + ["--help"]), code == 0 and fits and not messages, output)
     code, output, _ = Call(["--version"]).end()
     check("--version", code == 0 and output.startswith(name.encode() + b" "), output)
 
@@ -143,55 +105,14 @@ def check_device():
     pathlib.Path("device/007-type2.bin").write_bytes(b"123456789")
     expect(["run", "-", "--device-dir", "device"], 0, b"CBF43926\r\n",
            text=b'var string s; transmitstring("crc 7\\n"); s = receivestring(); print(s);')
+    # One block that takes its time.
+    begin = time.monotonic()
+    expect(["run", "-", "--block-time", "300"], 0, b"#" * 40 + b" -> OK\n", text=b'transmitfilefromstring("a", 1, 1, 0);')
+    check("--block-time takes time", time.monotonic() - begin >= 0.3)
     if name == "ondscript":
         os.mkfifo("pipe")  # reading it would never end
         expect(["run", "-"], 0, b"\nLocal file cannot be read during TransmitFile (pipe)\n8",
                text=b'print(transmitfile("pipe", 1, 1, 0, 1));')
-
-
-def check_streams():
-    reading, writing = os.pipe()
-    call = Call(["run", "-"], b'print("first\\n"); print("second"); while (1) { }', writing)
-    os.close(writing)
-    printed = b""
-    while len(printed) < 12 and select.select([reading], [], [], TIMEOUT)[0]:
-        printed += os.read(reading, 100)
-    check("output appears when it is printed, also the beginning of a line", printed == b"first\nsecond", printed)
-    call.process.send_signal(signal.SIGINT)
-    code, _, messages = call.end()
-    output = os.read(reading, 1000)
-    os.close(reading)
-    check("Ctrl+C ends the run", code == 21 and output.startswith(b"Processing aborted near line 1/") and
-          b"stopped by Ctrl+C" in messages, f"  exit code {code}, output {output}, messages {messages}")
-
-
-def check_second_interrupt():
-    """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C."""
-    reading, writing = os.pipe()
-    # Pieces of 8 KiB fill the pipe to the brim, so that the diagnostic finds no room either.
-    call = Call(["run", "-"], b'var string s; var dword n; s = "01234567"; while (n < 10) { s = s + s; n = n + 1; }'
-                b'while (1) { print(s); }', writing)
-    deadline = time.monotonic() + TIMEOUT
-    while select.select([], [writing], [], 0)[1] and time.monotonic() < deadline:
-        time.sleep(0.01)
-    check("the pipe is full", not select.select([], [writing], [], 0)[1])
-    os.close(writing)
-    deadline = time.monotonic() + TIMEOUT
-    while call.process.poll() is None and time.monotonic() < deadline:
-        call.process.send_signal(signal.SIGINT)
-        time.sleep(0.2)  # signals that come together count once
-    code, _, _ = call.end()
-    # Wine passes on the last byte of what Windows calls an end by Ctrl+C, 0xC000013A.
-    ended = -signal.SIGINT if name == "ondscript" else 0x3A
-    check("the second Ctrl+C ends the process", code == ended, f"  exit code {code}")
-    os.close(reading)
-
-
-def check_full_output():
-    with open("/dev/full", "wb") as full:
-        code, _, messages = Call(["run", "-"], b'while (1) { print("x"); }', full).end()
-    check("output that cannot be written", code == 5 and b"standard output cannot be written" in messages,
-          f"  exit code {code}, messages {messages}")
 
 
 def check_checker():
@@ -228,41 +149,27 @@ def check_checker():
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
 
 
-def check_command_of_linux():
-    script = pathlib.Path("command")
-    script.write_bytes(b'#!/usr/bin/env -S ondscript run\nprint("as a command\\n");\n')
-    script.chmod(0o755)
-    path = f"{os.path.dirname(command[0])}:{os.environ['PATH']}"
-    output = subprocess.run(["./command"], env={**os.environ, "PATH": path}, stdout=subprocess.PIPE, timeout=TIMEOUT).stdout
-    check("a script with a first line for the system", output == b"as a command\n", output)
+def check_starts():
+    """A script in place of a command, its first line, and names that look like a drive."""
+    text = b'#!/usr/bin/env ondscript\nprint("started\\n");\n'
+    for file in ("starts.dcs", "x:y.dcs", "z:y.dcs"):
+        pathlib.Path(file).write_bytes(text)
+        expect([file], 0, b"started\n")
+        expect(["run", file, "--set", "n:dword=1", "--get", "n"], 0, b"started\nn=1\n")
+        expect(["check", file, "starts.dcs"], 0)
+    expect(["--set", "n:dword=1", "starts.dcs", "--get", "n"], 0, b"started\nn=1\n")
+    expect(["-"], 0, b"a", text=b'print("a");')
+    expect(["walk"], 8, message=b"walk: the file cannot be opened")
+    pathlib.Path("starts.dcs").chmod(0o755)
+    path = f"{pathlib.Path(command[0]).resolve().parent}:{os.environ['PATH']}"
+    run = subprocess.run(["./starts.dcs", "--set", "n:int32=-1", "--get", "n"], env={**os.environ, "PATH": path},
+                         capture_output=True, timeout=TIMEOUT)
+    check("./starts.dcs", run.returncode == 0 and run.stdout == b"started\nn=-1\n", run)
 
 
-def check_questions():
-    pathlib.Path("asks.dcs").write_bytes(b"""var dword ok;
-print(userinputdword("Limits", "How many", 50, 10, 20), "\\n");
-print(userinputstring("Name", "Who", "nobody"), "\\n");
-print(userlistinput("Colour", "", "red\\0blue\\0", 1, &ok), ok, "\\n");
-messagebox("Ready", "Go on");
-print(userinputint32("End", "of input", -3, -5, 5, &ok), ok, "\\n");
-""")
-    expect(["run", "asks.dcs"], 0, b"12\nnobody\n01\n-30\n",
-           b"How many [20]: Value must be <= 20\nHow many [20]: How many [20]: ", b"25\nabc\n12\n\n0\n\n")
+def check_list():
+    expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")
 
 
-name, *command = sys.argv[1:]
-with tempfile.TemporaryDirectory() as folder:
-    os.chdir(folder)
-    check_results()
-    check_values()
-    check_usage()
-    check_device()
-    check_streams()
-    check_second_interrupt()
-    if name == "ondscript":
-        check_full_output()
-        check_checker()
-        check_command_of_linux()
-        check_questions()
-    else:
-        expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")
-sys.exit(1 if failures else 0)
+run_checks(check_results, check_values, check_usage, check_device,
+           *([check_checker, check_starts] if name == "ondscript" else [check_list]))

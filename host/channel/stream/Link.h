@@ -1,8 +1,8 @@
 // A byte stream of the system's: a TCP connection or a serial port. Bodies: win32/ and posix/.
 #pragma once
 
-#include "host/channel/stream/Signal.h"
 #include "host/channel/stream/StreamSettings.h"
+#include "host/support/Signal.h"
 
 #include <tl/expected.hpp>
 

@@ -8,40 +8,64 @@
 namespace host {
 namespace {
 
-// What the handler touches: a lock-free flag and `sem_post`, both allowed in signal handlers.
-std::atomic<bool> g_interrupted;
-static_assert(std::atomic<bool>::is_always_lock_free);
-sem_t g_event;
-struct sigaction g_earlierAction;
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr std::size_t kKey = 0; // the one that Ctrl+C sends
 
-void OnInterrupt(int) {
+InterruptCause CauseOf(int signalNumber) {
+  switch (signalNumber) {
+  case SIGTERM:
+    return {"SIGTERM"};
+  case SIGHUP:
+    return {"SIGHUP"};
+  default:
+    return {"Ctrl+C", true};
+  }
+}
+
+// What the handler touches: a lock-free number, `sigaction` and `sem_post`, all allowed in signal handlers.
+std::atomic<int> g_first; // the first signal; 0 before
+static_assert(std::atomic<int>::is_always_lock_free);
+sem_t g_event;
+struct sigaction g_earlierActions[std::size(kSignals)];
+
+void OnSignal(int signalNumber) {
   const int savedError = errno;
-  g_interrupted = true;
-  sem_post(&g_event);
+  int none = 0;
+  if (g_first.compare_exchange_strong(none, signalNumber)) {
+    sigaction(kSignals[kKey], &g_earlierActions[kKey], nullptr);
+    sem_post(&g_event);
+  }
   errno = savedError;
 }
 
 } // namespace
 
 Interrupt::Interrupt() {
-  g_interrupted = false;
+  g_first = 0;
   sem_init(&g_event, 0, 0);
   struct sigaction action = {};
-  action.sa_handler = OnInterrupt;
-  // The first signal gives the next one back to the system.
-  action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-  sigaction(SIGINT, &action, &g_earlierAction);
+  action.sa_handler = OnSignal;
+  action.sa_flags = SA_RESTART;
+  for (std::size_t i = 0; i < std::size(kSignals); ++i) {
+    sigaction(kSignals[i], nullptr, &g_earlierActions[i]);
+    // Whoever starts a program with this one ignored (nohup) wants it to outlive its terminal.
+    const bool ignored = kSignals[i] == SIGHUP && g_earlierActions[i].sa_handler == SIG_IGN;
+    if (!ignored)
+      sigaction(kSignals[i], &action, nullptr);
+  }
 }
 
 Interrupt::~Interrupt() {
-  sigaction(SIGINT, &g_earlierAction, nullptr);
+  for (std::size_t i = 0; i < std::size(kSignals); ++i)
+    sigaction(kSignals[i], &g_earlierActions[i], nullptr);
   sem_destroy(&g_event);
 }
 
-bool Interrupt::Wait() {
+std::optional<InterruptCause> Interrupt::Wait() {
   while (sem_wait(&g_event) != 0 && errno == EINTR) {
   }
-  return g_interrupted;
+  const int first = g_first;
+  return first != 0 ? std::optional(CauseOf(first)) : std::nullopt;
 }
 
 void Interrupt::Cancel() {

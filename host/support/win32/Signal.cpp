@@ -1,4 +1,4 @@
-#include "host/channel/stream/Signal.h"
+#include "host/support/Signal.h"
 
 #include <new>
 #include <windows.h>

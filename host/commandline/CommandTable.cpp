@@ -1,0 +1,85 @@
+#include "host/commandline/CommandTable.h"
+
+#include "host/channel/factory/ChannelFactory.h"
+
+#include <vector>
+
+namespace host {
+namespace {
+
+constexpr CommandRow kCommands[] = {
+    {"ondscript", Command::kHelp, "", "Runs and checks device scripts.",
+     "  ondscript sweep.dcs\n"
+     "  ondscript run sweep.dcs --channel tcp:192.168.1.20:4000\n"
+     "  ondscript check *.dcs\n",
+     "`ondscript FILE` is `ondscript run FILE`, so that a script may begin with #!/usr/bin/env ondscript.\n"
+     "`ondscript COMMAND --help` tells about a command."},
+    {"ondscript", Command::kRun, "run", "Runs a script and prints its output",
+     "  ondscript run sweep.dcs\n"
+     "  echo 'print(\"hello\\n\");' | ondscript run -\n"
+     "  ondscript run flash.dcs --device-dir /tmp/device --set unit:string=A17\n"
+     "  ondscript run count.dcs --set rounds:dword=5 --set total:int64=0 --get total\n"
+     "  ondscript run sweep.dcs --channel tcp:192.168.1.20:4000\n"
+     "  ondscript run sweep.dcs --channel serial:/dev/ttyUSB0:115200:8N1\n"
+     "  ondscript run flash.dcs --fault TransmitFile:2=6\n",
+     "A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call."},
+    {"ondscript", Command::kCheck, "check", "Prints the first problem of each script as FILE:LINE:COLUMN: error: TEXT",
+     "  ondscript check *.dcs\n"
+     "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
+     "  generate | ondscript check -\n",
+     "A check exits with 0 when it finds nothing, with 1 when it finds a problem, with 5 when a file cannot be read."},
+    {"ondhost", Command::kWindows, "",
+     "Works with a device through OndDeviceClient.dll: with windows, or from a script.",
+     "  ondhost\n"
+     "  ondhost --device-dir C:\\bench\\device\n"
+     "  ondhost --channel serial:COM3:115200:8N1\n"
+     "  ondhost run sweep.dcs\n",
+     "Without a command, the windows open, on the channel that the options describe.\n"
+     "`ondhost COMMAND --help` tells about a command."},
+    {"ondhost", Command::kRun, "run", "Runs a script and prints its output",
+     "  ondhost run sweep.dcs\n"
+     "  ondhost run flash.dcs --device-dir C:\\bench\\device --set unit:string=A17\n"
+     "  ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total\n"
+     "  ondhost run sweep.dcs --channel tcp:192.168.1.20:4000\n"
+     "  ondhost run sweep.dcs --channel serial:COM3:115200:8N1\n"
+     "  ondhost run flash.dcs --fault TransmitFile:2=6\n",
+     "A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call."},
+    {"ondhost", Command::kList, "list", "Prints the kinds of object that the module makes", "  ondhost list\n", ""},
+};
+
+constexpr unsigned operator|(Command a, Command b) {
+  return static_cast<unsigned>(a) | static_cast<unsigned>(b);
+}
+
+std::vector<OptionRow> MakeOptions() {
+  constexpr unsigned kRun = static_cast<unsigned>(Command::kRun);
+  constexpr unsigned kCheck = static_cast<unsigned>(Command::kCheck);
+  constexpr unsigned kWithChannel = Command::kWindows | Command::kRun;
+  return {
+      {kRun, "FILE", "", "the script; - reads it from standard input", Occurrence::kNeeded},
+      {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
+      {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelForms()},
+      {kWithChannel, "--device-dir", "FOLDER", "where the simulated device keeps its files"},
+      {kWithChannel, "--block-time", "MS",
+       "milliseconds that the simulated device takes for each block of 512 bytes of a transfer"},
+      {kWithChannel, "--fault", "OPERATION[:N]=CODE",
+       "the N-th call (without N: every call) of a channel operation answers CODE", Occurrence::kRepeated},
+      {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
+       "a variable for the script (dword, uint32, string, long, int32, uint64, int64)", Occurrence::kRepeated},
+      {kRun, "--keep-going", "", "do not stop the script when it uses a channel that is closed for good"},
+      {kRun, "--get", "NAME", "print this variable of --set after the run", Occurrence::kRepeated},
+  };
+}
+
+} // namespace
+
+std::span<const CommandRow> Commands() {
+  return kCommands;
+}
+
+std::span<const OptionRow> Options() {
+  static const std::vector<OptionRow> options = MakeOptions();
+  return options;
+}
+
+} // namespace host

@@ -1,7 +1,0 @@
-#include "host/support/BinaryStreams.h"
-
-namespace host {
-
-void UseBinaryStreams() {} // they are
-
-} // namespace host

@@ -1,0 +1,202 @@
+#!/usr/bin/env python3
+"""A command line among other programs: output as it comes, readers that go away, closed streams, and whatever asks a run to end."""
+
+import os
+import pathlib
+import select
+import signal
+import socket
+import threading
+import time
+
+from calls import TIMEOUT, Call, Terminal, check, command, expect, name, run_checks
+
+
+def check_output_and_stop():
+    reading, writing = os.pipe()
+    call = Call(["run", "-"], b'print("first\\n"); print("second"); while (1) { }', writing)
+    os.close(writing)
+    printed = b""
+    while len(printed) < 12 and select.select([reading], [], [], TIMEOUT)[0]:
+        printed += os.read(reading, 100)
+    check("output appears when it is printed, also the beginning of a line", printed == b"first\nsecond", printed)
+    call.process.send_signal(signal.SIGINT)
+    code, _, messages = call.end()
+    output = os.read(reading, 1000)
+    os.close(reading)
+    check("Ctrl+C ends the run", code == 21 and output.startswith(b"Processing aborted near line 1/") and
+          b"stopped by Ctrl+C" in messages, f"  exit code {code}, output {output}, messages {messages}")
+
+
+TRANSFER = b'writestringtofile("sends", "x"); transmitfilefromstring("x", 1, 1, 0);'
+
+
+def transfer_call(prepare=None):
+    """A run that is about to send a file for a minute."""
+    pathlib.Path("sends").unlink(missing_ok=True)
+    call = Call(["run", "-", "--block-time", "60000"], TRANSFER, prepare=prepare)
+    wait_for_file("sends")
+    return call
+
+
+def wait_for_file(path):
+    deadline = time.monotonic() + TIMEOUT
+    while not pathlib.Path(path).exists() and time.monotonic() < deadline:
+        time.sleep(0.01)
+    check(f"{path} is there", pathlib.Path(path).exists())
+
+
+def expect_stopped(call, cause):
+    code, output, messages = call.end()
+    check(f"{cause} aborts a transfer and ends the run",
+          code == 21 and b"Transfer aborted during TransmitFileFromString\nSystem function failed" in output and
+          messages.replace(b"\r", b"") == f"{name}: -: stopped by {cause}\n".encode(), f"  exit code {code}, output {output}, messages {messages}")
+
+
+def check_signals():
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        call = transfer_call()
+        call.process.send_signal(number)
+        expect_stopped(call, "Ctrl+C" if number == signal.SIGINT else number.name)
+    # As nohup starts it: the terminal that goes away is none of its business.
+    call = transfer_call(lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+    call.process.send_signal(signal.SIGHUP)
+    time.sleep(0.1)  # a stop by this one would be told first
+    call.process.send_signal(signal.SIGTERM)
+    expect_stopped(call, "SIGTERM")
+
+
+def check_console_events():
+    """What Windows tells the programs of a console: CTRL_CLOSE_EVENT, CTRL_LOGOFF_EVENT, CTRL_SHUTDOWN_EVENT."""
+    for event, cause in ((2, "closing the console"), (5, "logging off"), (6, "shutting down")):
+        pathlib.Path("sends").unlink(missing_ok=True)
+        console_event = str(pathlib.Path(command[-1]).with_name("console_event.exe"))
+        start = [*command[:-1], console_event, "sends", str(event), command[-1]]
+        call = Call(["run", "-", "--block-time", "60000"], TRANSFER, start=start)
+        expect_stopped(call, cause)
+
+
+def check_second_interrupt():
+    """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C, and by nothing else."""
+    reading, writing = os.pipe()
+    # Pieces of 8 KiB fill the pipe to the brim, so that the diagnostic finds no room either.
+    call = Call(["run", "-"], b'var string s; var dword n; s = "01234567"; while (n < 10) { s = s + s; n = n + 1; }'
+                b'while (1) { print(s); }', writing)
+    deadline = time.monotonic() + TIMEOUT
+    while select.select([], [writing], [], 0)[1] and time.monotonic() < deadline:
+        time.sleep(0.01)
+    check("the pipe is full", not select.select([], [writing], [], 0)[1])
+    os.close(writing)
+    if name == "ondscript":
+        for _ in range(2):  # service managers like to ask twice
+            call.process.send_signal(signal.SIGTERM)
+            time.sleep(0.2)
+        check("SIGTERM twice leaves a run its time", call.process.poll() is None)
+    deadline = time.monotonic() + TIMEOUT
+    while call.process.poll() is None and time.monotonic() < deadline:
+        call.process.send_signal(signal.SIGINT)
+        time.sleep(0.2)  # signals that come together count once
+    code, _, _ = call.end()
+    # Wine passes on the last byte of what Windows calls an end by Ctrl+C, 0xC000013A.
+    ended = -signal.SIGINT if name == "ondscript" else 0x3A
+    check("the second Ctrl+C ends the process", code == ended, f"  exit code {code}")
+    os.close(reading)
+
+
+def check_lost_output():
+    endless = b'while (1) { print("x"); }'
+    lost = b"standard output cannot be written"
+    with open("/dev/full", "wb") as full:
+        calls = [Call(["run", "-"], endless, full), Call(["--help"], stdout=full)]
+    reading, writing = os.pipe()
+    os.close(reading)
+    calls.append(Call(["run", "-"], endless, writing))
+    os.close(writing)
+    for call in calls:
+        code, _, messages = call.end()
+        check("output that cannot be written", code == 5 and lost in messages, f"  exit code {code}, messages {messages}")
+
+
+class Device:
+    """A TCP peer that keeps what it is sent."""
+
+    def __init__(self):
+        self.received = b""
+        self.listener = socket.create_server(("127.0.0.1", 0))
+        self.channel = f"tcp:127.0.0.1:{self.listener.getsockname()[1]}"
+        self.thread = threading.Thread(target=self.serve)
+        self.thread.start()
+
+    def serve(self):
+        with self.listener.accept()[0] as connection:
+            connection.settimeout(TIMEOUT)
+            while data := connection.recv(4096):
+                self.received += data
+
+    def end(self):
+        self.thread.join()
+        self.listener.close()
+        return self.received
+
+
+def check_closed_streams():
+    """No file or connection gets the number of a stream that is closed from the start."""
+    asks = 'messagebox("Ready", "Go on");' if name == "ondscript" else ""
+    for closed in ([0], [1], [2], [0, 1], [0, 2], [1, 2], [0, 1, 2]):
+        def close_streams(numbers=tuple(closed)):
+            for number in numbers:
+                os.close(number)
+
+        def ended(call, closed=closed):
+            """Output and messages, where they had a way out."""
+            code, output, messages = call.end()
+            return code, 1 in closed or output, 2 in closed or messages
+
+        device = Device()
+        pathlib.Path("sends.dcs").write_text(f'transmitstring("to the device"); {asks} print("printed"); var int32 n; n = 1 / 0;')
+        code, output, messages = ended(Call(["run", "sends.dcs", "--channel", device.channel], prepare=close_streams))
+        received = device.end()
+        check(f"with {closed} closed, the device gets what it is sent", received == b"to the device", received)
+        fits = code == (5 if 1 in closed else 21) and (output is True or output.startswith(b"printed"))
+        check(f"with {closed} closed, the run ends by its own", fits and (messages is True or messages),
+              f"  exit code {code}, output {output}, messages {messages}")
+
+        pathlib.Path("silent.dcs").write_text("var int32 n; n = 1;")
+        expected = (0, 1 in closed or b"", 2 in closed or b"")
+        silent = ended(Call(["run", "silent.dcs"], prepare=close_streams))
+        check(f"with {closed} closed, a run without output succeeds", silent == expected, silent)
+        if 0 in closed:
+            code = Call(["run", "-"], prepare=close_streams).end()[0]
+            check(f"with {closed} closed, there is no script on standard input", code == 5, code)
+
+
+BARS = rb"""print("own\r50%", "\r", "x........................................");
+print("\r"); print("........................................"); print("mine\n");
+print("title ");
+transmitfilefromstring("a", 1, 1, 0);
+transmitfile("bars.dcs", 2, 1, 0);
+transmitfile("none.dcs", 2, 1, 0, 1);
+transmitfilefromstring("a", 1, 1, 99, 1);
+print("\r"); print("................................ ........................................");
+"""
+
+
+def check_bars():
+    """On a terminal, bars are redrawn; elsewhere their last state is a line. What a script itself prints stays as it is."""
+    pathlib.Path("bars.dcs").write_bytes(BARS)
+    empty, full = b"." * 40, b"#" * 40
+    before = b"own\r50%\rx" + empty + b"\r" + empty + b"mine\ntitle "
+    failures = b"\nLocal file cannot be read during TransmitFile (none.dcs)\n%s\nUnknown file mode during TransmitFileFromString\n"
+    after = b"\r................................ " + empty
+    expect(["run", "bars.dcs"], 0, before + b"\n" + full + b" -> OK\nbars.dcs " + full + b" -> OK\n" + failures % empty + after)
+    if name == "ondscript":
+        def drawn(title):
+            return b"".join(b"\r" + title + b"#" * steps + b"." * (40 - steps) for steps in range(41)) + b" -> OK\n"
+
+        code, _, shown = Terminal(["run", "bars.dcs"], with_output=True).end()
+        expected = before + b"\r" + empty + drawn(b"") + drawn(b"bars.dcs ") + failures % (b"\r" + empty) + after
+        check("bars on a terminal", code == 0 and shown.replace(b"\r\n", b"\n") == expected, shown)
+
+
+run_checks(check_output_and_stop, check_second_interrupt, check_lost_output, check_closed_streams, check_bars,
+           *([check_signals] if name == "ondscript" else [check_console_events]))
