@@ -51,12 +51,10 @@ USAGE_ERRORS = [
     (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
     # What follows is the same code in both programs.
     (["run", "a", "b"], b"b"),
-    (["run", "a", "--channel", "sin"], b'--channel: unknown channel "sin"'),
     (["run", "a", "--set", "[a:dword=1,b:dword=2]"], b"--set [a:dword=1,b:dword=2]: "),
     (["run", "a", "--set", "{}"], b"--set {}: "),
     (["run", "a", "--set", "count:dword=1", "--set", "COUNT:string=x"], b"--set COUNT:string=x: the variable is set twice"),
     (["run", "a", "--get", "n"], b"--get n: no --set gives this variable"),
-    (["run", "a", "--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
     (["run", "a", "--device-dir", ""], b"--device-dir: the folder has no name"),
     (["run", "a", "--block-time", "1", "--block-time", "2"], b"--block-time is given more than once"),
     ([], b"--help"),
@@ -74,6 +72,45 @@ SET_ERRORS = {
     "a:int64=9223372036854775808": "9223372036854775808 is not within -9223372036854775808 to 9223372036854775807",
     "a:uint64=18446744073709551616": "18446744073709551616 is not within 0 to 18446744073709551615",
 }
+CHANNEL_ERRORS = {
+    "sin": '--channel: unknown channel "sin"; there are: sim, tcp:',
+    "sim:1": 'the channel "sim" has no settings',
+    "tcp:bench": '"tcp:bench": expected tcp:HOST:PORT',
+    "tcp::4000": "expected tcp:HOST:PORT",
+    "tcp:[::1]": "expected tcp:HOST:PORT",
+    "tcp:::1:4000": "an IPv6 address stands in brackets",
+    "tcp:[::1:4000": "an IPv6 address stands in brackets",
+    "tcp:::1]:4000": "an IPv6 address stands in brackets",
+    "tcp:[]:4000": "an IPv6 address stands in brackets",
+    "tcp:bench:0": 'the port "0" is not a number from 1 to 65535',
+    "tcp:bench:65536": 'the port "65536" is not',
+    "tcp:bench:80x": 'the port "80x" is not',
+    "serial:COM3": '"serial:COM3": expected serial:PORT:BAUD',
+    "serial:COM3:8N1": "expected serial:PORT:BAUD",
+    "serial::9600": "expected serial:PORT:BAUD",
+    "serial:COM3:9600:4N1": '"4N1" is neither a speed nor a format',
+    "serial:COM3:9600:9N1": '"9N1" is neither',
+    "serial:COM3:9600:8M1": '"8M1" is neither',
+    "serial:COM3:9600:8N0": '"8N0" is neither',
+    "serial:COM3:9600:8N3": '"8N3" is neither',
+    "serial:COM3:9600:8N1x": '"8N1x" is neither',
+    "serial:COM3:9600:": '"" is neither',
+    "serial:COM3:x:8N1": 'the speed "x" is not a number',
+    "serial:COM3:0": 'the speed "0" is not a number',
+    "serial:COM3:4294967296": 'the speed "4294967296" is not a number',
+}
+FAULT_ERRORS = {
+    "Lock": "expected OPERATION[:N]=CODE, as in TransmitFile:2=6",
+    "Send=1": 'unknown operation "Send"; there are Lock, Unlock, ',
+    "Lock:0=1": '"0" is not the number of a call (1, 2, ...)',
+    "Lock:=1": '"" is not the number of a call',
+    "Lock:1x=1": '"1x" is not the number of a call',
+    "Lock=2147483648": '"2147483648" is not a code (-2147483648 to 2147483647)',
+    "Lock:1=": '"" is not a code',
+}
+USAGE_ERRORS += [(["run", "-", "--channel", text], error.encode())
+                 for text, error in CHANNEL_ERRORS.items()]
+USAGE_ERRORS += [(["run", "a", "--fault", text], f"--fault {text}: {error}".encode()) for text, error in FAULT_ERRORS.items()]
 USAGE_ERRORS += [(["run", "a", "--block-time", text], f"--block-time {text}: expected milliseconds, 0 to 60000".encode())
                  for text in ("-1", "1s", "60001", "")]
 USAGE_ERRORS += [(["run", "a", "--set", text], f"--set {text}: {error}".encode()) for text, error in SET_ERRORS.items()]

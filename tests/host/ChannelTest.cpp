@@ -43,27 +43,6 @@ TEST_CASE("faults: every operation can fail, and the device is then not reached"
   CHECK(device->ReadDirectory() == 9);
 }
 
-TEST_CASE("faults: what cannot be understood is said") {
-  struct Row {
-    const char* text;
-    const char* error; // its beginning
-  };
-  const Row rows[] = {
-      {"Lock", "expected OPERATION[:N]=CODE, as in TransmitFile:2=6"},
-      {"=1", "unknown operation \"\"; there are Lock, Unlock, "},
-      {"Lock:0=1", "\"0\" is not the number of a call (1, 2, ...)"},
-      {"Lock:=1", "\"\" is not the number of a call"},
-      {"Lock:1x=1", "\"1x\" is not the number of a call"},
-      {"Lock=2147483648", "\"2147483648\" is not a code (-2147483648 to 2147483647)"},
-      {"Lock:1=", "\"\" is not a code"},
-  };
-  for (const Row& row : rows) {
-    const auto fault = ParseFault(row.text);
-    REQUIRE_MESSAGE(!fault, row.text);
-    CHECK_MESSAGE(fault.error().starts_with(row.error), row.text << ": " << fault.error());
-  }
-}
-
 TEST_CASE("the contract's arguments are checked before the device is reached") {
   const auto device = MakeDevice();
   std::uint64_t count = 5;
@@ -98,25 +77,4 @@ TEST_CASE("texts are found by what is asked for") {
   CHECK(text(OND_INFO_ERROR, kNoSuchFile) == "No such file");
   CHECK(text(OND_INFO_ERROR, -1) == "Error -1");
   CHECK(text(77, 0) == "");
-}
-
-TEST_CASE("a text that names no channel is told from a channel that cannot be had") {
-  struct Row {
-    const char* text;
-    const char* error; // its beginning
-  };
-  const Row rows[] = {
-      {"simulated", "unknown channel \"simulated\"; there are: sim"},
-      {"sim:1", "the channel \"sim\" has no settings"},
-      {"tcp", "\"tcp\": expected tcp:HOST:PORT"},
-      {"serial:COM1", "\"serial:COM1\": expected serial:PORT:BAUD"},
-  };
-  for (const Row& row : rows) {
-    ChannelOptions options;
-    options.text = row.text;
-    const auto made = MakeChannel(options);
-    REQUIRE_MESSAGE(!made, row.text);
-    CHECK(made.error().badText);
-    CHECK_MESSAGE(made.error().text.starts_with(row.error), row.text << ": " << made.error().text);
-  }
 }

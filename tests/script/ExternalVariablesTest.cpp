@@ -1,21 +1,16 @@
-// The variables that a host hands in and reads back.
+// The variables that a host hands in and reads back, where a command line cannot: any bytes, types, repetitions.
 
 #include "tests/script/ScriptHarness.h"
 
 #include <doctest/doctest.h>
 
-#include <cstring>
-
 namespace {
 
-TONXSCRIPTVARIABLE Record(const char* name, std::uint32_t type = 0, const void* value = nullptr,
-                          std::uint64_t length = 0) {
-  TONXSCRIPTVARIABLE record{};
-  record.name = name;
-  record.type = type;
-  record.value = reinterpret_cast<std::uintptr_t>(value);
-  record.length = length;
-  return record;
+constexpr std::uint64_t kNumber = 0xFFFFFFFF80000001;
+constexpr std::uint64_t kTwo = 2;
+
+TONXSCRIPTVARIABLE Record(const char* name, std::uint32_t type = 0, const void* value = nullptr) {
+  return {name, type, reinterpret_cast<std::uintptr_t>(value), 3, {}};
 }
 
 // What a variable is now, as "TYPE VALUE"; "none" when there is none of that name.
@@ -25,56 +20,46 @@ std::string Got(ScriptHarness& harness, const char* name) {
   CHECK(harness.Runner().GetVariables(&record, 1, &found) == EONX_ERR_NONE);
   if (found == 0)
     return "none";
-  const std::string type = std::to_string(record.type) + " ";
-  if (record.type == ONX_TYPE_STRING)
-    return type + std::string(reinterpret_cast<const char*>(record.value), record.length);
-  return type + std::to_string(record.value);
+  const auto* const text = reinterpret_cast<const char*>(record.value);
+  return std::to_string(record.type) + " " +
+         (record.type == ONX_TYPE_STRING ? std::string(text, record.length) : std::to_string(record.value));
 }
 
 } // namespace
 
 TEST_CASE("variables of every type go in and come back") {
-  const std::uint64_t number = 0xFFFFFFFF80000001;
-  const char text[] = "a\0b";
-  const TONXSCRIPTVARIABLE records[] = {Record("d", ONX_TYPE_UINT32, &number), Record("i", ONX_TYPE_INT32, &number),
-                                        Record("u", ONX_TYPE_UINT64, &number), Record("l", ONX_TYPE_INT64, &number),
-                                        Record("s", ONX_TYPE_STRING, text, 3), Record("zero", ONX_TYPE_UINT64),
-                                        Record("empty", ONX_TYPE_STRING),      Record("odd", 6, &number),
-                                        Record("untyped", 0, &number)};
+  const TONXSCRIPTVARIABLE records[] = {Record("d", ONX_TYPE_UINT32, &kNumber),
+                                        Record("i", ONX_TYPE_INT32, &kNumber),
+                                        Record("u", ONX_TYPE_UINT64),
+                                        Record("s", ONX_TYPE_STRING, "a\0b"),
+                                        Record("empty", ONX_TYPE_STRING),
+                                        Record("odd", 6, &kNumber),
+                                        Record(nullptr, 0, &kNumber)};
   ScriptHarness harness;
   REQUIRE(harness.Runner().SetVariables(records, std::size(records), false) == EONX_ERR_NONE);
-  CHECK(harness.Run("print(d, \" \", i, \" \", u, \" \", l, \" \", s, zero, strlen(empty)); s += \"!\"; D = 7;") ==
-        "2147483649 -2147483647 18446744071562067969 -2147483647 a\\0b00");
+  CHECK(harness.Run("print(d, i, u, s, strlen(empty)); s += \"!\"; D = 7;") == "2147483649-21474836470a\\0b0");
   CHECK(Got(harness, "d") == "1 7");
   CHECK(Got(harness, "i") == "3 18446744071562067969"); // widened by its type
-  CHECK(Got(harness, "u") == "4 18446744071562067969");
   CHECK(Got(harness, "S") == std::string("2 a\0b!", 6));
-  CHECK(Got(harness, "zero") == "4 0");
   CHECK(Got(harness, "empty") == "2 ");
-  CHECK(Got(harness, "odd") == "none");
-  CHECK(Got(harness, "untyped") == "none");
-  CHECK(Got(harness, nullptr) == "none");
-  CHECK(Got(harness, "dd") == "none");
+  for (const char* name : {"odd", "dd", static_cast<const char*>(nullptr)})
+    CHECK(Got(harness, name) == "none");
 }
 
 TEST_CASE("variables stay until they are forgotten, and the later one of a name counts") {
-  const std::uint64_t one = 1;
-  const std::uint64_t two = 2;
-  const TONXSCRIPTVARIABLE first[] = {Record("a", ONX_TYPE_UINT32, &one), Record("b", ONX_TYPE_UINT32, &one)};
-  const TONXSCRIPTVARIABLE second[] = {Record("A", ONX_TYPE_UINT64, &two)};
+  const TONXSCRIPTVARIABLE first[] = {Record("a", ONX_TYPE_UINT32), Record("b", ONX_TYPE_UINT32)};
+  const TONXSCRIPTVARIABLE second = Record("A", ONX_TYPE_UINT64, &kTwo);
   ScriptHarness harness;
   harness.Runner().SetVariables(first, 2, false);
-  harness.Runner().SetVariables(second, 1, true);
-  CHECK(harness.Run("print(a, b);") == "21");
+  harness.Runner().SetVariables(&second, 1, true);
+  CHECK(harness.Run("print(a, b);") == "20");
   TONXSCRIPTVARIABLE both[] = {Record("a"), Record("b")};
   std::uint64_t found = 0;
   CHECK(harness.Runner().GetVariables(both, 2, &found) == EONX_ERR_NONE);
   CHECK(found == 3); // each of the two called "a" is a match
   CHECK(both[0].value == 2);
-  CHECK(both[1].value == 1);
   CHECK(harness.Runner().GetVariables(nullptr, 2, nullptr) == EONX_ERR_NONE);
-
-  harness.Runner().SetVariables(second, 1, false);
+  harness.Runner().SetVariables(&second, 1, false);
   CHECK(Got(harness, "b") == "none");
   harness.Runner().SetVariables(nullptr, 5, false);
   CHECK(Got(harness, "a") == "none");
