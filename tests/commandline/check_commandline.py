@@ -21,6 +21,7 @@ def check_results():
     pathlib.Path("fails.dcs").write_bytes(b'print("a");\nx();')
     expect(["run", "fails.dcs"], 21, b"Unknown identifier near line 1/column 12 (offset 11) during parsing\n",
            b"fails.dcs: the script failed")
+    expect(["run", "-"], 5, message=b"standard input has a zero byte", text=b"print(1);\0")
     expect(["run", ""], 6, message=b"the path of the script is empty")
     expect(["run", "none.dcs"], 8, message=b"none.dcs: the file cannot be opened")
     expect(["run", "s.dcs", "--fault", "Lock=1"] + values, 20, b"n=-2\nS=C:\\\\x\n", b"s.dcs: the channel is locked")
@@ -32,7 +33,7 @@ def check_results():
 
 def check_values():
     """Every type at its limits, in and out."""
-    values = [("a:dword=0xffFFffFF", "a=4294967295"), ("_b1:uint32=0b101", "_b1=5"),
+    values = [("a:dword=0xffFFffFF", "a=4294967295"), ("_b1:uint32=0b101", "_b1=5"), ("aAzZ09:UINT32=+0B1", "aAzZ09=1"),
               ("c:long=-2147483648", "c=-2147483648"), ("d:int32=2147483647", "d=2147483647"),
               ("e:uint64=18446744073709551615", "e=18446744073709551615"),
               ("f:int64=-9223372036854775808", "f=-9223372036854775808"),
@@ -66,6 +67,7 @@ SET_ERRORS = {
     "while:dword=1": '"while" is a word of the language, not a variable\'s name',
     "a:int=1": 'unknown type "int"; there are dword, uint32, string, int32, long, uint64, int64',
     "a:dword=": '"" is not a number',
+    "a:dword=1x": '"1x" is not a number',
     "a:dword=0x": '"0x" is not a number',
     "a:dword=4294967296": "4294967296 is not within 0 to 4294967295",
     "a:int32=2147483648": "2147483648 is not within -2147483648 to 2147483647",
@@ -113,6 +115,7 @@ USAGE_ERRORS += [(["run", "-", "--channel", text], error.encode())
 USAGE_ERRORS += [(["run", "a", "--fault", text], f"--fault {text}: {error}".encode()) for text, error in FAULT_ERRORS.items()]
 USAGE_ERRORS += [(["run", "a", "--block-time", text], f"--block-time {text}: expected milliseconds, 0 to 60000".encode())
                  for text in ("-1", "1s", "60001", "")]
+SET_ERRORS |= {f"a{sign}:dword=1": f'"a{sign}" is not a variable\'s name' for sign in "-/@[`{\xe4"}
 USAGE_ERRORS += [(["run", "a", "--set", text], f"--set {text}: {error}".encode()) for text, error in SET_ERRORS.items()]
 # ondhost without a command opens its windows.
 WINDOWS_ERRORS = [

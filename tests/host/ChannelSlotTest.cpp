@@ -18,6 +18,7 @@ TEST_CASE("slot: a channel that is used stays, until the last lock is given back
   REQUIRE(slot.Replace(MakeDevice()));
   CHECK(slot.GetState() == 1);
   CHECK(slot.WaitUntilOpen() == kChannelOk);
+  CHECK_FALSE(slot.IsConnecting());
   CHECK(slot.Lock(&g_owner, 0) == kChannelOk);
   CHECK(slot.Lock(&g_owner, 0) == kChannelOk);
   CHECK(slot.Lock(&other, 0) == kChannelLocked);

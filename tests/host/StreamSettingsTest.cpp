@@ -4,7 +4,7 @@
 #include <doctest/doctest.h>
 
 TEST_CASE("addresses and lines are shown as they are understood") {
-  for (const char* text : {"bench:4000", "10.0.0.1:65535", "[::1]:1"}) {
+  for (const char* text : {"bench:4000", "10.0.0.1:65535", "[::1]:1", "[:]:1"}) {
     const auto address = host::ParseTcpAddress(text);
     REQUIRE(address);
     CHECK(address->Text() == text);

@@ -78,7 +78,7 @@ def build(targets):
 def configure():
     launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
     code, output = run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                        "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w", *launcher], 120, ROOT)
+                        "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS", *launcher], 120, ROOT)
     if code == 0:
         code, output = build([])
     if code != 0:
