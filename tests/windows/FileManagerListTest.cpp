@@ -35,13 +35,6 @@ struct ListBench : FileManagerBench {
 
 } // namespace
 
-TEST_CASE("dropped files get the properties that their names suggest") {
-  const ListBench bench;
-  bench.Drop({"C:\\one.bin", "C:\\TWO.RBF", "C:\\three.rbfx", "C:\\", "abcd"});
-  CHECK(bench.LocalRows() == "C:\\one.bin|0|1|normal, C:\\TWO.RBF|0|1|program, C:\\three.rbfx|0|1|normal, "
-                             "C:\\|0|1|, abcd|0|1|normal");
-}
-
 TEST_CASE("names of any length and of every printable character") {
   const ListBench bench;
   const auto named = [](std::size_t length) { return "C:\\" + std::string(length - 3, 'n'); };
