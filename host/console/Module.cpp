@@ -34,7 +34,7 @@ std::string ProgramFolder() {
 template <class Function>
 tl::expected<void, const char*> Find(void* module, const char* name, Function& function) {
   const FARPROC address = GetProcAddress(static_cast<HMODULE>(module), name);
-  if (address == nullptr)
+  if (!address)
     return tl::unexpected(name);
   function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(address));
   return {};
@@ -49,7 +49,7 @@ void Module::Unloader::operator()(void* module) const {
 tl::expected<Module, std::string> Module::Load() {
   const std::string path = ProgramFolder() + kModuleName;
   const HMODULE handle = LoadLibraryA(path.c_str());
-  if (handle == nullptr)
+  if (!handle)
     return tl::unexpected("cannot load " + path + ": " + SystemMessage(GetLastError()));
   Module module(handle);
   if (const auto found = module.FindExports(); !found)
@@ -72,7 +72,7 @@ std::vector<Module::Kind> Module::Kinds() const {
   for (std::uint32_t index = 0; index < count; ++index) {
     const std::uint32_t type = m_getObjType(index);
     const auto* name = reinterpret_cast<const char*>(m_getObjInfo(type, 0));
-    kinds.push_back({type, name != nullptr ? name : ""});
+    kinds.push_back({type, name ? name : ""});
   }
   return kinds;
 }
