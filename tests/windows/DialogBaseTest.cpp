@@ -63,11 +63,6 @@ TEST_CASE("a window is made, hidden, shown again, and made anew when somebody de
   CHECK_FALSE(client.IsOpen());
   CHECK(client.Show(kCaption).Handle() == window.Handle());
 
-  host.Do([&] { ShowWindow(window.Handle(), SW_MINIMIZE); });
-  REQUIRE(IsIconic(window.Handle()));
-  client.Show(kCaption);
-  CHECK_FALSE(IsIconic(window.Handle()));
-
   host.Do([&] { DestroyWindow(window.Handle()); });
   CHECK(close() == EONX_ERR_DIALOG);
   CHECK_FALSE(client.IsOpen());

@@ -215,11 +215,13 @@ void EndingRun::DoDeed() {
   }
 }
 
-// The object or its window has gone. A lock that the channel is just granting goes back a little later.
+// The object or its window has gone. A lock that the channel is just granting goes back a little later, and so do
+// others while one is being given back.
 void EndingRun::Close() {
   device.Close();
   m_silent = true;
-  Complain(!m_below && m_place != "Lock" && device.LockDepth() != 0, "locked behind the end");
+  const bool isUnderWay = m_below || m_place == "Lock" || m_place == "Unlock";
+  Complain(!isUnderWay && device.LockDepth() != 0, "locked behind the end");
 }
 
 void EndingRun::Complain(bool wrong, const std::string& what) {
