@@ -94,7 +94,7 @@ TEST_CASE("Up and Down go through the lines that were sent") {
   CHECK(press(VK_UP) == "onex");
   CHECK(press(VK_DOWN) == "t\\qx");
   CHECK_FALSE(terminal.Control(IDC_TERMINAL_APPEND_CR).Checked()); // left alone
-  CHECK(press(VK_HOME) == "x?"); // no key of the history
+  CHECK(press(VK_HOME) == "x?");                                   // no key of the history
 }
 
 TEST_CASE("the focus starts in the input line and goes around by Tab") {
