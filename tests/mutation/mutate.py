@@ -207,6 +207,7 @@ def main():
     parser.add_argument("folders", nargs="*", default=list(FOLDERS), metavar="FOLDER")
     options = parser.parse_args()
 
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutation: ended from outside"))  # what was started is ended too
     survivors = load_survivors() if options.again else None
     copy_tree()
     configure()
