@@ -33,8 +33,8 @@ FOLDERS = {
     "platform": (15, ["platform", "util", "script", "scripts", "host"]),
     "util": (25, ["util", "filemanager", "script", "scripts", "commandline"]),
     "script": (30, ["script", "scripts", "language_page", "commandline"]),
-    "scriptrt": (25, ["builtins", "script", "scripts", "language_page", "commandline"]),
-    "host": (40, ["host", "commandline", "scripts", "channels"]),
+    "scriptrt": (25, ["builtins", "script", "scripts", "language_page", "questions", "commandline"]),
+    "host": (40, ["host", "commandline", "scripts", "streams", "channels"]),
     "filemanager": (12, ["filemanager"]),
     "terminal": (12, ["terminal"]),
 }
@@ -106,11 +106,11 @@ class Test:
 
 
 def load_tests(names):
-    """Tests by name; "scripts.ondscript" goes by the first word."""
+    """Tests by name; "scripts" is "scripts.ondscript"."""
     listed = json.loads(subprocess.run(["ctest", "--show-only=json-v1"], cwd=BUILD, check=True, stdout=subprocess.PIPE).stdout)
     targets = subprocess.run(["ninja", "-C", BUILD, "-t", "targets", "all"], check=True, stdout=subprocess.PIPE).stdout.decode()
     targets = {line.split(":")[0] for line in targets.splitlines()}
-    entries = {entry["name"].split(".")[0]: entry for entry in listed["tests"]}
+    entries = {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
     return {name: Test(name, entries[name], targets) for name in sorted(names)}
 
 
