@@ -54,10 +54,16 @@ def copy_tree():
             shutil.copy(source, target)
 
 
+def prepare():
+    """What a program under test starts with, however this one was started."""
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+    signal.signal(signal.SIGINT, signal.SIG_DFL)
+
+
 def run(command, seconds, folder):
     """Exit code and output of a command; None for a code when it did not end in time. Ends all that it started."""
     process = subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                               start_new_session=True, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY)))
+                               start_new_session=True, preexec_fn=prepare)
     try:
         output, _ = process.communicate(timeout=seconds)
         return process.returncode, output.decode(errors="replace")
