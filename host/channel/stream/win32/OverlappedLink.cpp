@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace host {
 namespace {
@@ -55,8 +56,12 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
   // What has arrived counts also when sending has just failed.
   FinishReceiving(movement);
   FinishSending(movement);
-  if (movement.failure.empty() && m_receiving.pending && IsRaised(EndEvent()))
-    movement.failure = CheckEnd();
+  if (movement.failure.empty() && m_receiving.pending && IsRaised(EndEvent())) {
+    LinkFailure end = CheckEnd();
+    FinishReceiving(movement); // it may have taken the last bytes since it was looked at
+    if (movement.failure.empty())
+      movement.failure = std::move(end);
+  }
   return movement;
 }
 
