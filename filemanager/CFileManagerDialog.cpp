@@ -179,7 +179,7 @@ void CFileManagerDialog::OnFormat() {
       code = AskAndFormat(lock);
   }
   if (code != 0 && channel == GetDeviceComm())
-    ShowError("Could not format device: " + ErrorText(*channel, code));
+    ShowError("Could not format device: " + ChannelErrorText(*channel, code));
 }
 
 // The channel's result; 0 when the user does not want to, or the channel went away behind the question or meanwhile.
@@ -240,6 +240,6 @@ std::string CFileManagerDialog::CopyAndReport(COndDeviceComm_0* channel, std::ve
   if (!progress.HasRun())
     return "Unable to start copying";
   return CopyErrorsText(progress.GetErrors(), progress.GetFiles(), [&](std::int32_t code) {
-    return GetSafeHwnd() ? ErrorText(*channel, code) : std::to_string(code);
+    return GetSafeHwnd() ? ChannelErrorText(*channel, code) : std::to_string(code);
   });
 }

@@ -65,7 +65,7 @@ void CONXDialog::CChannelLock::Release() {
 }
 
 std::string CONXDialog::CChannelLock::ErrorText(std::int32_t code) const {
-  return m_channel ? ::ErrorText(*m_channel, code) : std::to_string(code);
+  return m_channel ? ChannelErrorText(*m_channel, code) : std::to_string(code);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -3,7 +3,7 @@
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/console/Module.h"
-#include "host/console/ModuleScript.h"
+#include "host/console/ModuleProcessor.h"
 #include "host/support/StreamSetup.h"
 #include "host/windows/Program.h"
 
@@ -52,13 +52,13 @@ int Run(const host::CommandLine& line) {
   const auto module = LoadModule();
   if (!module)
     return host::kExitNoModule;
-  auto processor = module->Create(ONX_OBJ_SCRIPT_PROCESSOR);
-  if (!processor) {
+  auto object = module->Create(ONX_OBJ_SCRIPT_PROCESSOR);
+  if (!object) {
     host::PrintMessage(kProgram, "the module makes no Script Processor");
     return host::kExitNoModule;
   }
-  host::ModuleScript machine(std::move(processor));
-  return host::RunScript(kProgram, *arguments, machine);
+  host::ModuleProcessor processor(std::move(object));
+  return host::RunCommand(kProgram, *arguments, processor);
 }
 
 int ShowWindows(const host::CommandLine& line) {

@@ -5,7 +5,7 @@
 #include "host/commandline/StandardStreams.h"
 #include "host/support/StreamSetup.h"
 #include "runner/CheckCommand.h"
-#include "runner/RunnerScript.h"
+#include "runner/NativeProcessor.h"
 
 #include <exception>
 #include <new>
@@ -23,8 +23,8 @@ int Run(const host::CommandLine& line) {
   const auto arguments = host::ReadRunArguments(line);
   if (!arguments)
     return UsageError(arguments.error());
-  RunnerScript machine;
-  return host::RunScript(kProgram, *arguments, machine);
+  NativeProcessor processor;
+  return host::RunCommand(kProgram, *arguments, processor);
 }
 
 int Check(const host::CommandLine& line) {

@@ -19,19 +19,19 @@ namespace {
 // Connected as long as it exists.
 class Connection {
 public:
-  Connection(ScriptMachine& machine, Channel& channel) : m_machine(machine) { m_machine.Connect(&channel); }
-  ~Connection() { m_machine.Connect(nullptr); }
+  Connection(ScriptProcessor& processor, Channel& channel) : m_processor(processor) { m_processor.Connect(&channel); }
+  ~Connection() { m_processor.Connect(nullptr); }
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
 private:
-  ScriptMachine& m_machine;
+  ScriptProcessor& m_processor;
 };
 
 struct OutputContext {
   StandardOutput& output;
   TransferLine& line;
-  ScriptMachine& machine;
+  ScriptProcessor& processor;
   bool aborted = false; // the last piece is the diagnostic of a script that was stopped
 };
 
@@ -44,7 +44,7 @@ void PrintOutput(void* context, const char* text) {
     target.output.GiveUp();
   }
   if (target.output.Failed())
-    target.machine.Stop(); // nobody could see what the script does
+    target.processor.Stop(); // nobody could see what the script does
 }
 
 struct RunEnd {
@@ -54,22 +54,22 @@ struct RunEnd {
 };
 
 // `text` is the script when it came from standard input.
-RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptMachine& machine,
+RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptProcessor& processor,
            StandardOutput& output, TransferLine& line) {
-  OutputContext context{output, line, machine};
-  const InterruptWatcher watcher([&machine](const InterruptCause& cause) { machine.StopFor(cause); });
-  const EONX_ERR_ERRCODE_ result = text ? machine.Execute(*text, PrintOutput, &context)
-                                        : machine.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
+  OutputContext context{output, line, processor};
+  const InterruptWatcher watcher([&processor](const InterruptCause& cause) { processor.StopFor(cause); });
+  const EONX_ERR_ERRCODE_ result = text ? processor.Execute(*text, PrintOutput, &context)
+                                        : processor.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
   line.Flush();
   return {result, watcher.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
 }
 
-void PrintValues(const std::vector<std::string>& names, ScriptMachine& machine, StandardOutput& output) {
+void PrintValues(const std::vector<std::string>& names, ScriptProcessor& processor, StandardOutput& output) {
   if (!names.empty() && !output.AtLineStart())
     output.Write("\n"); // so that every value has a line of its own
   for (const std::string& name : names) {
     std::vector<TONXSCRIPTVARIABLE> records{RecordToGet(name)};
-    if (machine.GetVariables(records) != 0)
+    if (processor.GetVariables(records) != 0)
       output.Write(name + "=" + FormatValue(records.front()) + "\n");
   }
 }
@@ -86,7 +86,7 @@ void PrintRunEnd(std::string_view program, const std::string& script, const RunE
     PrintMessage(program, script.empty() ? text : script + ": " + text);
 }
 
-std::string ErrorText(Channel& channel, std::int32_t code) {
+std::string ReasonOf(Channel& channel, std::int32_t code) {
   return channel.GetInfoString(OND_INFO_ERROR, code);
 }
 
@@ -99,9 +99,9 @@ int ConcludeChannel(std::string_view program, const std::string& name, const Run
     return end.result;
   const std::int32_t unsent = channel.WaitUntilSent();
   if (unsent != 0)
-    PrintMessage(program, name + ": not everything was sent: " + ErrorText(channel, unsent));
+    PrintMessage(program, name + ": not everything was sent: " + ReasonOf(channel, unsent));
   else if (ended)
-    PrintMessage(program, name + ": " + ErrorText(channel, kNotOpen));
+    PrintMessage(program, name + ": " + ReasonOf(channel, kNotOpen));
   const bool failedByItself = end.result != EONX_ERR_NONE && !end.stopped;
   return (ended || unsent != 0) && !failedByItself ? static_cast<int>(kExitNoChannel) : end.result;
 }
@@ -137,7 +137,7 @@ tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program
     return tl::unexpected<int>(failure.badText ? kExitUsage : kExitNoChannel);
   }
   if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0) {
-    PrintMessage(program, options.text + ": " + ErrorText(**made, code));
+    PrintMessage(program, options.text + ": " + ReasonOf(**made, code));
     return tl::unexpected<int>(kExitNoChannel);
   }
   return std::move(*made);
@@ -145,7 +145,7 @@ tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program
 
 } // namespace
 
-int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine) {
+int RunCommand(std::string_view program, const RunArguments& arguments, ScriptProcessor& processor) {
   const auto text = ReadScript(program, arguments.script);
   if (!text)
     return text.error();
@@ -158,18 +158,18 @@ int RunScript(std::string_view program, const RunArguments& arguments, ScriptMac
   WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&] {
     channelEnded = true;
     if (!arguments.keepGoing)
-      machine.Stop();
+      processor.Stop();
   });
-  const Connection connection(machine, channel);
+  const Connection connection(processor, channel);
   auto records = RecordsToSet(arguments.variables);
-  if (const EONX_ERR_ERRCODE_ result = machine.SetVariables(records); result != EONX_ERR_NONE) {
+  if (const EONX_ERR_ERRCODE_ result = processor.SetVariables(records); result != EONX_ERR_NONE) {
     PrintMessage(program, ResultText(result));
     return result;
   }
 
-  const RunEnd end = Run(arguments, *text, machine, output, line);
+  const RunEnd end = Run(arguments, *text, processor, output, line);
   const bool stoppedForOutput = output.Failed();
-  PrintValues(arguments.gets, machine, output);
+  PrintValues(arguments.gets, processor, output);
   if (!stoppedForOutput)
     PrintRunEnd(program, arguments.script, end);
   if (const int code = ExitCodeOf(program, output); code != 0)

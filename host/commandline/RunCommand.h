@@ -10,9 +10,9 @@
 namespace host {
 
 // Something that runs scripts: an object of the module, or the engine linked into the program.
-class ScriptMachine {
+class ScriptProcessor {
 public:
-  virtual ~ScriptMachine() = default;
+  virtual ~ScriptProcessor() = default;
 
   // The channel stays the caller's; null disconnects.
   virtual void Connect(COndDeviceComm_0* channel) = 0;
@@ -24,13 +24,13 @@ public:
   virtual std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
-  // The same when the process has been asked to end; called again and again until the run ends. A machine that asks its
-  // questions itself tells the operator, or dismisses the questions when nobody may be there. [any thread]
+  // The same when the process has been asked to end; called again and again until the run ends. A processor that asks
+  // its questions itself tells the operator, or dismisses the questions when nobody may be there. [any thread]
   virtual void StopFor(const InterruptCause&) { Stop(); }
 };
 
 // Sets up the channel, runs the script, prints its output and the values asked for. Returns the process's exit code.
 // `program` begins the messages on standard error.
-int RunScript(std::string_view program, const RunArguments& arguments, ScriptMachine& machine);
+int RunCommand(std::string_view program, const RunArguments& arguments, ScriptProcessor& processor);
 
 } // namespace host

@@ -58,7 +58,7 @@ private:
 
 // An abandoned run asks the channel nothing any more.
 std::string CONXFileOp::ChannelText(const SysCall& call, std::int32_t code) const {
-  return call.context.StopEvent().IsAbandoned() ? std::to_string(code) : ErrorText(*Services().channel, code);
+  return call.context.StopEvent().IsAbandoned() ? std::to_string(code) : ChannelErrorText(*Services().channel, code);
 }
 
 ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool ignoreFailure) {

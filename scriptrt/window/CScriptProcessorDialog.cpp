@@ -208,7 +208,7 @@ void CScriptProcessorDialog::ReportEnd() {
   UpdateDialogState();
   if (m_result != EONX_ERR_NONE) {
     COndDeviceComm_0* const channel = GetDeviceComm();
-    ShowError("Error executing script: " + (channel ? ErrorText(*channel, m_result) : std::to_string(m_result)));
+    ShowError("Error executing script: " + (channel ? ChannelErrorText(*channel, m_result) : std::to_string(m_result)));
   }
   m_running = false;
   UpdateDialogState();

@@ -1,15 +1,13 @@
-// Runs scripts through the module's Script Processor.
+// Runs scripts on the engine that is linked into the program.
 #pragma once
 
 #include "host/commandline/RunCommand.h"
-#include "host/console/Module.h"
+#include "runner/TerminalOperator.h"
+#include "scriptrt/run/ScriptRunner.h"
 
-namespace host {
-
-class ModuleScript : public ScriptMachine {
+class NativeProcessor : public host::ScriptProcessor {
 public:
-  // `processor` must be a Script Processor.
-  explicit ModuleScript(Module::Object processor) : m_processor(std::move(processor)) {}
+  NativeProcessor() : m_runner(this) { m_runner.SetOperator(&m_operator); }
 
   void Connect(COndDeviceComm_0* channel) override;
   EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
@@ -17,9 +15,9 @@ public:
   EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   void Stop() override;
+  void StopFor(const host::InterruptCause& cause) override;
 
 private:
-  Module::Object m_processor;
+  TerminalOperator m_operator;
+  CScriptRunner m_runner;
 };
-
-} // namespace host

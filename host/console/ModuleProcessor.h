@@ -1,13 +1,15 @@
-// Runs scripts on the engine that is linked into the program.
+// Runs scripts through the module's Script Processor.
 #pragma once
 
 #include "host/commandline/RunCommand.h"
-#include "runner/TerminalOperator.h"
-#include "scriptrt/run/ScriptRunner.h"
+#include "host/console/Module.h"
 
-class RunnerScript : public host::ScriptMachine {
+namespace host {
+
+class ModuleProcessor : public ScriptProcessor {
 public:
-  RunnerScript() : m_runner(this) { m_runner.SetOperator(&m_operator); }
+  // `processor` must be a Script Processor.
+  explicit ModuleProcessor(Module::Object processor) : m_processor(std::move(processor)) {}
 
   void Connect(COndDeviceComm_0* channel) override;
   EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
@@ -15,9 +17,9 @@ public:
   EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   void Stop() override;
-  void StopFor(const host::InterruptCause& cause) override;
 
 private:
-  TerminalOperator m_operator;
-  CScriptRunner m_runner;
+  Module::Object m_processor;
 };
+
+} // namespace host
