@@ -74,7 +74,8 @@ def changes(text):
         if match.group(1) not in SAME_AS_EMPTY | {"true"}:
             yield *match.span(1), "{}", "returned"
     for match in STATEMENT.finditer(code):
-        yield *match.span(1), "", "removed"
+        if not match.group(1).endswith((" = default", " = delete")):
+            yield *match.span(1), "", "removed"
 
 
 def mutants(path, text):
