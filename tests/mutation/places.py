@@ -19,7 +19,7 @@ PURE = re.compile(r"(?:\)|const|noexcept) = $")  # in front of the 0 of an opera
 CONDITION = re.compile(r"\b(?:if|while) (?=\()")
 DECLARATION = re.compile(r"(?:const )?[\w:<>*& ]+ [*&]?(\w+) = ")
 RETURN = re.compile(r"\breturn ([^;]+);")
-SAME_AS_EMPTY = {"{}", "0", "false", "nullptr", "std::nullopt"}
+SAME_AS_EMPTY = {"{}", "0", "false", "nullptr", "std::nullopt", "kScriptOk", "kChannelOk", "EONX_ERR_NONE"}
 # A call or an assignment that is a line of its own, behind the end of another statement.
 STATEMENT = re.compile(r"(?<=[;{})])\n[ ]+(?!return\b|using\b|throw\b|delete\b)([\w:.>*()\[\]-]+(?:\(.*\)| [-+|&^]?= .*));(?=\n)")
 
