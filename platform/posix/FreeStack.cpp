@@ -1,7 +1,14 @@
 #include "platform/Platform.h"
 #include "platform/StackReserve.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
 #include <pthread.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace platform {
 
@@ -14,6 +21,38 @@ struct Limits {
   std::uintptr_t bottom = 0;
   std::uintptr_t top = 0;
 };
+
+// Address space in bytes that the process may still take; the largest number without a limit (`ulimit -v`).
+std::uintptr_t FreeAddressSpace() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY)
+    return UINTPTR_MAX;
+  char text[32] = "";
+  const int file = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
+  const ssize_t length = file >= 0 ? read(file, text, sizeof text - 1) : -1;
+  if (file >= 0)
+    close(file);
+  const std::uintptr_t used = length > 0 ? std::strtoull(text, nullptr, 10) * static_cast<unsigned>(getpagesize()) : 0;
+  return used != 0 && used < limit.rlim_cur ? limit.rlim_cur - used : 0;
+}
+
+bool IsFirstThread() {
+  return syscall(SYS_gettid) == getpid();
+}
+
+// The first thread's stack grows as it is used, and the process dies when there is no address space left for that. So
+// it is grown at once, by a touch of its end; under a limit to a half of what is left at the most, the rest is for the
+// script.
+Limits Claimed(Limits limits) {
+  const std::uintptr_t space = FreeAddressSpace();
+  if (space == UINTPTR_MAX)
+    return limits;
+  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  const std::uintptr_t lowest = here - std::min(here - limits.bottom, space / 2);
+  limits.bottom = std::max(limits.bottom, lowest);
+  *reinterpret_cast<volatile char*>(limits.bottom) = 0;
+  return limits;
+}
 
 // Asks the system, which for a process's first thread means reading its memory map. No limits when that fails for lack
 // of memory.
@@ -29,7 +68,8 @@ Limits AskStackLimits() {
   pthread_attr_destroy(&attributes);
   const auto bottom = reinterpret_cast<std::uintptr_t>(address);
   const std::uintptr_t top = bottom + size;
-  return {size > kMostUsed ? top - kMostUsed : bottom + guard, top};
+  const Limits limits{size > kMostUsed ? top - kMostUsed : bottom + guard, top};
+  return IsFirstThread() ? Claimed(limits) : limits;
 }
 
 thread_local constinit Limits t_limits;
