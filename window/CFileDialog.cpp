@@ -1,5 +1,7 @@
 #include "window/CFileDialog.h"
 
+#include "window/MessageBoxes.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -45,10 +47,25 @@ std::string CFileDialog::Open(HWND parent) const {
   return Ask(GetOpenFileNameA, parent, 0, buffer) ? buffer.data() : std::string();
 }
 
+// The system's own prompt is a box inside the dialog, and when the dialog is ended behind it some systems go on with
+// what is gone. So the prompt comes behind the dialog, which is shown again on "No".
 std::string CFileDialog::Save(HWND parent) const {
   std::vector<char> buffer(kOnePath);
-  return Ask(GetSaveFileNameA, parent, overwritePrompt ? OFN_OVERWRITEPROMPT : 0, buffer) ? buffer.data()
-                                                                                          : std::string();
+  CFileDialog dialog = *this;
+  while (dialog.Ask(GetSaveFileNameA, parent, 0, buffer)) {
+    const std::string path = buffer.data();
+    if (!overwritePrompt || GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES)
+      return path;
+    if (!IsWindow(parent))
+      break;
+    const std::string question = path + " already exists.\nDo you want to replace it?";
+    if (ShowMessageBox(parent, question, title, MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION) == IDYES)
+      return path;
+    if (!IsWindow(parent))
+      break;
+    dialog.initialName = path;
+  }
+  return {};
 }
 
 std::vector<std::string> CFileDialog::OpenMany(HWND parent, std::vector<char>& buffer) const {

@@ -11,7 +11,13 @@
 
 namespace {
 
+// An open menu, or a window that is being moved, has a loop of its own, which passes the command on and does not end.
 void Cancel(HWND window) {
+  PostMessageA(window, WM_CANCELMODE, 0, 0);
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof(thread);
+  if (GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread) && (thread.flags & GUI_INMOVESIZE) != 0)
+    PostMessageA(window, WM_KEYDOWN, VK_ESCAPE, 0);
   PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
 }
 
