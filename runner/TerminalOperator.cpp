@@ -61,7 +61,8 @@ void TerminalOperator::TellStopping() {
     return;
   m_toldStopping = true;
   // The terminal has thrown away what was typed so far.
-  std::cerr << "\nThe script stops once this is answered or cancelled; Ctrl+C again ends the program at once\n"
+  std::cerr << "\nThe script stops at its next loop round or wait behind this question; Ctrl+C again ends the program "
+               "at once\n"
             << m_openPrompt << std::flush;
 }
 

@@ -1,5 +1,7 @@
 #include "host/channel/WatchedChannel.h"
 
+#include "host/channel/ChannelErrors.h"
+
 namespace host {
 namespace {
 
@@ -10,7 +12,7 @@ bool IsWatched(ChannelOperation operation) {
 
 } // namespace
 
-WatchedChannel::WatchedChannel(std::unique_ptr<Channel> inner, std::function<void()> usedAfterEnd)
+WatchedChannel::WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(bool)> usedAfterEnd)
     : ForwardingChannel(std::move(inner)), m_usedAfterEnd(std::move(usedAfterEnd)) {}
 
 void WatchedChannel::Around(ChannelCall& call) {
@@ -20,8 +22,13 @@ void WatchedChannel::Around(ChannelCall& call) {
   bool endsReading = false;
   if (call.operation == ChannelOperation::kReceive)
     endsReading = std::exchange(m_reading, call.answer == 0 && *call.moved != 0);
-  if (call.answer != 0 && !endsReading && HasEnded())
-    m_usedAfterEnd();
+  if (call.answer == 0 || endsReading)
+    return;
+  const bool sends = call.operation != ChannelOperation::kReceive;
+  if (HasEnded())
+    m_usedAfterEnd(false);
+  else if (sends && call.answer == kNotOpen)
+    m_usedAfterEnd(true);
 }
 
 } // namespace host

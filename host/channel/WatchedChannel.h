@@ -12,13 +12,14 @@ namespace host {
 // reading; so a device that answers and hangs up has done what it was asked for.
 class WatchedChannel : public ForwardingChannel {
 public:
-  // `usedAfterEnd` is called at the end of each such operation, on the operation's thread. It throws nothing.
-  WatchedChannel(std::unique_ptr<Channel> inner, std::function<void()> usedAfterEnd);
+  // `usedAfterEnd` is called at the end of each such operation, on the operation's thread, with whether there is still
+  // something to read. It throws nothing.
+  WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(bool)> usedAfterEnd);
 
 private:
   void Around(ChannelCall& call) override;
 
-  const std::function<void()> m_usedAfterEnd;
+  const std::function<void(bool)> m_usedAfterEnd;
   bool m_reading = false; // the last read has found something
 };
 

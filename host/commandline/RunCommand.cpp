@@ -155,9 +155,9 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   StandardOutput output;
   TransferLine line(output, IsOutputTerminal());
   bool channelEnded = false;
-  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&] {
+  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&](bool mayStillRead) {
     channelEnded = true;
-    if (!arguments.keepGoing)
+    if (!arguments.keepGoing && !mayStillRead)
       processor.Stop();
   });
   const Connection connection(processor, channel);

@@ -71,7 +71,7 @@ def check_stopping():
     terminal = Terminal(["run", "stops.dcs"])
     terminal.read_until(b"number [5]: ")
     terminal.type(b"12\x03")
-    terminal.read_until(b"\nThe script stops once this is answered or cancelled; Ctrl+C again ends the program at once\r\nnumber [5]: ")
+    terminal.read_until(b"\nThe script stops at its next loop round or wait behind this question; Ctrl+C again ends the program at once\r\nnumber [5]: ")
     terminal.type(b"3\n")
     code, output, shown = terminal.end()
     check("Ctrl+C at a question", code == 21 and output.startswith(b"3Processing aborted") and b"stopped by Ctrl+C" in shown,

@@ -69,6 +69,7 @@ private:
   std::mutex m_mutex; // guards the fields below, with the exceptions named
   std::condition_variable m_changed;
   std::atomic<State> m_state = State::kConnecting; // written under the lock
+  bool m_wasOpen = false;                          // under the lock
   LinkFailure m_closedBecause;                     // see above
   ByteQueue m_incoming;
   std::string m_outgoing;   // not yet seen by the thread
