@@ -1,9 +1,11 @@
 #include "script/RunScript.h"
 
-#include "script/ScriptProgram.h"
+#include "script/machine/ScriptMachine.h"
+#include "script/program/ScriptProgram.h"
 #include "util/NoThrow.h"
 
 #include <new>
+#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -16,11 +18,10 @@ void AddNames(ScriptProgram& program, CONXScriptVariable& version, const ScriptR
     program.AddPredefined(name, *variable);
 }
 
-ScriptError Execute(ScriptProgram& program, const ScriptRun& run) {
+ScriptError Execute(ScriptMachine& machine, const ScriptRun& run) {
   if (run.function)
-    return program.Main().ExecuteFunction(run.function->name, run.function->arguments, run.result);
-  ScriptArguments none;
-  return program.Main().Execute(run.context, nullptr, none, run.result);
+    return machine.ExecuteFunction(run.function->name, run.function->arguments, run.result);
+  return machine.ExecuteMain();
 }
 
 // Want of memory surfaces as an exception from wherever a text or list grows; below this function everything is owned
@@ -52,14 +53,16 @@ ScriptError RunProgram(const ScriptRun& run, Reached* reached) {
   ScriptProgram program(run.text, run.context);
   AddNames(program, version, run);
 
+  std::optional<ScriptMachine> machine;
   const ScriptError error = WithoutExceptions([&] {
     const ScriptError parseError = program.Parse();
     if (parseError != kScriptOk)
       return parseError;
     reached->phase = RunPhase::kExecuting;
-    return Execute(program, run);
+    machine.emplace(program, run.watcher);
+    return Execute(*machine, run);
   });
-  reached->offset = program.Cursor().TokenStart();
+  reached->offset = machine ? machine->Place() : program.Place();
   return error;
 }
 

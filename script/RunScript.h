@@ -1,9 +1,10 @@
 // The one way a script text is run.
 #pragma once
 
-#include "script/Activation.h"
-#include "script/RunContext.h"
-#include "script/ScriptError.h"
+#include "script/machine/ScriptWatcher.h"
+#include "script/program/CONXScriptFunc.h"
+#include "script/program/RunContext.h"
+#include "script/value/ScriptError.h"
 
 #include <string>
 #include <string_view>
@@ -38,7 +39,8 @@ struct ScriptRun {
   // The host's variables, which hide built-ins of their name and keep what the script leaves in them.
   std::vector<std::pair<std::string_view, CONXScriptVariable*>> externalVariables;
   FunctionStart* function = nullptr;    // null: the main program
-  CONXScriptVariable* result = nullptr; // receives the value of the function that is run
+  CONXScriptVariable* result = nullptr; // untyped; receives the value of the function that is run
+  ScriptWatcher* watcher = nullptr;     // looks on
 };
 
 // Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line, also one that

@@ -6,11 +6,12 @@
 
 #include "scriptrt/builtin/RunServices.h"
 
-#include "script/CONXScriptFunc.h"
-#include "script/RunContext.h"
+#include "script/program/CONXScriptFunc.h"
+#include "script/program/RunContext.h"
 #include "util/ScriptPath.h"
 
 #include <initializer_list>
+#include <span>
 #include <string_view>
 
 // Which argument lists a built-in takes.
@@ -20,6 +21,8 @@ struct ArgumentRule {
   // One letter an argument: 's' string, 'n' number, 'v' any variable; '*' at the end: any number of anything, functions
   // too.
   std::string_view types;
+  // The type of its value; kNone when it has none, or differs from call to call.
+  DataType result = DataType::kNone;
 };
 
 // "1 to 3 arguments"
@@ -36,13 +39,13 @@ constexpr std::uint32_t ArgumentCounts(unsigned count) {
 // One call of a built-in, its arguments checked.
 struct SysCall {
   CONXRunContext& context;
-  Activation* symbols;
-  ScriptArguments& arguments;
+  ScriptArguments arguments;
   CONXScriptVariable* result; // null when the call's value is not used
 
   bool Has(std::size_t index) const { return index < arguments.size(); }
-  CONXScriptVariable& VariableAt(std::size_t index) const { return arguments[index].variable; }
-  const SharedText& TextAt(std::size_t index) const { return VariableAt(index).GetSharedText(); }
+  CONXScriptVariable& VariableAt(std::size_t index) const { return arguments[index]; }
+  // A zero byte follows. Valid until the variable changes.
+  std::string_view TextAt(std::size_t index) const { return VariableAt(index).GetText(); }
   std::uint64_t NumberAt(std::size_t index) const { return VariableAt(index).GetNumber(); }
   std::uint64_t NumberAtOr(std::size_t index, std::uint64_t otherwise) const {
     return Has(index) ? NumberAt(index) : otherwise;
@@ -50,29 +53,30 @@ struct SysCall {
 
   // A file name, relative to the script's folder.
   std::string PathAt(std::size_t index) const {
-    return ResolveScriptPath(context.BaseDirectory(), TextAt(index).Bytes());
+    return ResolveScriptPath(context.BaseDirectory(), std::string(TextAt(index)));
   }
 
   // Give the call its value; without effect when nobody wants it.
   ScriptError SetNumber(std::uint64_t value, DataType type) const {
     return result ? result->SetNumber(value, type) : kScriptOk;
   }
-  ScriptError SetText(std::string bytes) const { return result ? result->SetText(std::move(bytes)) : kScriptOk; }
+  ScriptError SetText(std::string_view bytes) const { return result ? result->SetText(bytes) : kScriptOk; }
 };
 
 class CONXScriptSysFunc : public CONXScriptFunc {
 public:
   // The services must outlive the built-in.
-  explicit CONXScriptSysFunc(const RunServices& services) : CONXScriptFunc(nullptr), m_services(services) {}
+  explicit CONXScriptSysFunc(const RunServices& services) : m_services(services) {}
 
   bool CheckArgumentCount(std::size_t count) const final;
-  ScriptError Execute(CONXRunContext& context, Activation* symbols, ScriptArguments& arguments,
-                      CONXScriptVariable* result) final;
+  DataType GetResultType() const final { return m_rule.result; }
+  ScriptError Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) final;
 
   // Set once, when the built-in is registered.
   void SetRule(const ArgumentRule& rule) { m_rule = rule; }
 
 protected:
+  bool TakesTypes(std::span<const DataType> types) const;
   // The built-in's own work.
   virtual ScriptError Perform(const SysCall& call) = 0;
 
@@ -92,4 +96,20 @@ public:
 protected:
   ScriptError Perform(const SysCall& call) final { return call.result ? Compute(call) : kScriptOk; }
   virtual ScriptError Compute(const SysCall& call) = 0;
+};
+
+// A built-in whose value depends on its arguments alone: one function computes it, also for calls that need no checks.
+class CONXPureFunc : public CONXValueFunc {
+public:
+  using CONXValueFunc::CONXValueFunc;
+
+  bool IsPure() const final { return true; }
+  PureFunction GetPureFunction(std::span<const DataType> types) const final {
+    return TakesTypes(types) ? FunctionFor(types) : nullptr;
+  }
+
+protected:
+  ScriptError Compute(const SysCall& call) final;
+  // The types are those that the rule wants, three at most.
+  virtual PureFunction FunctionFor(std::span<const DataType> types) const = 0;
 };

@@ -67,7 +67,7 @@ ScriptError CONXFileOp::Finish(const SysCall& call, std::int32_t code, bool igno
 }
 
 ScriptError CONXTransmitFile::Perform(const SysCall& call) {
-  const std::string name = NamePart(call.TextAt(0).Bytes());
+  const std::string name = NamePart(std::string(call.TextAt(0)));
   Progress progress(Services().output, call.context.StopEvent(), name + " ");
   const std::int32_t code = Services().channel->TransmitFile(
       call.PathAt(0).c_str(), static_cast<std::uint8_t>(call.NumberAt(1)), static_cast<std::uint8_t>(call.NumberAt(2)),
@@ -77,7 +77,7 @@ ScriptError CONXTransmitFile::Perform(const SysCall& call) {
 }
 
 ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
-  const std::string& data = call.TextAt(0).Bytes();
+  const std::string_view data = call.TextAt(0);
   Progress progress(Services().output, call.context.StopEvent(), "");
   progress.Show();
   if (call.context.StopEvent().IsAbandoned()) // by the output function
@@ -113,9 +113,9 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
       return kProcessingAborted;
     const std::int32_t code = Services().channel->TransmitFile(
         entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
-    Write(code == 0
-              ? " -> OK\n"
-              : "\n-> " + ChannelText(call, code) + " during ExecuteJobFile (" + Shown(call.TextAt(0).Bytes()) + ")\n");
+    Write(code == 0 ? " -> OK\n"
+                    : "\n-> " + ChannelText(call, code) + " during ExecuteJobFile (" +
+                          Shown(std::string(call.TextAt(0))) + ")\n");
     firstFailure = firstFailure != 0 ? firstFailure : code;
   }
   if (stopped && firstFailure == 0)

@@ -5,7 +5,7 @@
 #include <utility>
 
 ScriptError CONXTransmitString::Perform(const SysCall& call) {
-  const std::string& bytes = call.TextAt(0).Bytes();
+  const std::string_view bytes = call.TextAt(0);
   std::uint64_t written = 0;
   Services().channel->Transmit(bytes.data(), bytes.size(), &written);
   return kScriptOk;
@@ -34,5 +34,5 @@ ScriptError CONXReceiveString::Compute(const SysCall& call) {
   if (const ScriptError error =
           ReceiveUntilSilent(*Services().channel, call.context.StopEvent(), SharedText::kMaxSize, &collected))
     return error;
-  return call.SetText(std::move(collected));
+  return call.SetText(collected);
 }

@@ -22,7 +22,7 @@ ScriptError SetValue(const TONXSCRIPTVARIABLE& record, CONXScriptVariable* value
   if (record.value == 0)
     return kScriptOk;
   if (type == DataType::kString)
-    return value->SetText(std::string(PointerIn<char>(record), static_cast<std::uint32_t>(record.length)));
+    return value->SetText({PointerIn<char>(record), static_cast<std::uint32_t>(record.length)});
   std::uint64_t number = 0;
   std::memcpy(&number, PointerIn<char>(record), sizeof number); // a host's buffer need not be aligned
   return value->SetNumber(number, type);
@@ -31,7 +31,7 @@ ScriptError SetValue(const TONXSCRIPTVARIABLE& record, CONXScriptVariable* value
 void WriteValue(const CONXScriptVariable& value, TONXSCRIPTVARIABLE* record) {
   record->type = static_cast<std::uint32_t>(value.GetType());
   if (value.GetType() == DataType::kString) {
-    record->value = reinterpret_cast<std::uintptr_t>(value.GetText().c_str());
+    record->value = reinterpret_cast<std::uintptr_t>(value.GetText().data());
     record->length = value.GetText().size();
   } else {
     record->value = value.GetNumber();

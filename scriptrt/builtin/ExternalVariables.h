@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/contract/OndDeviceClient.h"
-#include "script/CONXScriptVariable.h"
+#include "script/value/CONXScriptVariable.h"
 
 #include <cstddef>
 #include <deque>

@@ -26,7 +26,7 @@ std::optional<File> OpenToWrite(const std::string& path, std::uint32_t offset) {
 } // namespace
 
 ScriptError CONXWriteStringToFileFunc::Perform(const SysCall& call) {
-  const std::string& text = call.TextAt(1).Bytes();
+  const std::string_view text = call.TextAt(1);
   const std::uint32_t offset = Number32(call, 2, kAll);
   const std::size_t start = std::min<std::size_t>(Number32(call, 3, 0), text.size());
   const std::size_t count = std::min<std::size_t>(Number32(call, 4, kAll), text.size() - start);

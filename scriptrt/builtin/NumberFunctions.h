@@ -5,33 +5,32 @@
 #include "util/ScanNumber.h"
 
 // strto…(s), hexstrto…(s): the number at the start of the text, as T; kTypeError if there is none
-template <typename T>
-class CONXStrToNumFunc final : public CONXValueFunc {
+template <typename T, NumberFormat kFormat>
+class CONXStrToNumFunc final : public CONXPureFunc {
 public:
-  CONXStrToNumFunc(const RunServices& services, NumberFormat format, DataType type)
-      : CONXValueFunc(services), m_format(format), m_type(type) {}
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override {
-    const std::string& text = call.TextAt(0).Bytes();
-    const auto number = ScanNumber(text, m_format);
-    if (!number)
-      return kTypeError;
-    return call.SetNumber(static_cast<std::uint64_t>(static_cast<T>(*number)), m_type);
+  PureFunction FunctionFor(std::span<const DataType>) const override {
+    return [](CONXScriptVariable& result, const CONXScriptVariable& text, const CONXScriptVariable&,
+              const CONXScriptVariable&) {
+      const auto number = ScanNumber(ViewOf(text.text), kFormat);
+      if (!number)
+        return kTypeError;
+      result.bits = static_cast<std::uint64_t>(static_cast<T>(*number));
+      return kScriptOk;
+    };
   }
-
-  NumberFormat m_format;
-  DataType m_type;
 };
 
 // numtostr(n), numtohexstr(n) and their older names: the number by its own type
-class CONXNumToStrFunc final : public CONXValueFunc {
+class CONXNumToStrFunc final : public CONXPureFunc {
 public:
   enum class Base { kDecimal, kHexadecimal };
-  CONXNumToStrFunc(const RunServices& services, Base base) : CONXValueFunc(services), m_base(base) {}
+  CONXNumToStrFunc(const RunServices& services, Base base) : CONXPureFunc(services), m_base(base) {}
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 
   Base m_base;
 };

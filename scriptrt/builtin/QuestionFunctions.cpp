@@ -1,6 +1,6 @@
 #include "scriptrt/builtin/QuestionFunctions.h"
 
-#include "script/NumberRange.h"
+#include "script/value/NumberRange.h"
 #include "scriptrt/question/Operator.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ std::vector<std::string> SplitItems(const std::string& text) {
 
 ScriptError CONXMessageBoxDialog::Perform(const SysCall& call) {
   if (Services().askedOperator)
-    Services().askedOperator->ShowMessage(call.TextAt(0).Bytes(), call.TextAt(1).Bytes());
+    Services().askedOperator->ShowMessage(std::string(call.TextAt(0)), std::string(call.TextAt(1)));
   return kScriptOk;
 }
 
@@ -56,8 +56,12 @@ ScriptError CONXUserInputNumDialog::Perform(const SysCall& call) {
   std::uint64_t initial = IsLess(m_type, maximum, byDefault) ? maximum : byDefault;
   if (IsLess(m_type, initial, minimum))
     initial = minimum;
-  const CONXOperator::NumberQuestion question{
-      call.TextAt(0).Bytes(), call.TextAt(1).Bytes(), static_cast<std::uint32_t>(m_type), initial, minimum, maximum};
+  const CONXOperator::NumberQuestion question{std::string(call.TextAt(0)),
+                                              std::string(call.TextAt(1)),
+                                              static_cast<std::uint32_t>(m_type),
+                                              initial,
+                                              minimum,
+                                              maximum};
 
   std::optional<std::uint64_t> answer;
   if (Services().askedOperator)
@@ -69,10 +73,10 @@ ScriptError CONXUserInputStringDialog::Perform(const SysCall& call) {
   constexpr std::size_t kConfirmed = 3;
   if (const ScriptError error = CheckConfirmed(call, kConfirmed))
     return error;
-  const std::string byDefault = call.TextAt(2).Bytes();
+  const std::string byDefault = std::string(call.TextAt(2));
   std::optional<std::string> answer;
   if (Services().askedOperator)
-    answer = Services().askedOperator->AskText(call.TextAt(0).Bytes(), call.TextAt(1).Bytes(), byDefault);
+    answer = Services().askedOperator->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
   if (const ScriptError error = SetConfirmed(call, kConfirmed, answer.has_value()))
     return error;
   return call.SetText(std::move(answer).value_or(byDefault));
@@ -84,7 +88,7 @@ ScriptError CONXUserListInputDialog::Perform(const SysCall& call) {
     return error;
   std::optional<std::uint64_t> answer;
   if (Services().askedOperator)
-    answer = Services().askedOperator->AskItem(call.TextAt(0).Bytes(), call.TextAt(1).Bytes(),
-                                               SplitItems(call.TextAt(2).Bytes()), call.NumberAt(3));
+    answer = Services().askedOperator->AskItem(std::string(call.TextAt(0)), std::string(call.TextAt(1)),
+                                               SplitItems(std::string(call.TextAt(2))), call.NumberAt(3));
   return Conclude(call, kConfirmed, answer, ~std::uint64_t{0}, DataType::kInt32);
 }

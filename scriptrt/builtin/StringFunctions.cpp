@@ -1,11 +1,13 @@
 #include "scriptrt/builtin/StringFunctions.h"
 
-#include "script/NumberText.h"
+#include "script/value/NumberRange.h"
+#include "script/value/NumberText.h"
+#include "util/FindText.h"
 
 namespace {
 
 // Output is zero-terminated text, so a zero byte shows as the two characters \0.
-std::string WithVisibleZeros(const std::string& bytes) {
+std::string WithVisibleZeros(std::string_view bytes) {
   std::string visible;
   visible.reserve(bytes.size() + 8);
   for (const char byte : bytes) {
@@ -17,45 +19,81 @@ std::string WithVisibleZeros(const std::string& bytes) {
   return visible;
 }
 
+using Value = CONXScriptVariable;
+
+void SetText(Value& result, TextBody* text) {
+  result.text = text;
+  result.type = DataType::kString;
+}
+
+ScriptError SetPart(Value& result, std::string_view text, std::uint64_t start, std::uint64_t length) {
+  SetText(result, start < text.size() ? NewText(text.substr(start, length)) : nullptr);
+  return kScriptOk;
+}
+
+// As int32: -1 when there is none.
+std::uint64_t PositionOf(std::string_view text, std::string_view searched, std::uint64_t start) {
+  return NarrowedTo(DataType::kInt32, FindText(text, searched, start));
+}
+
 } // namespace
 
 ScriptError CONXPrintFunc::Perform(const SysCall& call) {
   if (!Services().output)
     return kScriptOk;
-  for (const ScriptArgument& argument : call.arguments) {
-    const DataType type = argument.variable.GetType(); // a function counts as untyped
+  for (const CONXScriptVariable& argument : call.arguments) {
+    const DataType type = argument.GetType(); // a function is neither
+    const std::string_view text = argument.GetText();
     if (IsNumeric(type))
-      Write(DecimalText(argument.variable.GetNumber(), type).c_str());
-    else if (type == DataType::kString && argument.variable.GetText().find('\0') == std::string::npos)
-      Write(argument.variable.GetText().c_str());
+      Write(DecimalText(argument.GetNumber(), type).c_str());
+    else if (type == DataType::kString && text.find('\0') == std::string_view::npos)
+      Write(text.data());
     else if (type == DataType::kString)
-      Write(WithVisibleZeros(argument.variable.GetText()).c_str());
+      Write(WithVisibleZeros(text).c_str());
   }
   return kScriptOk;
 }
 
-ScriptError CONXStrlenFunc::Compute(const SysCall& call) {
-  return call.SetNumber(call.TextAt(0).Size(), DataType::kUint32);
+PureFunction CONXStrlenFunc::FunctionFor(std::span<const DataType>) const {
+  return [](Value& result, const Value& text, const Value&, const Value&) {
+    result.bits = ViewOf(text.text).size();
+    return kScriptOk;
+  };
 }
 
-ScriptError CONXSubStrFunc::Compute(const SysCall& call) {
-  const std::string& text = call.TextAt(0).Bytes();
-  const std::uint64_t start = call.NumberAt(1);
-  if (start >= text.size())
-    return call.SetText({});
-  return call.SetText(text.substr(start, call.NumberAtOr(2, std::string::npos)));
+PureFunction CONXSubStrFunc::FunctionFor(std::span<const DataType> types) const {
+  if (types.size() == 2)
+    return [](Value& result, const Value& text, const Value& start, const Value&) {
+      return SetPart(result, ViewOf(text.text), start.bits, std::string_view::npos);
+    };
+  return [](Value& result, const Value& text, const Value& start, const Value& length) {
+    return SetPart(result, ViewOf(text.text), start.bits, length.bits);
+  };
 }
 
-ScriptError CONXInstrFunc::Compute(const SysCall& call) {
-  // "Not found" is all ones, which is -1 as int32.
-  return call.SetNumber(call.TextAt(0).Bytes().find(call.TextAt(1).Bytes(), call.NumberAtOr(2, 0)), DataType::kInt32);
+PureFunction CONXInstrFunc::FunctionFor(std::span<const DataType> types) const {
+  if (types.size() == 2)
+    return [](Value& result, const Value& text, const Value& searched, const Value&) {
+      result.bits = PositionOf(ViewOf(text.text), ViewOf(searched.text), 0);
+      return kScriptOk;
+    };
+  return [](Value& result, const Value& text, const Value& searched, const Value& start) {
+    result.bits = PositionOf(ViewOf(text.text), ViewOf(searched.text), start.bits);
+    return kScriptOk;
+  };
 }
 
-ScriptError CONXASCIIFunc::Compute(const SysCall& call) {
-  const std::string& text = call.TextAt(0).Bytes();
-  return call.SetNumber(text.empty() ? 0 : static_cast<unsigned char>(text.front()), DataType::kUint32);
+PureFunction CONXASCIIFunc::FunctionFor(std::span<const DataType>) const {
+  return [](Value& result, const Value& text, const Value&, const Value&) {
+    const std::string_view bytes = ViewOf(text.text);
+    result.bits = bytes.empty() ? 0 : static_cast<unsigned char>(bytes.front());
+    return kScriptOk;
+  };
 }
 
-ScriptError CONXChrFunc::Compute(const SysCall& call) {
-  return call.SetText(std::string(1, static_cast<char>(call.NumberAt(0))));
+PureFunction CONXChrFunc::FunctionFor(std::span<const DataType>) const {
+  return [](Value& result, const Value& number, const Value&, const Value&) {
+    SetText(result, ByteText(static_cast<unsigned char>(number.bits)));
+    return kScriptOk;
+  };
 }

@@ -13,46 +13,46 @@ private:
 };
 
 // strlen(s): bytes, as uint32
-class CONXStrlenFunc final : public CONXValueFunc {
+class CONXStrlenFunc final : public CONXPureFunc {
 public:
-  using CONXValueFunc::CONXValueFunc;
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 };
 
 // substr(s, start [, length])
-class CONXSubStrFunc final : public CONXValueFunc {
+class CONXSubStrFunc final : public CONXPureFunc {
 public:
-  using CONXValueFunc::CONXValueFunc;
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 };
 
 // instr(s, searched [, start]): where `searched` first begins at or behind `start`, as int32; -1 if nowhere
-class CONXInstrFunc final : public CONXValueFunc {
+class CONXInstrFunc final : public CONXPureFunc {
 public:
-  using CONXValueFunc::CONXValueFunc;
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 };
 
 // ascii(s): the first byte, as uint32; 0 for the empty text
-class CONXASCIIFunc final : public CONXValueFunc {
+class CONXASCIIFunc final : public CONXPureFunc {
 public:
-  using CONXValueFunc::CONXValueFunc;
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 };
 
 // chr(n): the text of one byte, the low 8 bits of n
-class CONXChrFunc final : public CONXValueFunc {
+class CONXChrFunc final : public CONXPureFunc {
 public:
-  using CONXValueFunc::CONXValueFunc;
+  using CONXPureFunc::CONXPureFunc;
 
 private:
-  ScriptError Compute(const SysCall& call) override;
+  PureFunction FunctionFor(std::span<const DataType> types) const override;
 };

@@ -4,11 +4,10 @@
 #include "scriptrt/builtin/RunWithBuiltIns.h"
 #include "util/ScriptFile.h"
 
-#include <iterator>
-
 ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* function) const {
   const std::optional<std::string> path = platform::FullPath(call.PathAt(0));
-  const SharedText file = call.TextAt(0); // as passed, whatever the sub-script does to the caller's variable
+  const SharedText file =
+      call.VariableAt(0).GetSharedText(); // as passed, whatever the sub-script does to the caller's variable
   std::string text;
   const ScriptFileResult read = path ? ReadScriptFile(*path, &text) : ScriptFileResult::kCannotOpen;
   if (read != ScriptFileResult::kRead)
@@ -17,7 +16,7 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
   const std::string folder = FolderOfScript(*path);
   const ScriptError error = RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result});
   if (error != kScriptOk && Services().output)
-    Write(("in subscript \"" + file.Bytes() + "\"\n").c_str());
+    Write(("in subscript \"" + std::string(file.Bytes()) + "\"\n").c_str());
   return error;
 }
 
@@ -26,8 +25,6 @@ ScriptError CONXExecuteSubScript::Perform(const SysCall& call) {
 }
 
 ScriptError CONXExecuteSubScriptFunc::Perform(const SysCall& call) {
-  const auto further = call.arguments.begin() + 2;
-  FunctionStart start{call.TextAt(1).Bytes(),
-                      ScriptArguments(std::make_move_iterator(further), std::make_move_iterator(call.arguments.end()))};
+  FunctionStart start{std::string(call.TextAt(1)), call.arguments.From(2)};
   return RunFile(call, &start);
 }

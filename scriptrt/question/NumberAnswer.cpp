@@ -1,7 +1,7 @@
 #include "scriptrt/question/NumberAnswer.h"
 
-#include "script/NumberRange.h"
-#include "script/NumberText.h"
+#include "script/value/NumberRange.h"
+#include "script/value/NumberText.h"
 #include "util/ScanNumber.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "scriptrt/run/ScriptCheck.h"
 
-#include "script/ScriptProgram.h"
+#include "script/program/ScriptProgram.h"
 #include "scriptrt/builtin/BuiltIns.h"
 
 namespace {
@@ -35,7 +35,7 @@ std::vector<ScriptProblem> CheckScript(std::string_view text, const std::vector<
   if (!error)
     return {};
   ScriptProblem problem{error, ErrorText(error), 0, 0};
-  LineAndColumn(text, TokenItself(text, program.Cursor().TokenStart()), &problem.line, &problem.column);
+  LineAndColumn(text, TokenItself(text, program.Place()), &problem.line, &problem.column);
   ++problem.line;
   ++problem.column;
   return {problem};

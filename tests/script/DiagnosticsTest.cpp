@@ -1,7 +1,7 @@
 // What a script's author reads when something is wrong: the error, and the place where reading the last token began.
 // tests/scripts/errors has the first of each kind and the lines of a place, here are their variations.
 
-#include "script/ScriptError.h"
+#include "script/value/ScriptError.h"
 #include "tests/script/ScriptHarness.h"
 
 #include <doctest/doctest.h>
@@ -108,6 +108,10 @@ TEST_CASE("errors while running") {
       {"print(strlen(&print));", "Type error", 19},
       // a name that a later declaration of the same body hides
       {"func f() { print(\"a\"); var int32 print; } f();", "Unexpected token", 16},
+      {"func f() { var int32 a; a = (strlen(\"x\") + 1); var int32 strlen; } f();", "Unexpected token", 35},
+      {"var int32 a; a = a + 1; func a() { }", "Unexpected token", 14},
+      {"var int32 b; var int32 a; b = a + 1; func a() { }", "Unexpected token", 31},
+      {"func f() { if (strlen(\"x\")) { } var string strlen; } f();", "Type error", 21},
   };
   CheckAll("executing", cases);
 }

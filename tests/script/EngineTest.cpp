@@ -69,7 +69,6 @@ TEST_CASE("nesting and recursion without end are out of memory, on small stacks 
     blocks += "if (1) { ";
   const std::vector<std::string> scripts = {
       "print(" + open + "1);",
-      "print(" + std::string(1000000, '-') + "1);",
       blocks,
       "func f() { f(); } f();",
       "func f(var int32 n) { f = 1 + f(n + 1); } print(f(0));",
@@ -88,8 +87,60 @@ TEST_CASE("nesting and recursion without end are out of memory, on small stacks 
   }
 }
 
+TEST_CASE("values that nobody wants leave nothing behind") {
+  ScriptHarness harness;
+  CHECK(
+      harness.Run("func f() { } f() + version; var string s; s = \"ab\"; f() + s + \"c\"; print(s + substr(s, 1));") ==
+      "abb");
+}
+
+TEST_CASE("a stop that an output asks for is reported at the loop's head, by the way that led there") {
+  struct Row {
+    std::string body;
+    std::string token; // in front of which reading was at last
+  };
+  const Row rows[] = {
+      {"print(1);", "; }"},
+      {"print(1); if (i) { }", ") { }"},
+      {"print(1); if (i) { } else { i = 2; }", "; } }"},
+      {"print(1); while (0) { }", " while (0)"}, // the inner loop's test comes first
+  };
+  for (const Row& row : rows) {
+    const std::string script = "var int32 i; while (1) { " + row.body + " }";
+    CAPTURE(script);
+    ScriptHarness harness;
+    std::string output;
+    struct Sink {
+      ScriptHarness& harness;
+      std::string& output;
+    } sink{harness, output};
+    const auto write = [](void* context, const char* text) {
+      auto& to = *static_cast<Sink*>(context);
+      to.output += text;
+      to.harness.Runner().StopScript();
+    };
+    harness.Runner().PrepareRun();
+    CHECK(harness.Runner().ExecuteScript(script, nullptr, write, &sink) == EONX_ERR_SCRIPT);
+    const std::size_t offset = script.rfind(row.token);
+    CHECK(output.find("(offset " + std::to_string(offset) + ") during executing") != std::string::npos);
+  }
+}
+
+TEST_CASE("calls nest as deep as memory goes, not as the thread's stack") {
+  ScriptHarness harness;
+  std::string output;
+  RunOnStack(std::size_t{64} * 1024, [&] {
+    output = harness.Run("func f(var int32 n) { if (n > 0) { f = 1 + f(n - 1); } else { f = 0; } }"
+                         "func g(var string s, var int32 n) { if (n > 0) { g = g(s, n - 1) + \"x\"; } else { g = s; } }"
+                         "print(f(100000), \" \", strlen(g(\"abc\", 20000)));");
+  });
+  CHECK(output == "100000 20003");
+}
+
 TEST_CASE("large and binary scripts") {
   ScriptHarness harness;
+  // A chain of operators is no nesting.
+  CHECK(harness.Run("print(" + std::string(1000000, '-') + "1);") == "1");
   std::string many;
   for (int i = 0; i < 100000; ++i)
     many += "func f" + std::to_string(i) + "() { f" + std::to_string(i / 2) + "(); } ";

@@ -1,0 +1,169 @@
+// Reading expressions. Operators all have one rank and group to the right, so that an expression is a chain, which is
+// read without recursion; parentheses, conversions and arguments nest.
+#include "platform/Platform.h"
+#include "script/program/ProgramReader.h"
+
+ScriptError ProgramReader::ParseExpression() {
+  if (platform::FreeStack() == 0)
+    return kOutOfMemory;
+  const NodeIndex chain = Add({NodeKind::kChain});
+  if (const ScriptError error = ParseChain(chain))
+    return error;
+  Node& node = m_program.nodes[chain];
+  node.place = m_program.place;
+  node.value = Next();
+  return kScriptOk;
+}
+
+ScriptError ProgramReader::ParseChain(NodeIndex chain) {
+  for (;;) {
+    Token token;
+    if (const ScriptError error = GetToken(&token))
+      return error;
+    if (token.kind == TokenKind::kOperator) { // a leading operator applies to everything behind it
+      if (!IsOperatorOf(token, kUnaryOperator))
+        return kUnexpectedToken;
+      Add({NodeKind::kUnary, static_cast<std::uint8_t>(token.op)});
+      continue;
+    }
+    if (const ScriptError error = ParseOperand(token, chain))
+      return error;
+    if (const ScriptError error = GetToken(&token))
+      return error;
+    if (!IsOperatorOf(token, kBinaryOperator)) {
+      PutBack(token);
+      return kScriptOk;
+    }
+    Add({NodeKind::kBinary, static_cast<std::uint8_t>(token.op)});
+  }
+}
+
+ScriptError ProgramReader::ParseOperand(const Token& first, NodeIndex chain) {
+  switch (first.kind) {
+  case TokenKind::kString:
+    AddText(first);
+    return kScriptOk;
+  case TokenKind::kDecimal:
+  case TokenKind::kHexadecimal:
+  case TokenKind::kBinary:
+    AddNumber(first);
+    return kScriptOk;
+  case TokenKind::kIdentifier:
+    return ParseName(first, chain);
+  case TokenKind::kPunctuation: {
+    if (!IsPunctuation(first, '('))
+      return kUnexpectedToken;
+    Add({NodeKind::kParenthesis});
+    const NodeIndex inner = Next();
+    if (const ScriptError error = ParseExpression())
+      return error;
+    m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
+    return ExpectToken(')');
+  }
+  case TokenKind::kOperator:
+  case TokenKind::kEnd:
+  case TokenKind::kMalformed:
+    break;
+  }
+  return kUnexpectedToken;
+}
+
+// A name found wins over a type name.
+ScriptError ProgramReader::ParseName(const Token& name, NodeIndex chain) {
+  const DeclarationIndex found = m_program.scopes.Find(name.value);
+  if (found != kNoIndex && m_program.declarations[found].IsVariable()) {
+    Add({NodeKind::kName, 0, false, name.start, found});
+    return kScriptOk;
+  }
+  if (found != kNoIndex) {
+    const NodeIndex call = Add({NodeKind::kCall, 0, false, name.start, found});
+    const Declaration& declared = m_program.declarations[found];
+    // A built-in changes no variable but through a reference.
+    m_program.nodes[chain].hasCalls |= declared.kind == DeclarationKind::kFunctionParameter || declared.body != 0;
+    if (const ScriptError error = ParseArguments(chain))
+      return error;
+    m_program.nodes[call].end = Next();
+    return kScriptOk;
+  }
+  const DataType type = TypeOfName(name.value);
+  if (type == DataType::kNone)
+    return kUnknownIdentifier;
+  const NodeIndex conversion =
+      Add({NodeKind::kConvert, static_cast<std::uint8_t>(type), false, name.start, name.value});
+  if (const ScriptError error = ExpectToken('('))
+    return error;
+  const NodeIndex inner = Next();
+  if (const ScriptError error = ParseExpression())
+    return error;
+  m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
+  m_program.nodes[conversion].end = Next();
+  return ExpectToken(')');
+}
+
+ScriptError ProgramReader::ParseArguments(NodeIndex chain) {
+  if (const ScriptError error = ExpectToken('('))
+    return error;
+  Token token;
+  if (const ScriptError error = GetToken(&token))
+    return error;
+  if (!IsPunctuation(token, ')')) {
+    PutBack(token);
+    do {
+      if (const ScriptError error = ParseArgument(chain))
+        return error;
+      if (const ScriptError error = GetToken(&token))
+        return error;
+    } while (IsPunctuation(token, ','));
+    if (!IsPunctuation(token, ')'))
+      return kUnexpectedToken;
+  }
+  Add({NodeKind::kArgumentsEnd, 0, false, token.start});
+  return kScriptOk;
+}
+
+ScriptError ProgramReader::ParseArgument(NodeIndex chain) {
+  Token token;
+  if (const ScriptError error = GetToken(&token))
+    return error;
+  if (token.kind != TokenKind::kOperator || token.op != Operator::kAnd) {
+    PutBack(token);
+    Add({NodeKind::kValueArgument, 0, false, token.start});
+    const NodeIndex inner = Next();
+    if (const ScriptError error = ParseExpression())
+      return error;
+    m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
+    return kScriptOk;
+  }
+  if (const ScriptError error = ExpectIdentifier(&token))
+    return error;
+  const DeclarationIndex found = m_program.scopes.Find(token.value);
+  if (found == kNoIndex)
+    return kUnknownIdentifier;
+  Add({NodeKind::kReference, 0, false, token.start, found});
+  m_program.nodes[chain].hasCalls = true;
+  return kScriptOk;
+}
+
+void ProgramReader::AddNumber(const Token& token) {
+  const Literal& number = token.number;
+  if (number.error != kScriptOk) {
+    Add({NodeKind::kMalformed, 0, false, token.start, number.error});
+    return;
+  }
+  if (!Is64Bit(number.type)) {
+    Add({NodeKind::kNumber, static_cast<std::uint8_t>(number.type), false, token.start,
+         static_cast<std::uint32_t>(number.bits)});
+    return;
+  }
+  CONXScriptVariable& constant = m_program.constants.emplace_back(number.type);
+  constant.bits = number.bits;
+  Add({NodeKind::kConstant, static_cast<std::uint8_t>(number.type), false, token.start,
+       static_cast<std::uint32_t>(m_program.constants.size() - 1)});
+}
+
+void ProgramReader::AddText(const Token& token) {
+  CONXScriptVariable& constant = m_program.constants.emplace_back(DataType::kString);
+  constant.text = m_program.scanner.TextOf(token).Detach();
+  Add({NodeKind::kConstant, static_cast<std::uint8_t>(DataType::kString), false, token.start,
+       static_cast<std::uint32_t>(m_program.constants.size() - 1)});
+}
