@@ -167,8 +167,9 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
     return result;
   }
 
+  processor.ShowBeforeAsking([&output] { output.Show(); });
   const RunEnd end = Run(arguments, *text, processor, output, line);
-  const bool stoppedForOutput = output.Failed();
+  const bool stoppedForOutput = !output.Show();
   PrintValues(arguments.gets, processor, output);
   if (!stoppedForOutput)
     PrintRunEnd(program, arguments.script, end);

@@ -4,6 +4,7 @@
 #include "host/commandline/RunArguments.h"
 #include "host/support/Interrupt.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,9 @@ public:
   virtual EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
   // Returns how many records were found.
   virtual std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
+  // `show` puts on the screen what the script has printed; a processor that asks its operator beside that output calls
+  // it before each question.
+  virtual void ShowBeforeAsking(std::function<void()> /*show*/) {}
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
   // The same when the process has been asked to end; called again and again until the run ends. A processor that asks

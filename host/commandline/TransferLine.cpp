@@ -58,6 +58,8 @@ bool TransferLine::Write(std::string_view piece) {
 }
 
 void TransferLine::Flush() {
+  if (m_kept.empty())
+    return;
   m_output.Write(std::exchange(m_kept, {}));
 }
 
