@@ -1,0 +1,3 @@
+i = s = 0
+while i < 3000000: s = (s + (i * 3)) ^ i; i += 1
+print(s)
