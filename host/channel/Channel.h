@@ -24,6 +24,8 @@ public:
   virtual std::int32_t WaitUntilSent() { return 0; }
   // Whether the channel is closed for good, and everything that had come in has been read. [any thread]
   virtual bool HasEnded() { return false; }
+  // Whether it is open or was: what a device says before it hangs up can still be read. [any thread]
+  virtual bool HasBeenOpen() { return true; }
 };
 
 } // namespace host

@@ -47,6 +47,7 @@ public:
   std::int32_t WaitUntilOpen() override { return m_inner->WaitUntilOpen(); }
   std::int32_t WaitUntilSent() override { return m_inner->WaitUntilSent(); }
   bool HasEnded() override { return m_inner->HasEnded(); }
+  bool HasBeenOpen() override { return m_inner->HasBeenOpen(); }
 
   const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
     return Pass(ChannelOperation::kGetInfoString, [&] { return m_inner->GetInfoString(what, code); });

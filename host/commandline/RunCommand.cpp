@@ -136,7 +136,7 @@ tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program
     PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
     return tl::unexpected<int>(failure.badText ? kExitUsage : kExitNoChannel);
   }
-  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0) {
+  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen()) {
     PrintMessage(program, options.text + ": " + ReasonOf(**made, code));
     return tl::unexpected<int>(kExitNoChannel);
   }

@@ -23,7 +23,7 @@ StreamChannel::~StreamChannel() {
 std::int32_t StreamChannel::WaitUntilOpen() {
   std::unique_lock guard(m_mutex);
   m_changed.wait(guard, [this] { return m_state != State::kConnecting; });
-  return m_wasOpen ? kChannelOk : kNotOpen; // what a device says before it hangs up can be read
+  return IsOpen() ? kChannelOk : kNotOpen;
 }
 
 std::int32_t StreamChannel::WaitUntilSent() {
@@ -103,7 +103,7 @@ LinkFailure StreamChannel::Drive(Link& link) {
   {
     const std::lock_guard guard(m_mutex);
     m_state = State::kOpen;
-    m_wasOpen = true;
+    m_hasBeenOpen = true;
   }
   m_changed.notify_all();
   LinkFailure failure;

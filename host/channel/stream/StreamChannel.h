@@ -49,6 +49,7 @@ public:
   std::int32_t WaitUntilOpen() override;
   std::int32_t WaitUntilSent() override;
   bool HasEnded() override;
+  bool HasBeenOpen() override { return m_hasBeenOpen; }
 
 private:
   enum class State { kConnecting, kOpen, kClosed };
@@ -69,8 +70,8 @@ private:
   std::mutex m_mutex; // guards the fields below, with the exceptions named
   std::condition_variable m_changed;
   std::atomic<State> m_state = State::kConnecting; // written under the lock
-  bool m_wasOpen = false;                          // under the lock
-  LinkFailure m_closedBecause;                     // see above
+  std::atomic<bool> m_hasBeenOpen = false;
+  LinkFailure m_closedBecause; // see above
   ByteQueue m_incoming;
   std::string m_outgoing;   // not yet seen by the thread
   std::string m_sending;    // the thread's alone
