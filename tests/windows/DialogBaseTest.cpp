@@ -137,23 +137,6 @@ TEST_CASE("OK, the close box and Escape ask the host by every route") {
   host.Do([&] { DestroyWindow(eventWindow); });
 }
 
-TEST_CASE("a host may end the object from inside its answer to an event") {
-  const TestHost host;
-  TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
-  const Window window = client.Show(kCaption);
-  _TONX_DLGEVENTDATA data{};
-  data.userData = reinterpret_cast<void*>(host.deleteInstance);
-  data.callback = [](CONXDeviceClient_0* object, void* deleteInstance, std::uint32_t) -> std::uint32_t {
-    reinterpret_cast<OndDeviceClientDeleteInstanceFunction>(deleteInstance)(object);
-    return 1;
-  };
-  host.Do([&] { client->SetDlgEventData(&data); });
-  window.PressControl(IDOK);
-  WaitFor("the window to go with its object", [&] { return !window.Exists(); });
-  host.Settle();
-  client.Forget();
-}
-
 TEST_CASE("the status follows the channel while it is connected") {
   const TestHost host;
   GuardedChannel channel;

@@ -177,6 +177,7 @@ void EndingRun::DoDeed() {
   switch (m_deed) {
   case kDelete:
     m_host.deleteInstance(std::exchange(object, nullptr));
+    Complain(IsWindow(window), "a window behind the end");
     Close();
     break;
   case kDestroyWindow:

@@ -42,7 +42,7 @@ const char* const kScript = R"(
   messagebox("Question", "m"); transmitstring("y");
   d = userinputdword("Question", "P", 1); i = userlistinput("Question", "P", "a", 0);
   s = userinputstring("Question", "P", "a"); transmitstring("z");
-  print("end\n");)";
+  print("end\n"); exit(1);)"; // which opens a box
 
 void CallHere(EndingRun& run) {
   run.CallScriptFile("test.dcs");

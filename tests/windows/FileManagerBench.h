@@ -29,7 +29,6 @@ public:
 
   // While set, transfers stand still after having reported `steps`, until the client aborts or this is cleared.
   std::atomic<bool> hold = false;
-  std::atomic<bool> deaf = false; // the client's wish to abort is not heard while transfers stand still
   std::atomic<std::uint32_t> steps = 40;
   // Called on the copying thread within each transfer, before it stands still. [set while there is none]
   std::function<void()> beforeHold;
@@ -43,11 +42,11 @@ private:
     if (beforeHold)
       beforeHold();
     while (hold) {
-      if (report(context, steps) != 0 && !deaf)
+      if (report(context, steps) != 0)
         return kAborted;
       Sleep(1);
     }
-    return report(context, 100) != 0 && !deaf ? kAborted : 0;
+    return report(context, 100) != 0 ? kAborted : 0;
   }
 };
 

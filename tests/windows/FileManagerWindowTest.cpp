@@ -346,45 +346,5 @@ TEST_CASE("what happens behind an open question") {
       bench.window.Send(WM_COMMAND, static_cast<WPARAM>(id));
     CHECK(Joined(bench.device.Calls()) == "");
     answer(question.no);
-
-    // The window goes: the question goes with it.
-    const Window box = ask();
-    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
-    CHECK_FALSE(box.Exists());
-    CHECK(bench.device.LockDepth() == 0);
-    bench.window = bench.client.Show(kFileManagerCaption);
-    ask();
-    answer(question.no);
-  }
-}
-
-TEST_CASE("the object may be deleted behind any box") {
-  struct Case {
-    int button;
-    const char* caption;
-    const char* failing; // operation, behind a first question answered with Yes
-  };
-  const Case cases[] = {{IDC_FM_FORMAT, "WARNING", nullptr},
-                        {IDC_FM_DELETE_FILES, "Warning", nullptr},
-                        {IDC_FM_DELETE_FILES, "Warning", "Delete"},
-                        {IDC_FM_FORMAT, "WARNING", "Format"}};
-  for (const Case& c : cases) {
-    CAPTURE(c.caption);
-    FileManagerBench bench;
-    bench.Device().Select({0});
-    bench.Press(c.button);
-    Window box = Window::WaitForTop(c.caption);
-    if (c.failing) {
-      bench.device.Fail(c.failing, {5});
-      box.PressControl(IDYES);
-      box = Window::WaitForTop("Error");
-    }
-    bench.client.Delete();
-    CHECK_FALSE(box.Exists());
-    CHECK_FALSE(bench.window.Exists());
-    CHECK(bench.device.LockDepth() == 0);
-    bench.device.ForgetCalls();
-    bench.host.Settle();
-    CHECK(Joined(bench.device.Calls()) == "");
   }
 }

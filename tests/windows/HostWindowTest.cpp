@@ -192,6 +192,7 @@ TEST_CASE("a channel that a script uses stays") {
 TEST_CASE("closing the main window ends whatever a script does") {
   const char* const scripts[] = {
       R"(print("on\n"); while (1) { })",
+      R"(print("on\n"); while (1) { print("flood\n"); })",
       R"(print("on\n"); while (1) { transmitstring("id\n"); })",
       R"(print("on\n"); delay(100000);)",
       R"(print("on\n"); messagebox("Question", "Go on?");)",

@@ -57,22 +57,6 @@ TEST_CASE("a number within limits") {
   }
 }
 
-TEST_CASE("Cancel gives the default as it was passed") {
-  const ScriptBench bench;
-  bench.Start(NumberScript("dword", R"(userinputdword("Calibration", "P", 50, 10, 20, &ok))"));
-  Window::WaitForTop(kQuestion).PressControl(IDCANCEL);
-  bench.WaitForLine("50 0");
-  bench.WaitForEnd();
-}
-
-TEST_CASE("a message") {
-  const ScriptBench bench;
-  bench.Start(R"(messagebox("Calibration", "Connect the probe."); print("on\n");)");
-  Window::AnswerBox(kQuestion, "Connect the probe.");
-  bench.WaitForLine("on");
-  bench.WaitForEnd();
-}
-
 TEST_CASE("a text") {
   const ScriptBench bench;
   const char* const script =
@@ -165,19 +149,6 @@ TEST_CASE("a stop request waits for the answer") {
     question.PressCloseBox();
     Window::AnswerBox("Error", "Error executing script: error 21");
     bench.WaitForEnd();
-  }
-}
-
-TEST_CASE("a question goes with the window of its script") {
-  ScriptBench bench;
-  for (const char* const script : kAskingScripts) {
-    CAPTURE(script);
-    bench.Start(script);
-    const Window question = Window::WaitForTop(kQuestion);
-    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
-    CHECK_FALSE(question.Exists());
-    CHECK(bench.channel.LockDepth() == 0);
-    bench.Show();
   }
 }
 

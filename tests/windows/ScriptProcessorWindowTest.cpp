@@ -100,29 +100,6 @@ TEST_CASE("Stop ends a script, and the same button starts the next one") {
   CHECK(Joined(bench.Run(R"(print("again\n");)")) == "again");
 }
 
-TEST_CASE("a window that goes away ends its script") {
-  ScriptBench bench;
-  const char* const scripts[] = {
-      R"(print("on\n"); while (1) { })",
-      R"(print("on\n"); while (1) { print("flood\n"); })",
-      R"(print("on\n"); while (1) { transmitstring("x"); })",
-      R"(print("on\n"); delay(1000000);)",
-      R"(func f(var int32 n) { if (n > 0) { f(n - 1); f(n - 1); } } print("on\n"); f(60);)",
-  };
-  for (const char* const script : scripts) {
-    CAPTURE(script);
-    bench.Start(script);
-    WaitFor("output", [&] { return bench.log.ItemCount() > 0; });
-    bench.host.Do([&] { DestroyWindow(bench.window.Handle()); });
-    CHECK(bench.channel.LockDepth() == 0);
-    bench.Show();
-  }
-  bench.Start(scripts[1]);
-  WaitFor("output", [&] { return bench.log.ItemCount() > 0; });
-  bench.client.Delete();
-  CHECK(bench.channel.LockDepth() == 0);
-}
-
 TEST_CASE("a window that goes away ends the host's own run of its object") {
   const ScriptBench bench;
   HWND window = bench.window.Handle();
@@ -145,15 +122,6 @@ TEST_CASE("a window that goes away at once after the start ends its script") {
     CHECK(bench.channel.LockDepth() == 0);
     bench.Show();
   }
-}
-
-TEST_CASE("the object deleted behind an open box") {
-  ScriptBench bench;
-  bench.Start("nonsense();");
-  const Window box = Window::WaitForTop("Error");
-  bench.client.Delete();
-  CHECK_FALSE(box.Exists());
-  bench.host.Settle();
 }
 
 TEST_CASE("hiding the window does not disturb its script") {

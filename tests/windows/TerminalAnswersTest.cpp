@@ -3,8 +3,6 @@
 
 #include <doctest/doctest.h>
 
-#include <atomic>
-
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -132,20 +130,4 @@ TEST_CASE("a device that never stops does not keep the window") {
   terminal.Control(IDC_TERMINAL_COPY).Focus();
   TypeKey(VK_ESCAPE);
   terminal.window.WaitUntilGone("the Terminal's window");
-}
-
-TEST_CASE("a host may end the Terminal while it polls") {
-  TerminalWindow terminal;
-  std::atomic<bool> ended = false;
-  terminal.host.Do([&] {
-    terminal.channel.duringReceive = [&] {
-      if (!ended.exchange(true))
-        terminal.host.deleteInstance(terminal.client.get());
-    };
-  });
-  terminal.channel.Answer({"too late\r"});
-  WaitFor("the window to go with its object", [&] { return ended && !terminal.window.Exists(); });
-  terminal.host.Settle();
-  terminal.client.Forget();
-  CHECK(terminal.channel.LockDepth() == 0);
 }

@@ -77,8 +77,6 @@ public:
     if (CONXDeviceClient_0* const object = std::exchange(m_object, nullptr))
       m_host.Do([&] { m_host.deleteInstance(object); });
   }
-  // The host has ended the object by other means.
-  void Forget() { m_object = nullptr; }
 
 private:
   const TestHost& m_host;
