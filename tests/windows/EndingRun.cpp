@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 
+#include <bit>
 #include <cstdio>
 #include <cstdlib>
 
@@ -38,28 +39,17 @@ std::vector<HWND> OpenBoxes() {
 } // namespace
 
 std::string NameOf(unsigned deed) {
-  switch (deed) {
-  case kDelete:
-    return "delete the object";
-  case kDestroyWindow:
-    return "destroy the window";
-  case kDestroyParent:
-    return "destroy the parent";
-  case kHide:
-    return "hide the window";
-  case kDisconnect:
-    return "disconnect";
-  case kConnectOther:
-    return "connect another channel";
-  case kShow:
-    return "show the window";
-  case kDestroyAndShow:
-    return "destroy the window and show another";
-  case kDestroyThenDelete:
-    return "destroy the window and later delete the object";
-  default:
-    return "abort";
-  }
+  static const char* const kNames[] = {"delete the object",
+                                       "destroy the window",
+                                       "destroy the parent",
+                                       "hide the window",
+                                       "disconnect",
+                                       "connect another channel",
+                                       "show the window",
+                                       "destroy the window and show another",
+                                       "destroy the window and later delete the object",
+                                       "abort"};
+  return deed == 0 ? "do nothing" : kNames[std::countr_zero(deed)];
 }
 
 EndingRun::EndingRun(const TestHost& host, std::uint32_t type, const TemporaryFolder& files)

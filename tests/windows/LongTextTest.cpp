@@ -87,40 +87,34 @@ void CheckShownWhole(const LongText& text, const Window& window, int id) {
 
 } // namespace
 
-TEST_CASE("the prompt of a question") {
+TEST_CASE("the prompt of a question and of a list") {
   const ScriptBench bench;
-  for (const LongText& text : kTexts) {
-    CAPTURE(std::string(text.name));
-    bench.Start(text.Script(R"(v = userinputdword("Calibration", s, 5, 1, 9); print(numtostr(v) + "\n");)"));
-    const Window question = Window::WaitForTop(kCaption);
-    CheckShownWhole(text, question, IDC_INPUT_PROMPT);
-    CHECK(question.Control(IDC_INPUT_VALUE).PlaceInside().top >=
-          question.Control(IDC_INPUT_PROMPT).PlaceInside().bottom);
-    CHECK(question.Control(IDOK).PlaceInside().top >= question.Control(IDC_INPUT_VALUE).PlaceInside().bottom);
-    question.Activate(); // with the focus in the field, its text selected
-    TypeText("7");
-    TypeKey(VK_RETURN);
-    bench.WaitForLine("7");
-    bench.WaitForEnd();
-  }
-}
-
-TEST_CASE("the prompt of a list") {
-  const ScriptBench bench;
-  for (const LongText& text : kTexts) {
-    CAPTURE(std::string(text.name));
-    bench.Start(text.Script(R"(var int32 n; n = userlistinput("Calibration", s, "a" + chr(0) + "b", 0);
-                               print(numtostr(n) + "\n");)"));
-    const Window question = Window::WaitForTop(kCaption);
-    CheckShownWhole(text, question, IDC_LIST_PROMPT);
-    const Window list = question.Control(IDC_LIST_ITEMS);
-    CHECK(list.PlaceInside().top >= question.Control(IDC_LIST_PROMPT).PlaceInside().bottom);
-    CHECK(question.Control(IDOK).PlaceInside().top >= list.PlaceInside().bottom);
-    question.Activate();
-    TypeKey(VK_DOWN);
-    TypeKey(VK_RETURN);
-    bench.WaitForLine("1");
-    bench.WaitForEnd();
+  struct Case {
+    const char* call;
+    int prompt, value; // the controls
+    WORD key;
+    const char* answer;
+  };
+  const Case cases[] = {
+      {R"(v = userinputdword("Calibration", s, 5, 1, 9);)", IDC_INPUT_PROMPT, IDC_INPUT_VALUE, '7', "7"},
+      {R"(v = userlistinput("Calibration", s, "a" + chr(0) + "b", 0);)", IDC_LIST_PROMPT, IDC_LIST_ITEMS, VK_DOWN, "1"},
+  };
+  for (const Case& c : cases) {
+    for (const LongText& text : kTexts) {
+      CAPTURE(c.call);
+      CAPTURE(std::string(text.name));
+      bench.Start(text.Script(std::string(c.call) + R"(print(numtostr(v) + "\n");)"));
+      const Window question = Window::WaitForTop(kCaption);
+      CheckShownWhole(text, question, c.prompt);
+      const RECT value = question.Control(c.value).PlaceInside();
+      CHECK(value.top >= question.Control(c.prompt).PlaceInside().bottom);
+      CHECK(question.Control(IDOK).PlaceInside().top >= value.bottom);
+      question.Activate(); // with the focus in the list, or in the field, its text selected
+      TypeKey(c.key);
+      TypeKey(VK_RETURN);
+      bench.WaitForLine(c.answer);
+      bench.WaitForEnd();
+    }
   }
 }
 

@@ -7,10 +7,6 @@ constexpr const char* kQuestion = "Calibration";
 // Scripts print what they got, and whether it was confirmed.
 constexpr const char* kPrint = "\nprint(numtostr(v) + \" \" + numtostr(ok) + \"\\n\");";
 
-std::string NumberScript(const std::string& type, const std::string& call) {
-  return "var " + type + " v; var dword ok; ok = 7;\nv = " + call + ";" + kPrint;
-}
-
 } // namespace
 
 TEST_CASE("a number within limits") {
@@ -26,19 +22,15 @@ TEST_CASE("a number within limits") {
     const char* printed;
   };
   const Case cases[] = {
-      {"dword", R"(userinputdword("Calibration", "Ohms", 50, 10, 20, &ok))", "Ohms", "20", "25", "Value must be <= 20",
-       "15", "15 1"},
-      {"int32", R"(userinputint32("Calibration", "", 0, 0 - 5, 5, &ok))", "Enter information", "0", "-6",
+      {"int32", R"(userinputint32("Calibration", "", 50, 0 - 5, 5, &ok))", "Enter information", "5", "-6",
        "Value must be >= -5", " -5x", "-5 1"},
-      {"uint64", R"(userinputuint64("Calibration", "P", 0, 0, 18446744073709551614:U, &ok))", "P", "0",
+      {"uint64", R"(userinputuint64("Calibration", "a && b", 0, 0, 18446744073709551614:U, &ok))", "a && b", "0",
        "18446744073709551615", "Value must be <= 18446744073709551614", "18446744073709551614",
        "18446744073709551614 1"},
-      {"int64", R"(userinputint64("Calibration", "a && b", 3, 0 - 9223372036854775807, 4, &ok))", "a && b", "3", "5",
-       "Value must be <= 4", "-9223372036854775807", "-9223372036854775807 1"},
   };
   for (const Case& c : cases) {
     CAPTURE(c.call);
-    bench.Start(NumberScript(c.type, c.call));
+    bench.Start("var " + std::string(c.type) + " v; var dword ok; ok = 7;\nv = " + c.call + ";" + kPrint);
     const Window question = Window::WaitForTop(kQuestion);
     CHECK(question.Control(IDC_INPUT_PROMPT).Text() == c.prompt);
     const Window field = question.Control(IDC_INPUT_VALUE);
