@@ -9,35 +9,17 @@
 #include <doctest/doctest.h>
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 namespace {
 
 // The double needs memory for its records, which is not the client's want.
 class ChannelWithMemory : public GuardedChannel {
-public:
-  std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
-    const MemoryAgain again;
-    return GuardedChannel::Lock(owner, timeoutMs);
-  }
-  std::int32_t Unlock(void* owner) override {
-    const MemoryAgain again;
-    return GuardedChannel::Unlock(owner);
-  }
-  std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
-    const MemoryAgain again;
-    return GuardedChannel::Transmit(data, length, written);
-  }
-  std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
-    const MemoryAgain again;
-    return GuardedChannel::Receive(buffer, size, received);
-  }
-  std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
-                            TransferProgressCallback callback, void* context, std::uint32_t flag,
-                            std::uint32_t steps) override {
-    const MemoryAgain again;
-    return GuardedChannel::TransmitFile(localPath, fileId, fileType, fileMode, callback, context, flag, steps);
-  }
+  void Enter(const char*) override { m_again.emplace(); }
+  void Leave(const char*) override { m_again.reset(); }
+
+  std::optional<MemoryAgain> m_again;
 };
 
 // What a run printed, in memory of its own.

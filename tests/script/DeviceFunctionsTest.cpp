@@ -48,19 +48,6 @@ TEST_CASE("device functions without an output function") {
 }
 
 TEST_CASE("receivestring collects until the device is silent or fails") {
-  class TalkingChannel : public GuardedChannel {
-  public:
-    std::deque<std::string> pieces;
-    std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
-      const std::int32_t code = GuardedChannel::Receive(buffer, size, received);
-      if (code != 0 || pieces.empty())
-        return code;
-      CHECK(pieces.front().size() <= size);
-      *received = pieces.front().copy(buffer, size);
-      pieces.pop_front();
-      return 0;
-    }
-  };
   struct Row {
     std::deque<std::string> pieces;
     std::deque<std::int32_t> codes;
@@ -74,52 +61,45 @@ TEST_CASE("receivestring collects until the device is silent or fails") {
   };
   for (const Row& row : rows) {
     CAPTURE(row.text);
-    TalkingChannel channel;
-    channel.pieces = row.pieces;
-    channel.Fail("Receive", row.codes);
     ScriptHarness harness;
-    harness.Runner().SetChannel(&channel);
+    harness.Channel().Fail("Receive", row.codes);
+    harness.Channel().duringReceive = [pieces = row.pieces](char* buffer, std::uint32_t size) mutable -> std::uint64_t {
+      if (pieces.empty())
+        return 0;
+      CHECK(pieces.front().size() <= size);
+      const std::size_t taken = pieces.front().copy(buffer, size);
+      pieces.pop_front();
+      return taken;
+    };
     CHECK(harness.Run("print(receivestring());") == row.text);
   }
 }
 
 TEST_CASE("receivestring gives an answer that is under way a pause once") {
   using Clock = std::chrono::steady_clock;
-  class SlowChannel : public GuardedChannel {
-  public:
-    std::vector<Clock::time_point> asked;
-    std::int32_t Receive(char* buffer, std::uint32_t, std::uint64_t* received) override {
-      asked.push_back(Clock::now());
-      *received = asked.size() <= 3 ? 1 : 0;
-      buffer[0] = 'x';
-      return 0;
-    }
-  };
   constexpr std::chrono::milliseconds kPause{20};
   auto quickest = Clock::duration::max(); // on a busy machine any wait may take long
   for (int attempt = 0; attempt < 10 && quickest >= kPause; ++attempt) {
-    SlowChannel channel;
+    std::vector<Clock::time_point> asked;
     ScriptHarness harness;
-    harness.Runner().SetChannel(&channel);
+    harness.Channel().duringReceive = [&](char* buffer, std::uint32_t) {
+      asked.push_back(Clock::now());
+      buffer[0] = 'x';
+      return asked.size() <= 3 ? 1 : 0;
+    };
     CHECK(harness.Run("print(receivestring());") == "xxx");
-    REQUIRE(channel.asked.size() == 4);
-    CHECK(channel.asked[1] - channel.asked[0] >= kPause);
-    quickest = std::min(quickest, channel.asked[3] - channel.asked[1]);
+    REQUIRE(asked.size() == 4);
+    CHECK(asked[1] - asked[0] >= kPause);
+    quickest = std::min(quickest, asked[3] - asked[1]);
   }
   CHECK(quickest < kPause);
 }
 
 TEST_CASE("receiving from a device that never falls silent ends where a text would become too long") {
-  class EndlessChannel : public GuardedChannel {
-  public:
-    std::int32_t Receive(char* buffer, std::uint32_t size, std::uint64_t* received) override {
-      std::fill_n(buffer, size, 'x');
-      *received = size;
-      return 0;
-    }
-  };
   constexpr std::size_t kLimit = 10 * 1024;
-  EndlessChannel channel;
+  GuardedChannel channel;
+  channel.duringReceive = [](char* buffer, std::uint32_t size) { return std::fill_n(buffer, size, 'x') - buffer; };
+  channel.Lock(&channel, 0);
   const platform::StopEvent stopEvent;
   std::string collected;
   CHECK(ReceiveUntilSilent(channel, stopEvent, kLimit, &collected) == kOutOfMemory);
@@ -127,4 +107,5 @@ TEST_CASE("receiving from a device that never falls silent ends where a text wou
   collected.clear();
   CHECK(ReceiveUntilSilent(channel, stopEvent, kLimit - 1, &collected) == kOutOfMemory);
   CHECK(collected.size() == kLimit - 1024);
+  channel.Unlock(&channel);
 }

@@ -59,6 +59,8 @@ public:
   TDEVDIRINFO info{512, 100, 3, 1000, 1536};
   // Called within each transfer, to report its progress; a code other than 0 is what the transfer answers.
   std::function<std::int32_t(TransferProgressCallback report, void* context)> duringTransfer;
+  // Called within each Receive that does not fail, gives the number of bytes received; null: a silent device.
+  std::function<std::uint64_t(char* buffer, std::uint32_t size)> duringReceive;
 
   // How many locks are held now.
   std::size_t LockDepth() const {
@@ -73,6 +75,7 @@ public:
 
   // "error CODE", "Bench 4" or "115200 8N1".
   const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
+    const Visit visit(*this, "GetInfoString");
     if (what != OND_INFO_ERROR)
       return what == OND_INFO_DESCRIPTION ? "Bench 4" : "115200 8N1";
     const std::lock_guard guard(m_mutex);
@@ -81,6 +84,7 @@ public:
     return m_errorText.c_str();
   }
   std::int32_t Lock(void* owner, std::uint32_t timeoutMs) override {
+    const Visit visit(*this, "Lock");
     std::unique_lock guard(m_mutex);
     const std::int32_t failure = timeoutMs == 0 ? 0 : Record("Lock " + std::to_string(timeoutMs));
     const auto free = [&] { return m_held.empty() || owner == m_owner; };
@@ -91,6 +95,7 @@ public:
     return 0;
   }
   std::int32_t Unlock(void* owner) override {
+    const Visit visit(*this, "Unlock");
     const std::lock_guard guard(m_mutex);
     if (m_held.empty()) {
       m_violations.push_back("Unlock without Lock");
@@ -104,58 +109,93 @@ public:
     }
     return 0;
   }
-  std::uint32_t GetState() override { return state; }
-  std::int32_t Receive(char*, std::uint32_t, std::uint64_t* received) override {
-    *received = 0;
-    return Touch("Receive");
+  std::uint32_t GetState() override {
+    const Visit visit(*this, "GetState");
+    return state;
+  }
+  std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
+    const Visit visit(*this, "Receive");
+    const std::int32_t code = Touch("Receive");
+    *received = code == 0 && duringReceive ? duringReceive(buffer, bufferSize) : 0;
+    return code;
   }
   std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {
+    const Visit visit(*this, "Transmit");
     *written = length;
     return Touch("Transmit " + std::string(data, static_cast<std::size_t>(length)));
   }
   std::int32_t TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,
                                       std::uint8_t fileType, std::uint32_t fileMode, TransferProgressCallback callback,
                                       void* context, std::uint32_t flag, std::uint32_t steps) override {
+    const Visit visit(*this, "TransmitFileFromMemory");
     return Transfer("TransmitFileFromMemory " + std::string(data, static_cast<std::size_t>(length)),
                     {fileId, fileType, fileMode, flag, steps}, callback, context);
   }
   std::int32_t TransmitFile(const char* localPath, std::uint8_t fileId, std::uint8_t fileType, std::uint32_t fileMode,
                             TransferProgressCallback callback, void* context, std::uint32_t flag,
                             std::uint32_t steps) override {
+    const Visit visit(*this, "TransmitFile");
     return Transfer(std::string("TransmitFile ") + localPath, {fileId, fileType, fileMode, flag, steps}, callback,
                     context);
   }
-  std::int32_t ReadDirectory() override { return Touch("ReadDirectory"); }
+  std::int32_t ReadDirectory() override {
+    const Visit visit(*this, "ReadDirectory");
+    return Touch("ReadDirectory");
+  }
   std::uint64_t GetDirectoryEntryCount() override {
+    const Visit visit(*this, "GetDirectoryEntryCount");
     Touch("Count");
     return directory.size();
   }
   std::int32_t GetDirectoryEntry(std::uint32_t index, TDEVDIRENTRY* entry) override {
+    const Visit visit(*this, "GetDirectoryEntry");
     const std::int32_t code = Touch("Entry " + std::to_string(index));
     if (code == 0)
       *entry = directory.at(index);
     return code;
   }
   std::int32_t GetDirectoryInfo(TDEVDIRINFO* out) override {
+    const Visit visit(*this, "GetDirectoryInfo");
     const std::int32_t code = Touch("Info");
     if (code == 0)
       *out = info;
     return code;
   }
   std::int32_t DeleteDeviceFile(std::uint8_t fileId) override {
+    const Visit visit(*this, "DeleteDeviceFile");
     const std::int32_t code = Touch("Delete " + std::to_string(fileId));
     if (code == 0)
       std::erase_if(directory, [&](const TDEVDIRENTRY& entry) { return entry.fileId == fileId; });
     return code;
   }
   std::int32_t FormatDevice(std::uint32_t usedBlocksOnly) override {
+    const Visit visit(*this, "FormatDevice");
     const std::int32_t code = Touch("Format " + std::to_string(usedBlocksOnly));
     if (code == 0)
       directory.clear();
     return code;
   }
 
+protected:
+  // Called when a client comes into an operation and when it leaves it, with nothing of the channel's held.
+  virtual void Enter(const char* /*operation*/) {}
+  virtual void Leave(const char* /*operation*/) {}
+
 private:
+  class Visit {
+  public:
+    Visit(GuardedChannel& channel, const char* operation) : m_channel(channel), m_operation(operation) {
+      channel.Enter(operation);
+    }
+    ~Visit() { m_channel.Leave(m_operation); }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+  private:
+    GuardedChannel& m_channel;
+    const char* m_operation;
+  };
+
   // Records a call and takes the code that it answers. `m_mutex` is held.
   std::int32_t Record(const std::string& call) {
     m_calls.push_back(call);

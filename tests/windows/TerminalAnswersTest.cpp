@@ -35,7 +35,7 @@ TEST_CASE("the timer polls by itself") {
 TEST_CASE("what one poll leaves of a slow channel does not wait for the next") {
   TerminalWindow terminal;
   terminal.host.Do([&] { KillTimer(terminal.window.Handle(), 1); });
-  terminal.channel.duringReceive = [] { Sleep(10); };
+  terminal.channel.delay = std::chrono::milliseconds(10);
   terminal.channel.Answer({std::string(20000, 'x') + "\r"});
   terminal.Poll();
   CHECK_FALSE(terminal.channel.AllTaken());

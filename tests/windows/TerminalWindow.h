@@ -5,12 +5,15 @@
 #include "tests/support/GuardedChannel.h"
 #include "tests/windows/support/TestHost.h"
 
-#include <functional>
 #include <initializer_list>
 
 // A device that answers in portions: each portion is all that one poll finds.
 class AnsweringChannel : public GuardedChannel {
 public:
+  AnsweringChannel() {
+    duringReceive = [this](char* buffer, std::uint32_t size) { return Take(buffer, size); };
+  }
+
   void Answer(std::initializer_list<std::string> portions) {
     const std::lock_guard guard(m_mutex);
     m_portions.insert(m_portions.end(), portions);
@@ -20,27 +23,26 @@ public:
     return m_portions.empty();
   }
 
-  std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
-    const std::int32_t code = GuardedChannel::Receive(buffer, bufferSize, received);
-    duringReceive();
+  // Set on the host's thread.
+  bool endless = false;               // one line after the other, without a pause
+  std::chrono::milliseconds delay{0}; // before each answer
+
+private:
+  std::uint64_t Take(char* buffer, std::uint32_t size) {
+    std::this_thread::sleep_for(delay);
     const std::lock_guard guard(m_mutex);
     if (endless && m_portions.empty())
       m_portions.push_back("one line of a device that never stops\r\n");
-    if (code != 0 || m_portions.empty())
-      return code;
+    if (m_portions.empty())
+      return 0;
     std::string& portion = m_portions.front();
-    *received = portion.copy(buffer, bufferSize);
-    portion.erase(0, *received);
-    if (*received == 0 || endless) // what follows is the next poll's
+    const std::size_t taken = portion.copy(buffer, size);
+    portion.erase(0, taken);
+    if (taken == 0 || endless) // what follows is the next poll's
       m_portions.pop_front();
-    return 0;
+    return taken;
   }
 
-  // Set on the host's thread.
-  bool endless = false; // one line after the other, without a pause
-  std::function<void()> duringReceive = [] {};
-
-private:
   mutable std::mutex m_mutex; // guards the field below
   std::deque<std::string> m_portions;
 };
