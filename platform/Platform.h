@@ -30,8 +30,8 @@ public:
 
   // Natively also from a signal handler.
   void Set();
-  // Sets the event and tells that nobody wants the rest of the run: it ends at the next statement block, not only in
-  // the next round of a loop.
+  // Sets the event and tells that nobody wants the rest of the run: it ends at the next loop round, call or
+  // built-in function.
   void Abandon() {
     m_abandoned.store(true, std::memory_order_release);
     Set();

@@ -42,8 +42,8 @@ public:
   void PrepareRun();
   // Asks the running script to end: loops and whatever waits look at this. [any thread, a signal-safe moment excepted]
   void StopScript();
-  // The same for a run that nobody wants any more: parsing, every statement block and every built-in function look at
-  // this too. [any thread]
+  // The same for a run that nobody wants any more: parsing, every call and every built-in function look at this
+  // too. [any thread]
   void AbandonScript();
   // The same for good. From now on a run makes no operation of the channel but `Unlock`, and writes no output. [any
   // thread]

@@ -157,6 +157,13 @@ def check_tcp_end():
     with start(peers.answer_and_close) as channel:  # it is found at the sending
         script(channel, LISTEN + b'delay(500); transmitstring("x"); while (1) { }', 4, b"heard answer\n\n" + ABORTED,
                b": not everything was sent: Connection closed by the device")
+    for _ in range(5):  # whichever is quicker, the end or the program
+        with start(peers.speak_and_close) as channel:
+            script(channel, b'var string s; delay(100); s = receivestring(); print(s);', 0, b"last words\n")
+    with start(peers.speak_and_close) as channel:  # something is still to be read, and yet the line is dead
+        script(channel, b'delay(500); print(transmitfilefromstring("abc", 1, 1, 0, 1), ";");', 4,
+               b"." * 40 + b"\nConnection closed by the device during TransmitFileFromString\n11;",
+               b": Connection closed by the device")
 
 
 def check_serial_end(name):

@@ -174,6 +174,11 @@ def answer_and_close(connection, _):
     connection.sendall(b"answer\n")
 
 
+def speak_and_close(connection, _):
+    """Has something to say, and is gone at once."""
+    connection.sendall(b"last words\n")
+
+
 def reset(connection, _):
     """Vanishes with an error as soon as it is spoken to."""
     connection.recv(1)
