@@ -18,7 +18,7 @@ bool IsComparison(Operator op) {
   }
 }
 
-// Whose low 32 bits depend on nothing but the low 32 bits of its operands, or of what it is shifted by.
+// Whose low 32 bits depend on nothing but the low 32 bits of its operands.
 bool WorksOnLowBits(Operator op) {
   switch (op) {
   case Operator::kAdd:
