@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     std::ifstream file(argv[i], std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(file)), {});
-    CONXRunContext context;
+    RunContext context;
     ScriptProgram program(text, context);
     const BuiltIns builtIns({});
     for (const auto& [name, function] : builtIns.ByName())

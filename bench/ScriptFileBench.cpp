@@ -1,7 +1,7 @@
 // A script that reads a file of 64 MiB and writes it back, beside `cp` on the same file.
 #include "bench/IdleChannel.h"
 #include "bench/SideBySide.h"
-#include "scriptrt/run/ScriptRunner.h"
+#include "scriptrt/run/ScriptSession.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -29,14 +29,14 @@ int main() {
   const std::string copy = "cp '" + (folder / "in.bin").string() + "' '" + (folder / "copy.bin").string() + "'";
 
   IdleChannel channel;
-  CScriptRunner runner(&channel);
-  runner.SetChannel(&channel);
+  ScriptSession session(&channel);
+  session.SetChannel(&channel);
   bool sound = true;
   const SideBySide best = MeasureSideBySide(
       10,
       [&] {
         const char* script = "writestringtofile(\"out.bin\", readstringfromfile(\"in.bin\"));";
-        sound = runner.ExecuteScript(script, base.c_str(), nullptr, nullptr) == EONX_ERR_NONE && sound;
+        sound = session.ExecuteScript(script, base.c_str(), nullptr, nullptr) == EONX_ERR_NONE && sound;
       },
       [&] { sound = std::system(copy.c_str()) == 0 && sound; });
   const auto copied = std::filesystem::file_size(folder / "out.bin");

@@ -126,7 +126,7 @@ void CFileManagerDialog::RefreshDeviceDirectory() {
 
 std::string CFileManagerDialog::DirectorySummary(const CChannelLock& lock) {
   if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::ReadDirectory); code != 0)
-    return "Could not read device directory:\n" + lock.ErrorText(code);
+    return "Could not read device directory:\n" + lock.ChannelErrorText(code);
   TDEVDIRINFO info{};
   lock.Ask(&COndDeviceComm_0::GetDirectoryInfo, &info);
   return FormatText("%u bytes in %u files\nrequire %u bytes on disk\n%llu bytes free", info.bytesInFiles,
@@ -160,7 +160,7 @@ void CFileManagerDialog::OnDeleteFiles() {
 void CFileManagerDialog::DeleteDeviceFiles(const CChannelLock& lock, const std::vector<std::uint8_t>& ids) {
   for (const std::uint8_t id : ids) {
     if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::DeleteDeviceFile, id); code != 0) {
-      ShowError(FormatText("Could not delete file with ID %u: %s", id, lock.ErrorText(code).c_str()));
+      ShowError(FormatText("Could not delete file with ID %u: %s", id, lock.ChannelErrorText(code).c_str()));
       return;
     }
   }

@@ -64,8 +64,8 @@ void CONXDialog::CChannelLock::Release() {
     std::exchange(m_channel, nullptr)->Unlock(&m_dialog);
 }
 
-std::string CONXDialog::CChannelLock::ErrorText(std::int32_t code) const {
-  return m_channel ? ChannelErrorText(*m_channel, code) : std::to_string(code);
+std::string CONXDialog::CChannelLock::ChannelErrorText(std::int32_t code) const {
+  return m_channel ? ::ChannelErrorText(*m_channel, code) : std::to_string(code);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -47,7 +47,7 @@ public:
       return m_channel ? (m_channel->*operation)(static_cast<Parameters>(arguments)...) : Result{};
     }
     // The channel's words for an error.
-    std::string ErrorText(std::int32_t code) const;
+    std::string ChannelErrorText(std::int32_t code) const;
 
   private:
     friend class CONXDialog;

@@ -9,7 +9,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(reinterpret_cast<const char*>(data), size);
-  CONXRunContext context;
+  RunContext context;
   context.StopEvent().Set();
   CONXScriptVariable external(DataType::kString);
   CONXScriptVariable result;

@@ -4,7 +4,7 @@
 #include "host/commandline/StandardStreams.h"
 #include "host/support/Files.h"
 #include "runner/EncodingHint.h"
-#include "scriptrt/run/ScriptCheck.h"
+#include "scriptrt/run/CheckScript.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// What the operator types to choose an item of a list.
+// What the user types to choose an item of a list.
 #pragma once
 
 #include <cstddef>

@@ -1,37 +1,37 @@
 #include "runner/NativeProcessor.h"
 
 void NativeProcessor::Connect(COndDeviceComm_0* channel) {
-  m_runner.SetChannel(channel);
+  m_session.SetChannel(channel);
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::Execute(const std::string& text, OndScriptOutput output, void* context) {
-  m_runner.PrepareRun();
-  return m_runner.ExecuteScript(text, nullptr, output, context);
+  m_session.PrepareRun();
+  return m_session.ExecuteScript(text, nullptr, output, context);
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::ExecuteFile(const std::string& path, OndScriptOutput output, void* context) {
-  m_runner.PrepareRun();
-  return m_runner.ExecuteScriptFile(path.c_str(), output, context);
+  m_session.PrepareRun();
+  return m_session.ExecuteScriptFile(path.c_str(), output, context);
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {
-  return m_runner.SetVariables(records.data(), records.size(), false);
+  return m_session.SetVariables(records.data(), records.size(), false);
 }
 
 std::uint64_t NativeProcessor::GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {
   std::uint64_t found = 0;
-  m_runner.GetVariables(records.data(), records.size(), &found);
+  m_session.GetVariables(records.data(), records.size(), &found);
   return found;
 }
 
 void NativeProcessor::Stop() {
-  m_runner.StopScript();
+  m_session.StopScript();
 }
 
 void NativeProcessor::StopFor(const host::InterruptCause& cause) {
   Stop();
   if (cause.isKey)
-    m_operator.TellStopping();
+    m_prompter.TellStopping();
   else
-    m_operator.Leave();
+    m_prompter.Leave();
 }

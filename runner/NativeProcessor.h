@@ -2,13 +2,13 @@
 #pragma once
 
 #include "host/commandline/RunCommand.h"
-#include "runner/ShowingOperator.h"
-#include "runner/TerminalOperator.h"
-#include "scriptrt/run/ScriptRunner.h"
+#include "runner/ShowingPrompter.h"
+#include "runner/TerminalPrompter.h"
+#include "scriptrt/run/ScriptSession.h"
 
 class NativeProcessor : public host::ScriptProcessor {
 public:
-  NativeProcessor() : m_runner(this) { m_runner.SetOperator(&m_showing); }
+  NativeProcessor() : m_session(this) { m_session.SetPrompter(&m_showing); }
 
   void Connect(COndDeviceComm_0* channel) override;
   EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) override;
@@ -20,7 +20,7 @@ public:
   void StopFor(const host::InterruptCause& cause) override;
 
 private:
-  TerminalOperator m_operator;
-  ShowingOperator m_showing{m_operator};
-  CScriptRunner m_runner;
+  TerminalPrompter m_prompter;
+  ShowingPrompter m_showing{m_prompter};
+  ScriptSession m_session;
 };

@@ -10,17 +10,17 @@
 
 namespace {
 
-void AddNames(ScriptProgram& program, CONXScriptVariable& version, const ScriptRun& run) {
+void AddNames(ScriptProgram& program, CONXScriptVariable& version, const RunSetup& setup) {
   program.AddPredefined("version", version);
-  for (const auto& [name, function] : run.builtIns)
+  for (const auto& [name, function] : setup.builtIns)
     program.AddPredefined(name, *function);
-  for (const auto& [name, variable] : run.externalVariables)
+  for (const auto& [name, variable] : setup.externalVariables)
     program.AddPredefined(name, *variable);
 }
 
-ScriptError Execute(ScriptMachine& machine, const ScriptRun& run) {
-  if (run.function)
-    return machine.ExecuteFunction(run.function->name, run.function->arguments, run.result);
+ScriptError Execute(ScriptMachine& machine, const RunSetup& setup) {
+  if (setup.function)
+    return machine.ExecuteFunction(setup.function->name, setup.function->arguments, setup.result);
   return machine.ExecuteMain();
 }
 
@@ -45,13 +45,13 @@ struct Reached {
   std::uint32_t offset = 0; // of the token that was read last
 };
 
-ScriptError RunProgram(const ScriptRun& run, Reached* reached) {
-  run.context.SetBaseDirectory(run.baseDirectory.empty() ? platform::CurrentFolder() : run.baseDirectory);
+ScriptError RunProgram(const RunSetup& setup, Reached* reached) {
+  setup.context.SetBaseDirectory(setup.baseDirectory.empty() ? platform::CurrentFolder() : setup.baseDirectory);
   CONXScriptVariable version;
   if (const ScriptError error = version.SetText(kLanguageVersion))
     return error;
-  ScriptProgram program(run.text, run.context);
-  AddNames(program, version, run);
+  ScriptProgram program(setup.text, setup.context);
+  AddNames(program, version, setup);
 
   std::optional<ScriptMachine> machine;
   const ScriptError error = WithoutExceptions([&] {
@@ -59,8 +59,8 @@ ScriptError RunProgram(const ScriptRun& run, Reached* reached) {
     if (parseError != kScriptOk)
       return parseError;
     reached->phase = RunPhase::kExecuting;
-    machine.emplace(program, run.watcher);
-    return Execute(*machine, run);
+    machine.emplace(program, setup.watcher);
+    return Execute(*machine, setup);
   });
   reached->offset = machine ? machine->Place() : program.Place();
   return error;
@@ -68,11 +68,11 @@ ScriptError RunProgram(const ScriptRun& run, Reached* reached) {
 
 } // namespace
 
-ScriptError RunScript(const ScriptRun& run) noexcept {
+ScriptError RunScript(const RunSetup& setup) noexcept {
   Reached reached;
   const ScriptError error =
-      platform::FreeStack() == 0 ? kOutOfMemory : WithoutExceptions([&] { return RunProgram(run, &reached); });
+      platform::FreeStack() == 0 ? kOutOfMemory : WithoutExceptions([&] { return RunProgram(setup, &reached); });
   if (CodeWithinClass(error) != 0)
-    NoThrow([&] { run.output.Write(DiagnosticLine(error, run.text, reached.offset, reached.phase).data()); });
+    NoThrow([&] { setup.output.Write(DiagnosticLine(error, setup.text, reached.offset, reached.phase).data()); });
   return error;
 }

@@ -29,8 +29,8 @@ struct FunctionStart {
   ScriptArguments arguments;
 };
 
-struct ScriptRun {
-  CONXRunContext& context;   // receives the base directory
+struct RunSetup {
+  RunContext& context;       // receives the base directory
   std::string_view text;     // followed by a zero byte
   std::string baseDirectory; // empty: the process's current folder
   ScriptOutput output;
@@ -46,7 +46,7 @@ struct ScriptRun {
 // Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line, also one that
 // found no memory to begin with. The stop event is watched, not reset. Never throws; want of memory or stack is
 // kOutOfMemory.
-ScriptError RunScript(const ScriptRun& run) noexcept;
+ScriptError RunScript(const RunSetup& setup) noexcept;
 
 // The version of the language, which scripts see as `version`.
 inline constexpr const char* kLanguageVersion = "0.4";

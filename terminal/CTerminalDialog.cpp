@@ -162,7 +162,7 @@ std::string CTerminalDialog::SendLine(const CChannelLock& lock) {
     bytes += '\r';
   std::uint64_t written = 0;
   if (const std::int32_t code = lock.Ask(&COndDeviceComm_0::Transmit, bytes.data(), bytes.size(), &written); code != 0)
-    return "Error: " + lock.ErrorText(code);
+    return "Error: " + lock.ChannelErrorText(code);
   m_input.SetWindowText("");
   return "Wrote \"" + text + (appendCr ? "\\r" : "") + "\" to device.";
 }

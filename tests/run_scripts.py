@@ -5,7 +5,7 @@ For each SCRIPTS/NAME.dcs, `COMMAND NAME.dcs [options]` must print EXPECTED/NAME
 
     # exit: 21                      the exit code, 0 when nothing is said
     # options: --set n:int32=3      further options of the command
-    # operator: 5||yes              what the operator answers on the terminal, a line each; left out with --windows, where
+    # answers: 5||yes               what the user answers on the terminal, a line each; left out with --windows, where
                                     questions are windows, which tests/windows answers
 
 Scripts in a folder `lib` are for other scripts and are not run themselves. All work on a copy in SCRATCH, so that a script
@@ -31,7 +31,7 @@ def check(script, expected_file, command, accept):
     """The differences of one script, as text."""
     text = script.read_bytes()
     options = shlex.split(remark(text, b"options", ""))
-    answers = "".join(line + "\n" for line in remark(text, b"operator", "").split("|"))
+    answers = "".join(line + "\n" for line in remark(text, b"answers", "").split("|"))
     output, messages, code = expect.run(command + [script.name] + options, script.parent, answers.encode())
     if accept:
         expected_file.parent.mkdir(parents=True, exist_ok=True)
@@ -63,7 +63,7 @@ def main():
     failed = [f"{path}: there is no script of this name" for path in options.expected.rglob("*.out")
               if path.relative_to(options.expected) not in known]
     for name in names:
-        if options.windows and remark((options.scratch / name).read_bytes(), b"operator", ""):
+        if options.windows and remark((options.scratch / name).read_bytes(), b"answers", ""):
             continue
         report = check(options.scratch / name, options.expected / name.with_suffix(".out"), command, options.accept)
         if report:

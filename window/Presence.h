@@ -6,7 +6,7 @@
 //   the object    a CWatch, made before                   (CPresence)
 //   the window    GetSafeHwnd(); the dialog itself stays  (CWnd::CKeepAlive)
 //   the channel   the lock, which ends with both          (CONXDialog::CChannelLock)
-//   a run         whether it was abandoned; what it needs stays until it has left (CScriptRuns)
+//   a run         whether it was abandoned; what it needs stays until it has left (CSharedSession)
 #pragma once
 
 // A member of an object that its own operations may outlive. A copy of the object has a presence of its own. [one

@@ -2,7 +2,7 @@
 
 namespace host {
 
-const char* ChannelErrorText(std::int64_t code) {
+const char* ErrorCodeText(std::int64_t code) {
   switch (code) {
   case kChannelOk:
     return "No error";

@@ -24,6 +24,6 @@ enum ChannelError : std::int32_t {
 };
 
 // The constant text of a code; null for a code that is none of the above.
-const char* ChannelErrorText(std::int64_t code);
+const char* ErrorCodeText(std::int64_t code);
 
 } // namespace host

@@ -38,7 +38,7 @@ const char* ChannelSource::GetInfoString(std::uint32_t what, std::int64_t code) 
   case OND_INFO_CONFIGURATION:
     return m_configuration.c_str();
   case OND_INFO_ERROR: {
-    const char* text = ErrorText(code);
+    const char* text = DescribeError(code);
     return text ? text : TextOfForeignCode(code);
   }
   default:
@@ -46,8 +46,8 @@ const char* ChannelSource::GetInfoString(std::uint32_t what, std::int64_t code) 
   }
 }
 
-const char* ChannelSource::ErrorText(std::int64_t code) {
-  return ChannelErrorText(code);
+const char* ChannelSource::DescribeError(std::int64_t code) {
+  return ErrorCodeText(code);
 }
 
 std::int32_t ChannelSource::Lock(void*, std::uint32_t) {

@@ -84,7 +84,7 @@ protected:
   // The files, which stay the source's and are never null, or the code that tells why they cannot be reached.
   virtual tl::expected<DeviceFiles*, std::int32_t> Files() = 0;
   // The text of a code, the source's for as long as it lives; null when it is unknown.
-  virtual const char* ErrorText(std::int64_t code);
+  virtual const char* DescribeError(std::int64_t code);
 
 private:
   // The answer of a file operation: `work` with the files, or why there are none.

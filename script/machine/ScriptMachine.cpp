@@ -17,7 +17,7 @@ public:
   }
 
   bool CheckArgumentCount(std::size_t count) const override { return m_delegate.CheckArgumentCount(count); }
-  ScriptError Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) override {
+  ScriptError Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) override {
     if (!m_delegate.IsOfProgram())
       return m_delegate.Execute(context, arguments, result);
     m_machine.AdoptFunctions(arguments);

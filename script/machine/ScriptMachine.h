@@ -57,7 +57,7 @@ private:
   ScriptError CheckReference(const CONXScriptVariable& argument, const CONXScriptVariable& callee, std::size_t index);
 
   ScriptProgram& m_program;
-  CONXRunContext& m_context;
+  RunContext& m_context;
   ScriptWatcher* const m_watcher;
   ValueStack m_stack;
   std::vector<Frame> m_frames;

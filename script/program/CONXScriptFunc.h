@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-class CONXRunContext;
+class RunContext;
 class ScriptMachine;
 class ScriptProgram;
 struct Code;
@@ -67,7 +67,7 @@ public:
   // The type of the value that a successful call leaves; kNone when that differs from call to call.
   virtual DataType GetResultType() const { return DataType::kNone; }
   // Runs the function. `result` is untyped before, and null when nobody wants the value.
-  virtual ScriptError Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) = 0;
+  virtual ScriptError Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) = 0;
 
   // Whether this is a CONXScriptProgramFunc.
   bool IsOfProgram() const { return m_isOfProgram; }
@@ -100,7 +100,7 @@ public:
   explicit CONXScriptProgramFunc(ScriptProgram& program);
 
   // Only through the machine that runs the program.
-  ScriptError Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) override;
+  ScriptError Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) override;
 
   ScriptProgram& program;
   NameId name = 0;

@@ -6,13 +6,13 @@
 #include <memory>
 #include <string>
 
-class CONXRunContext {
+class RunContext {
 public:
   // With a stop event of its own.
-  CONXRunContext() : m_ownEvent(std::make_unique<platform::StopEvent>()), m_stopEvent(m_ownEvent.get()) {}
+  RunContext() : m_ownEvent(std::make_unique<platform::StopEvent>()), m_stopEvent(m_ownEvent.get()) {}
   // On the stop event of another context, which must outlive this one: one stop request ends both runs.
-  explicit CONXRunContext(CONXRunContext& other) : m_stopEvent(other.m_stopEvent) {}
-  CONXRunContext& operator=(const CONXRunContext&) = delete;
+  explicit RunContext(RunContext& other) : m_stopEvent(other.m_stopEvent) {}
+  RunContext& operator=(const RunContext&) = delete;
 
   platform::StopEvent& StopEvent() { return *m_stopEvent; }
 

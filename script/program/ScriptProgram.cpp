@@ -4,11 +4,11 @@
 
 CONXScriptProgramFunc::CONXScriptProgramFunc(ScriptProgram& ofProgram) : CONXScriptFunc(true), program(ofProgram) {}
 
-ScriptError CONXScriptProgramFunc::Execute(CONXRunContext&, ScriptArguments arguments, CONXScriptVariable* result) {
+ScriptError CONXScriptProgramFunc::Execute(RunContext&, ScriptArguments arguments, CONXScriptVariable* result) {
   return program.executor->ExecuteFunction(*this, nullptr, arguments, result);
 }
 
-ScriptProgram::ScriptProgram(std::string_view text, CONXRunContext& runContext)
+ScriptProgram::ScriptProgram(std::string_view text, RunContext& runContext)
     : context(runContext), scanner(text, names) {
   CONXScriptProgramFunc& main = functions.emplace_back(*this);
   main.name = names.Intern("@MAIN"); // no identifier, so that no script can name it

@@ -16,7 +16,7 @@
 class ScriptProgram {
 public:
   // The text, followed by a zero byte, and the context must outlive the program.
-  ScriptProgram(std::string_view text, CONXRunContext& context);
+  ScriptProgram(std::string_view text, RunContext& context);
   ~ScriptProgram();
   ScriptProgram(const ScriptProgram&) = delete;
   ScriptProgram& operator=(const ScriptProgram&) = delete;
@@ -35,7 +35,7 @@ public:
   DeclarationIndex FindInMain(std::string_view name);
   std::uint32_t AddCallable(CONXScriptFunc& function);
 
-  CONXRunContext& context;
+  RunContext& context;
   NameTable names;
   Scanner scanner;
   Nodes nodes;

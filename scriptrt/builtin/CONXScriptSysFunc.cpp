@@ -23,7 +23,7 @@ bool CONXScriptSysFunc::CheckArgumentCount(std::size_t count) const {
   return count < 32 && (m_rule.counts >> count & 1U) != 0;
 }
 
-ScriptError CONXScriptSysFunc::Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) {
+ScriptError CONXScriptSysFunc::Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) {
   if (context.StopEvent().IsAbandoned())
     return kProcessingAborted;
   if (!CheckArgumentCount(arguments.size()))

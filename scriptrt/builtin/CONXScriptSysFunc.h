@@ -38,7 +38,7 @@ constexpr std::uint32_t ArgumentCounts(unsigned count) {
 
 // One call of a built-in, its arguments checked.
 struct SysCall {
-  CONXRunContext& context;
+  RunContext& context;
   ScriptArguments arguments;
   CONXScriptVariable* result; // null when the call's value is not used
 
@@ -70,7 +70,7 @@ public:
 
   bool CheckArgumentCount(std::size_t count) const final;
   DataType GetResultType() const final { return m_rule.result; }
-  ScriptError Execute(CONXRunContext& context, ScriptArguments arguments, CONXScriptVariable* result) final;
+  ScriptError Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) final;
 
   // Set once, when the built-in is registered.
   void SetRule(const ArgumentRule& rule) { m_rule = rule; }

@@ -16,7 +16,7 @@ private:
 };
 
 // Collects what the device sends. An answer that is under way gets 20 ms to come in, once; a device that talks on
-// without a pause is read until it is silent, the operator stops the script, or the bytes are more than `limit`: out of
+// without a pause is read until it is silent, the user stops the script, or the bytes are more than `limit`: out of
 // memory. A channel that fails counts as silent.
 ScriptError ReceiveUntilSilent(COndDeviceComm_0& channel, const platform::StopEvent& stopEvent, std::size_t limit,
                                std::string* collected);

@@ -1,7 +1,7 @@
 #include "scriptrt/builtin/QuestionFunctions.h"
 
 #include "script/value/NumberRange.h"
-#include "scriptrt/question/Operator.h"
+#include "scriptrt/question/Prompter.h"
 
 #include <algorithm>
 
@@ -39,8 +39,8 @@ std::vector<std::string> SplitItems(const std::string& text) {
 } // namespace
 
 ScriptError CONXMessageBoxDialog::Perform(const SysCall& call) {
-  if (Services().askedOperator)
-    Services().askedOperator->ShowMessage(std::string(call.TextAt(0)), std::string(call.TextAt(1)));
+  if (Services().prompter)
+    Services().prompter->ShowMessage(std::string(call.TextAt(0)), std::string(call.TextAt(1)));
   return kScriptOk;
 }
 
@@ -56,16 +56,16 @@ ScriptError CONXUserInputNumDialog::Perform(const SysCall& call) {
   std::uint64_t initial = IsLess(m_type, maximum, byDefault) ? maximum : byDefault;
   if (IsLess(m_type, initial, minimum))
     initial = minimum;
-  const CONXOperator::NumberQuestion question{std::string(call.TextAt(0)),
-                                              std::string(call.TextAt(1)),
-                                              static_cast<std::uint32_t>(m_type),
-                                              initial,
-                                              minimum,
-                                              maximum};
+  const Prompter::NumberQuestion question{std::string(call.TextAt(0)),
+                                          std::string(call.TextAt(1)),
+                                          static_cast<std::uint32_t>(m_type),
+                                          initial,
+                                          minimum,
+                                          maximum};
 
   std::optional<std::uint64_t> answer;
-  if (Services().askedOperator)
-    answer = Services().askedOperator->AskNumber(question);
+  if (Services().prompter)
+    answer = Services().prompter->AskNumber(question);
   return Conclude(call, kConfirmed, answer, byDefault, m_type);
 }
 
@@ -75,8 +75,8 @@ ScriptError CONXUserInputStringDialog::Perform(const SysCall& call) {
     return error;
   const std::string byDefault = std::string(call.TextAt(2));
   std::optional<std::string> answer;
-  if (Services().askedOperator)
-    answer = Services().askedOperator->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
+  if (Services().prompter)
+    answer = Services().prompter->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
   if (const ScriptError error = SetConfirmed(call, kConfirmed, answer.has_value()))
     return error;
   return call.SetText(std::move(answer).value_or(byDefault));
@@ -87,8 +87,8 @@ ScriptError CONXUserListInputDialog::Perform(const SysCall& call) {
   if (const ScriptError error = CheckConfirmed(call, kConfirmed))
     return error;
   std::optional<std::uint64_t> answer;
-  if (Services().askedOperator)
-    answer = Services().askedOperator->AskItem(std::string(call.TextAt(0)), std::string(call.TextAt(1)),
-                                               SplitItems(std::string(call.TextAt(2))), call.NumberAt(3));
+  if (Services().prompter)
+    answer = Services().prompter->AskItem(std::string(call.TextAt(0)), std::string(call.TextAt(1)),
+                                          SplitItems(std::string(call.TextAt(2))), call.NumberAt(3));
   return Conclude(call, kConfirmed, answer, ~std::uint64_t{0}, DataType::kInt32);
 }

@@ -1,4 +1,4 @@
-// Built-ins that ask the operator. The script waits for the answer; without an operator every question counts as
+// Built-ins that ask the user. The script waits for the answer; without a prompter every question counts as
 // cancelled.
 #pragma once
 

@@ -4,11 +4,11 @@
 #include "frame/contract/OndDeviceClient.h"
 #include "script/RunScript.h"
 
-class CONXOperator;
+class Prompter;
 
 struct RunServices {
   ScriptOutput output;
   COndDeviceComm_0* channel =
-      nullptr; // the host's; locked for the whole run; null only where a script is merely checked
-  CONXOperator* askedOperator = nullptr; // null: nobody answers
+      nullptr;                  // the host's; locked for the whole run; null only where a script is merely checked
+  Prompter* prompter = nullptr; // null: nobody answers
 };

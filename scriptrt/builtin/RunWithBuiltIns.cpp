@@ -8,15 +8,15 @@ namespace {
 
 ScriptError SetUpAndRun(const RunServices& services, const RunRequest& request) {
   const BuiltIns builtIns(services);
-  const ScriptRun run{request.context,
-                      request.text,
-                      std::string(request.baseDirectory),
-                      services.output,
-                      builtIns.ByName(),
-                      request.variables ? request.variables->ByName() : decltype(ScriptRun::externalVariables){},
-                      request.function,
-                      request.result};
-  return RunScript(run);
+  const RunSetup setup{request.context,
+                       request.text,
+                       std::string(request.baseDirectory),
+                       services.output,
+                       builtIns.ByName(),
+                       request.variables ? request.variables->ByName() : decltype(RunSetup::externalVariables){},
+                       request.function,
+                       request.result};
+  return RunScript(setup);
 }
 
 } // namespace

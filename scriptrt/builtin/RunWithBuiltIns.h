@@ -8,8 +8,8 @@
 class ExternalVariables;
 
 struct RunRequest {
-  CONXRunContext& context; // receives the base directory
-  std::string_view text;   // followed by a zero byte
+  RunContext& context;   // receives the base directory
+  std::string_view text; // followed by a zero byte
   std::string_view baseDirectory;
   ExternalVariables* variables = nullptr; // null: none
   FunctionStart* function = nullptr;      // null: the main program

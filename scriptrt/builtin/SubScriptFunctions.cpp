@@ -12,7 +12,7 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
   const ScriptFileResult read = path ? ReadScriptFile(*path, &text) : ScriptFileResult::kCannotOpen;
   if (read != ScriptFileResult::kRead)
     return read == ScriptFileResult::kTooLong ? kOutOfMemory : kSystemFunctionFailed;
-  CONXRunContext context(call.context);
+  RunContext context(call.context);
   const std::string folder = FolderOfScript(*path);
   const ScriptError error = RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result});
   if (error != kScriptOk && Services().output)

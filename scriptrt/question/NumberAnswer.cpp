@@ -6,24 +6,24 @@
 
 namespace {
 
-DataType TypeOf(const CONXOperator::NumberQuestion& question) {
+DataType TypeOf(const Prompter::NumberQuestion& question) {
   return static_cast<DataType>(question.type);
 }
 
 } // namespace
 
-std::string NumberForOperator(const CONXOperator::NumberQuestion& question, std::uint64_t value) {
+std::string NumberForPrompt(const Prompter::NumberQuestion& question, std::uint64_t value) {
   return DecimalText(value, TypeOf(question));
 }
 
-std::string LimitsForOperator(const CONXOperator::NumberQuestion& question) {
+std::string LimitsForPrompt(const Prompter::NumberQuestion& question) {
   const DataType type = TypeOf(question);
   if (question.minimum == LeastOf(type) && question.maximum == LargestOf(type))
     return {};
-  return NumberForOperator(question, question.minimum) + " to " + NumberForOperator(question, question.maximum);
+  return NumberForPrompt(question, question.minimum) + " to " + NumberForPrompt(question, question.maximum);
 }
 
-NumberAnswer ReadNumberAnswer(const CONXOperator::NumberQuestion& question, const std::string& text) {
+NumberAnswer ReadNumberAnswer(const Prompter::NumberQuestion& question, const std::string& text) {
   const DataType type = TypeOf(question);
   const auto read = ScanNumber(text, IsSigned(type) ? NumberFormat::kSigned : NumberFormat::kUnsigned);
   if (!read)

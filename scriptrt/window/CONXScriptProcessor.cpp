@@ -17,16 +17,16 @@ const char* OrEmpty(const char* text) {
 
 } // namespace
 
-CONXScriptProcessor::CONXScriptProcessor() : m_runs(std::make_shared<CScriptRuns>(this)) {}
+CONXScriptProcessor::CONXScriptProcessor() : m_session(std::make_shared<CSharedSession>(this)) {}
 
 CONXScriptProcessor::~CONXScriptProcessor() {
-  m_runs->Sever();
+  m_session->Sever();
   CloseDialog();
-  m_runs->WaitForOthers();
+  m_session->WaitForOthers();
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::Connect(COndDeviceComm_0* channel) {
-  m_runs->Runner().SetChannel(channel);
+  m_session->Session().SetChannel(channel);
   return CONXDeviceClient::Connect(channel);
 }
 
@@ -53,36 +53,36 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::Call(std::uint32_t function, std::uint64_
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScript(const char* text, const char* baseDirectory,
                                                      OndScriptOutput output, void* outputContext) {
-  const CScriptRuns::CVisit visit(m_runs);
+  const CSharedSession::CVisit visit(m_session);
   visit->Prepare();
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [&] { return visit->Runner().ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
+                 [&] { return visit->Session().ExecuteScript(OrEmpty(text), baseDirectory, output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndScriptOutput output,
                                                          void* outputContext) {
-  const CScriptRuns::CVisit visit(m_runs);
+  const CSharedSession::CVisit visit(m_session);
   visit->Prepare();
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [&] { return visit->Runner().ExecuteScriptFile(OrEmpty(path), output, outputContext); });
+                 [&] { return visit->Session().ExecuteScriptFile(OrEmpty(path), output, outputContext); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::int32_t keepExisting) {
-  const CScriptRuns::CVisit visit(m_runs);
+  const CSharedSession::CVisit visit(m_session);
   return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [&] { return visit->Runner().SetVariables(records, count, keepExisting != 0); });
+                 [&] { return visit->Session().SetVariables(records, count, keepExisting != 0); });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::uint64_t* foundCount) {
-  const CScriptRuns::CVisit visit(m_runs);
-  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [&] { return visit->Runner().GetVariables(records, count, foundCount); });
+  const CSharedSession::CVisit visit(m_session);
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [&] { return visit->Session().GetVariables(records, count, foundCount); });
 }
 
 void CONXScriptProcessor::StopScript() {
-  const CScriptRuns::CVisit visit(m_runs);
-  visit->Runner().StopScript();
+  const CSharedSession::CVisit visit(m_session);
+  visit->Session().StopScript();
 }
 
 CONXDialog* CONXScriptProcessor::CreateNewDialog(OndWindow) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame/CONXDeviceClient.h"
-#include "scriptrt/window/ScriptRuns.h"
+#include "scriptrt/window/SharedSession.h"
 
 #include <memory>
 
@@ -30,12 +30,12 @@ public:
   virtual void StopScript();
 
   // For the window, which runs scripts on a worker and ends runs when it goes.
-  std::shared_ptr<CScriptRuns> Runs() const { return m_runs; }
+  std::shared_ptr<CSharedSession> SharedSession() const { return m_session; }
 
 protected:
   CONXDialog* CreateNewDialog(OndWindow parent) override;
   void DeleteDialog(CONXDialog* dialog) override;
 
 private:
-  std::shared_ptr<CScriptRuns> m_runs; // shared with runs, which may outlive the object
+  std::shared_ptr<CSharedSession> m_session; // shared with runs, which may outlive the object
 };

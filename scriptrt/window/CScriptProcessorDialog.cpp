@@ -183,8 +183,8 @@ const char* CScriptProcessorDialog::StartScript() {
     return nullptr;
   if (!GetDeviceComm())
     return "No communication device available!";
-  processor->Runs()->Prepare(); // here and not on the worker: a stop from now on counts
-  if (!m_worker.Start(processor->Runs(), m_path, GetSafeHwnd()))
+  processor->SharedSession()->Prepare(); // here and not on the worker: a stop from now on counts
+  if (!m_worker.Start(processor->SharedSession(), m_path, GetSafeHwnd()))
     return "Unable to create script thread";
   m_running = true;
   SetTimer(kOutputTimer, kOutputTimerMs);
@@ -217,12 +217,12 @@ void CScriptProcessorDialog::ReportEnd() {
 // Ends the host's own run of this object too. What is served meanwhile may delete the object.
 bool CScriptProcessorDialog::OnDestroy() {
   CONXScriptProcessor* const processor = GetProcessor();
-  const std::shared_ptr<CScriptRuns> runs = processor ? processor->Runs() : nullptr;
-  if (runs)
-    runs->Abandon();
+  const std::shared_ptr<CSharedSession> session = processor ? processor->SharedSession() : nullptr;
+  if (session)
+    session->Abandon();
   m_worker.Abandon();
-  if (runs)
-    runs->WaitForOthers();
+  if (session)
+    session->WaitForOthers();
   m_running = false;
   return false;
 }

@@ -4,9 +4,9 @@
 #include "scriptrt/question/NumberAnswer.h"
 #include "window/WholeText.h"
 
-CUserInputDialog::CUserInputDialog(const CONXOperator::NumberQuestion& question)
+CUserInputDialog::CUserInputDialog(const Prompter::NumberQuestion& question)
     : CDialog(IDD_USER_INPUT), m_question(&question), m_caption(question.caption), m_prompt(question.prompt),
-      m_text(NumberForOperator(question, question.initial)) {}
+      m_text(NumberForPrompt(question, question.initial)) {}
 
 CUserInputDialog::CUserInputDialog(const std::string& caption, const std::string& prompt, const std::string& initial)
     : CDialog(IDD_USER_INPUT), m_question(nullptr), m_caption(caption), m_prompt(prompt), m_text(initial) {}

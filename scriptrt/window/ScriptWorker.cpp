@@ -13,8 +13,8 @@ constexpr std::size_t kHoldBackBytes = 1 << 20;
 
 } // namespace
 
-bool CScriptWorker::Start(std::shared_ptr<CScriptRuns> runs, const std::string& path, HWND window) {
-  m_runs = std::move(runs);
+bool CScriptWorker::Start(std::shared_ptr<CSharedSession> session, const std::string& path, HWND window) {
+  m_session = std::move(session);
   m_path = path;
   m_lastSent = {};
   m_pending.clear();
@@ -30,7 +30,7 @@ std::string CScriptWorker::TakeOutput() {
 
 std::int32_t CScriptWorker::Run(void* worker) {
   auto& self = *static_cast<CScriptWorker*>(worker);
-  const EONX_ERR_ERRCODE_ result = self.m_runs->Runner().ExecuteScriptFile(self.m_path.c_str(), Output, worker);
+  const EONX_ERR_ERRCODE_ result = self.m_session->Session().ExecuteScriptFile(self.m_path.c_str(), Output, worker);
   NoThrow([&] { self.SendOutput(self.TakeOutput()); });
   return result;
 }

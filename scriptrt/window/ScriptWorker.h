@@ -1,7 +1,8 @@
 // The thread on which the Script Processor's window runs a script, and the way of its output to the window.
 //
 // Who touches what, and when, beside the hand-shake that window/CWindowWorker.h explains:
-//  - The window's thread starts the worker. From then on the worker reads the runs and the path, which stay as they are
+//  - The window's thread starts the worker. From then on the worker reads the session and the path, which stay as they
+//  are
 //    until the thread has ended; the window's thread waits for that before it starts another one.
 //  - Output is collected and sent to the window (kScriptOutputMessage) by the worker, which waits until it is shown: at
 //    once when the last piece was shown some time ago, otherwise together with what follows. Sending every piece by
@@ -12,7 +13,7 @@
 //    waits for the end.
 #pragma once
 
-#include "scriptrt/window/ScriptRuns.h"
+#include "scriptrt/window/SharedSession.h"
 #include "window/CWindowWorker.h"
 
 #include <chrono>
@@ -33,8 +34,8 @@ public:
   CScriptWorker(const CScriptWorker&) = delete;
   CScriptWorker& operator=(const CScriptWorker&) = delete;
 
-  // Runs a script file; CScriptRuns::Prepare has been called before. False when there is no thread to be had.
-  bool Start(std::shared_ptr<CScriptRuns> runs, const std::string& path, HWND window);
+  // Runs a script file; CSharedSession::Prepare has been called before. False when there is no thread to be had.
+  bool Start(std::shared_ptr<CSharedSession> session, const std::string& path, HWND window);
   // Output that the worker holds back.
   std::string TakeOutput();
   // For the handler of the end message: waits for the thread itself.
@@ -43,7 +44,7 @@ public:
   }
   // Ends the run whatever it is doing, and waits for that. Nothing when no script runs.
   void Abandon() {
-    m_worker.End([this] { m_runs->Abandon(); });
+    m_worker.End([this] { m_session->Abandon(); });
   }
 
 private:
@@ -52,7 +53,7 @@ private:
   void Put(const char* text);
   void SendOutput(const std::string& text);
 
-  std::shared_ptr<CScriptRuns> m_runs;
+  std::shared_ptr<CSharedSession> m_session;
   std::string m_path;
   CWindowWorker m_worker;
 

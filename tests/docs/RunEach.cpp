@@ -1,6 +1,6 @@
 // Runs every script that standard input holds, each ended by a zero byte, and prints what each prints in the same way.
 #include "host/channel/factory/ChannelFactory.h"
-#include "scriptrt/run/ScriptRunner.h"
+#include "scriptrt/run/ScriptSession.h"
 
 #include <iostream>
 #include <string>
@@ -8,11 +8,11 @@
 int main() {
   const auto device = host::MakeChannel({});
   int owner = 0;
-  CScriptRunner runner(&owner);
-  runner.SetChannel(device->get());
+  ScriptSession session(&owner);
+  session.SetChannel(device->get());
   const auto print = [](void*, const char* text) { std::cout << text; };
   for (std::string script; std::getline(std::cin, script, '\0');) {
-    runner.ExecuteScript(script, nullptr, print, nullptr);
+    session.ExecuteScript(script, nullptr, print, nullptr);
     std::cout << '\0';
   }
 }

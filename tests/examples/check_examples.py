@@ -3,7 +3,7 @@
 
 Each script of examples/, and the first one of docs/language.md, must do on a device that answers late and in pieces what it does
 on the simulated one (EXPECTED/NAME.out), and on a device that does not answer fail with a message that says so, leaving no
-file behind. COMMAND runs a script. With --windows, scripts that ask their operator are left out.
+file behind. COMMAND runs a script. With --windows, scripts that ask questions are left out.
 """
 
 import concurrent.futures
@@ -94,7 +94,7 @@ class Example:
 
     def run(self, serve):
         options = shlex.split(run_scripts.remark(self.text, b"options", ""))
-        answers = "".join(line + "\n" for line in run_scripts.remark(self.text, b"operator", "").split("|"))
+        answers = "".join(line + "\n" for line in run_scripts.remark(self.text, b"answers", "").split("|"))
         with peers.Server(serve) as server:
             channel = ["--channel", f"tcp:127.0.0.1:{server.port}"]
             return expect.run(command + [f"{self.name}.dcs", *options, *channel], self.folder, answers.encode())
@@ -120,7 +120,7 @@ def main():
     with tempfile.TemporaryDirectory() as scratch, concurrent.futures.ThreadPoolExecutor(4) as pool:
         all_examples = []
         for path in sorted(examples.glob("*.dcs")):
-            if windows and run_scripts.remark(path.read_bytes(), b"operator", ""):
+            if windows and run_scripts.remark(path.read_bytes(), b"answers", ""):
                 continue
             expected = (root / "tests/examples" / f"{path.stem}.out").read_bytes()
             all_examples.append(Example(path.read_bytes(), path.stem, expected, examples, pathlib.Path(scratch)))

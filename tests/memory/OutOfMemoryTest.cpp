@@ -1,6 +1,6 @@
 // Memory that runs out at every allocation in turn: each time the work either succeeds or fails with what it promises,
 // and nothing ends the process.
-#include "scriptrt/run/ScriptRunner.h"
+#include "scriptrt/run/ScriptSession.h"
 #include "tests/memory/FailingMemory.h"
 #include "tests/support/GuardedChannel.h"
 #include "tests/support/TemporaryFolder.h"
@@ -76,14 +76,14 @@ TEST_CASE("a run that memory fails ends with its diagnostic line") {
     const std::size_t failures = UntilMemorySuffices(shortage, [&](std::size_t first, MemoryShortage kind) {
       ChannelWithMemory channel;
       int owner = 0;
-      CScriptRunner runner(&owner);
-      runner.SetChannel(&channel);
+      ScriptSession session(&owner);
+      session.SetChannel(&channel);
       Output output;
       EONX_ERR_ERRCODE_ result;
       bool failed;
       {
         const FailingMemory memory(first, kind);
-        result = runner.ExecuteScriptFile(path.c_str(), Output::Collect, &output);
+        result = session.ExecuteScriptFile(path.c_str(), Output::Collect, &output);
         failed = memory.HasFailed();
       }
       const std::string_view text = output.Text();

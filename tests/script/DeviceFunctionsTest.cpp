@@ -43,7 +43,7 @@ TEST_CASE("device functions without an output function") {
   const char* script =
       "transmitfile(\"a\", 1, 1, 0); transmitfilefromstring(\"a\", 1, 1, 0, 1); executejobfile(\"list.dcj\");"
       "executesubscript(\"no.dcs\");";
-  CHECK(harness.Runner().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
+  CHECK(harness.Session().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
   CHECK(harness.Channel().Calls("TransmitFile").size() == 3);
 }
 

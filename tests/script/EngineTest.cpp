@@ -21,7 +21,7 @@ TEST_CASE("the channel is locked for the run and only for it") {
   CHECK(harness.Result() == EONX_ERR_LOCKED);
   harness.Channel().Unlock(&other);
 
-  harness.Runner().SetChannel(nullptr);
+  harness.Session().SetChannel(nullptr);
   harness.Run("print(1);");
   CHECK(harness.Result() == EONX_ERR_NO_CHANNEL);
 }
@@ -33,7 +33,7 @@ TEST_CASE("a script file runs in its folder, or says why it cannot") {
   const auto run = [&](const char* path) {
     std::string output;
     const auto collect = [](void* context, const char* text) { *static_cast<std::string*>(context) += text; };
-    const EONX_ERR_ERRCODE_ result = harness.Runner().ExecuteScriptFile(path, collect, &output);
+    const EONX_ERR_ERRCODE_ result = harness.Session().ExecuteScriptFile(path, collect, &output);
     return std::to_string(result) + " " + output;
   };
   CHECK(run(folder.PathOf("base.dcs").c_str()) == "0 " + folder.Path());
@@ -46,20 +46,20 @@ TEST_CASE("a script file runs in its folder, or says why it cannot") {
   CHECK(run(folder.PathOf("none.dcs").c_str()) == "20 "); // the lock comes first
   harness.Channel().Unlock(&other);
   CHECK(harness.Channel().LockDepth() == 0);
-  harness.Runner().SetChannel(nullptr);
+  harness.Session().SetChannel(nullptr);
   CHECK(run(folder.PathOf("none.dcs").c_str()) == "7 ");
 }
 
 TEST_CASE("a run from within a run is refused and changes nothing") {
   ScriptHarness harness;
   const auto output = [](void* context, const char*) {
-    auto& runner = static_cast<ScriptHarness*>(context)->Runner();
-    CHECK(runner.ExecuteScript("print(2);", nullptr, nullptr, nullptr) == EONX_ERR_LOCKED);
-    CHECK(runner.SetVariables(nullptr, 0, false) == EONX_ERR_LOCKED);
-    runner.StopScript();
-    runner.PrepareRun(); // must not forget the stop request of the run that goes on
+    auto& session = static_cast<ScriptHarness*>(context)->Session();
+    CHECK(session.ExecuteScript("print(2);", nullptr, nullptr, nullptr) == EONX_ERR_LOCKED);
+    CHECK(session.SetVariables(nullptr, 0, false) == EONX_ERR_LOCKED);
+    session.StopScript();
+    session.PrepareRun(); // must not forget the stop request of the run that goes on
   };
-  CHECK(harness.Runner().ExecuteScript("print(1); while (1) { }", nullptr, output, &harness) == EONX_ERR_SCRIPT);
+  CHECK(harness.Session().ExecuteScript("print(1); while (1) { }", nullptr, output, &harness) == EONX_ERR_SCRIPT);
 }
 
 TEST_CASE("nesting and recursion without end are out of memory, on small stacks too") {
@@ -117,10 +117,10 @@ TEST_CASE("a stop that an output asks for is reported at the loop's head, by the
     const auto write = [](void* context, const char* text) {
       auto& to = *static_cast<Sink*>(context);
       to.output += text;
-      to.harness.Runner().StopScript();
+      to.harness.Session().StopScript();
     };
-    harness.Runner().PrepareRun();
-    CHECK(harness.Runner().ExecuteScript(script, nullptr, write, &sink) == EONX_ERR_SCRIPT);
+    harness.Session().PrepareRun();
+    CHECK(harness.Session().ExecuteScript(script, nullptr, write, &sink) == EONX_ERR_SCRIPT);
     const std::size_t offset = script.rfind(row.token);
     CHECK(output.find("(offset " + std::to_string(offset) + ") during executing") != std::string::npos);
   }

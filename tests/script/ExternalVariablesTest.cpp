@@ -17,7 +17,7 @@ TONXSCRIPTVARIABLE Record(const char* name, std::uint32_t type = 0, const void* 
 std::string Got(ScriptHarness& harness, const char* name) {
   TONXSCRIPTVARIABLE record = Record(name);
   std::uint64_t found = 0;
-  CHECK(harness.Runner().GetVariables(&record, 1, &found) == EONX_ERR_NONE);
+  CHECK(harness.Session().GetVariables(&record, 1, &found) == EONX_ERR_NONE);
   if (found == 0)
     return "none";
   const auto* const text = reinterpret_cast<const char*>(record.value);
@@ -36,7 +36,7 @@ TEST_CASE("variables of every type go in and come back") {
                                         Record("odd", 6, &kNumber),
                                         Record(nullptr, 0, &kNumber)};
   ScriptHarness harness;
-  REQUIRE(harness.Runner().SetVariables(records, std::size(records), false) == EONX_ERR_NONE);
+  REQUIRE(harness.Session().SetVariables(records, std::size(records), false) == EONX_ERR_NONE);
   CHECK(harness.Run("print(d, i, u, s, strlen(empty)); s += \"!\"; D = 7;") == "2147483649-21474836470a\\0b0");
   CHECK(Got(harness, "d") == "1 7");
   CHECK(Got(harness, "i") == "3 18446744071562067969"); // widened by its type
@@ -50,17 +50,17 @@ TEST_CASE("variables stay until they are forgotten, and the later one of a name 
   const TONXSCRIPTVARIABLE first[] = {Record("a", ONX_TYPE_UINT32), Record("b", ONX_TYPE_UINT32)};
   const TONXSCRIPTVARIABLE second = Record("A", ONX_TYPE_UINT64, &kTwo);
   ScriptHarness harness;
-  harness.Runner().SetVariables(first, 2, false);
-  harness.Runner().SetVariables(&second, 1, true);
+  harness.Session().SetVariables(first, 2, false);
+  harness.Session().SetVariables(&second, 1, true);
   CHECK(harness.Run("print(a, b);") == "20");
   TONXSCRIPTVARIABLE both[] = {Record("a"), Record("b")};
   std::uint64_t found = 0;
-  CHECK(harness.Runner().GetVariables(both, 2, &found) == EONX_ERR_NONE);
+  CHECK(harness.Session().GetVariables(both, 2, &found) == EONX_ERR_NONE);
   CHECK(found == 3); // each of the two called "a" is a match
   CHECK(both[0].value == 2);
-  CHECK(harness.Runner().GetVariables(nullptr, 2, nullptr) == EONX_ERR_NONE);
-  harness.Runner().SetVariables(&second, 1, false);
+  CHECK(harness.Session().GetVariables(nullptr, 2, nullptr) == EONX_ERR_NONE);
+  harness.Session().SetVariables(&second, 1, false);
   CHECK(Got(harness, "b") == "none");
-  harness.Runner().SetVariables(nullptr, 5, false);
+  harness.Session().SetVariables(nullptr, 5, false);
   CHECK(Got(harness, "a") == "none");
 }

@@ -55,7 +55,7 @@ TEST_CASE("a script of 4 GiB is refused before it is read") {
   folder.Write("huge.dcs", "print(1);");
   std::filesystem::resize_file(folder.SystemPath() / "huge.dcs", std::uintmax_t{4} << 30); // takes no room on the disk
   ScriptHarness harness;
-  CHECK(harness.Runner().ExecuteScriptFile(folder.PathOf("huge.dcs").c_str(), nullptr, nullptr) ==
+  CHECK(harness.Session().ExecuteScriptFile(folder.PathOf("huge.dcs").c_str(), nullptr, nullptr) ==
         EONX_ERR_OUT_OF_MEMORY);
   CHECK(harness.Run("executesubscript(\"huge.dcs\");", folder.Path().c_str()) ==
         "out of memory error near line 1/column 28 (offset 27) during executing\n");

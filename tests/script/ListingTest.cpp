@@ -10,7 +10,7 @@
 namespace {
 
 std::string CodeOf(const std::string& text) {
-  CONXRunContext context;
+  RunContext context;
   ScriptProgram program(text, context);
   const BuiltIns builtIns({});
   for (const auto& [name, function] : builtIns.ByName())

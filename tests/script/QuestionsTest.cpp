@@ -1,12 +1,12 @@
-// Whether the operator is asked at all; tests/scripts/questions has the questions and answers.
+// Whether the user is asked at all; tests/scripts/questions has the questions and answers.
 
-#include "scriptrt/question/Operator.h"
+#include "scriptrt/question/Prompter.h"
 #include "tests/script/ScriptHarness.h"
 
 namespace {
 
 // Cancels everything, and counts.
-struct BusyOperator : CONXOperator {
+struct BusyPrompter : Prompter {
   int asked = 0;
 
   void ShowMessage(const std::string&, const std::string&) override { ++asked; }
@@ -23,9 +23,9 @@ struct BusyOperator : CONXOperator {
 } // namespace
 
 TEST_CASE("a question that could not tell whether it was answered is not asked") {
-  BusyOperator busy;
+  BusyPrompter busy;
   ScriptHarness harness;
-  harness.Runner().SetOperator(&busy);
+  harness.Session().SetPrompter(&busy);
   for (const std::string call : {"userinputint32(\"\", \"\", 1, 0, 2", "userinputstring(\"\", \"\", \"\"",
                                  "userlistinput(\"\", \"\", \"a\", 0"}) {
     CAPTURE(call);

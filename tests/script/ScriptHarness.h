@@ -1,7 +1,7 @@
 // Runs script texts as a host would and keeps what comes of it.
 #pragma once
 
-#include "scriptrt/run/ScriptRunner.h"
+#include "scriptrt/run/ScriptSession.h"
 #include "tests/support/GuardedChannel.h"
 
 #include <string>
@@ -9,26 +9,26 @@
 
 class ScriptHarness {
 public:
-  ScriptHarness() { m_runner.SetChannel(&m_channel); }
+  ScriptHarness() { m_session.SetChannel(&m_channel); }
 
   // The output of a run from the start, its diagnostic line included. Null: the process's current folder.
   std::string Run(std::string_view text, const char* baseDirectory = nullptr) {
     const std::string terminated(text);
     m_output.clear();
-    m_runner.PrepareRun();
-    m_result = m_runner.ExecuteScript(terminated, baseDirectory, Collect, this);
+    m_session.PrepareRun();
+    m_result = m_session.ExecuteScript(terminated, baseDirectory, Collect, this);
     return m_output;
   }
   // The result of the last run.
   EONX_ERR_ERRCODE_ Result() const { return m_result; }
-  CScriptRunner& Runner() { return m_runner; }
+  ScriptSession& Session() { return m_session; }
   GuardedChannel& Channel() { return m_channel; }
 
 private:
   static void Collect(void* context, const char* text) { static_cast<ScriptHarness*>(context)->m_output += text; }
 
   GuardedChannel m_channel;
-  CScriptRunner m_runner{this};
+  ScriptSession m_session{this};
   std::string m_output;
   EONX_ERR_ERRCODE_ m_result = EONX_ERR_NONE;
 };

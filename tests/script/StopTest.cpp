@@ -55,18 +55,18 @@ void Collect(void* context, const char* text) {
 // Stops the script a moment after its first output.
 void StopAfterOutput(const std::string& script, const TemporaryFolder& folder, StoppedRun& run) {
   EndlessChannel channel;
-  CScriptRunner runner(&channel);
-  runner.SetChannel(&channel);
-  runner.PrepareRun();
+  ScriptSession session(&channel);
+  session.SetChannel(&channel);
+  session.PrepareRun();
   std::thread worker([&] {
-    run.result = runner.ExecuteScript(script, folder.Path().c_str(), Collect, &run);
+    run.result = session.ExecuteScript(script, folder.Path().c_str(), Collect, &run);
     run.ended = true;
   });
   const bool begun = run.begun.get_future().wait_for(30s) == std::future_status::ready;
   std::this_thread::sleep_for(10ms); // so that it waits by now; when it does not yet, the stop must work just the same
   CHECK_MESSAGE(!run.ended, "it ended without being stopped");
   const auto stopped = Clock::now();
-  runner.StopScript();
+  session.StopScript();
   worker.join();
   run.tookToEnd = Clock::now() - stopped;
   run.transfers = channel.Calls("TransmitFile");
@@ -137,7 +137,7 @@ TEST_CASE("a job list that a stop request cuts short ends the script though noth
     std::size_t transfer = 0;
     harness.Channel().duringTransfer = [&](TransferProgressCallback, void*) {
       if (++transfer == row.stopDuring)
-        harness.Runner().StopScript();
+        harness.Session().StopScript();
       return 0;
     };
     const std::string output = harness.Run("executejobfile(\"list.dcj\", 1, 1);", folder.Path().c_str());
@@ -152,20 +152,20 @@ TEST_CASE("a stop request that comes before the run begins is not forgotten, one
   folder.Write("sub.dcs", "while (1) { }");
   ScriptHarness harness;
   for (const char* script : {"while (1) { }", "executesubscript(\"sub.dcs\");"}) {
-    harness.Runner().PrepareRun();
-    harness.Runner().StopScript();
-    CHECK(harness.Runner().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
+    harness.Session().PrepareRun();
+    harness.Session().StopScript();
+    CHECK(harness.Session().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
   }
   CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
 }
 
 TEST_CASE("an abandoned run ends at the next statement block, the one after it runs again") {
   ScriptHarness harness;
-  harness.Runner().PrepareRun();
-  harness.Runner().AbandonScript();
-  CHECK(harness.Runner().ExecuteScript("print(1);", nullptr, nullptr, nullptr) == EONX_ERR_SCRIPT);
+  harness.Session().PrepareRun();
+  harness.Session().AbandonScript();
+  CHECK(harness.Session().ExecuteScript("print(1);", nullptr, nullptr, nullptr) == EONX_ERR_SCRIPT);
   CHECK(harness.Run("if (1) { print(1); }") == "1");
-  harness.Runner().PrepareRun();
-  harness.Runner().StopScript(); // a mere stop leaves what has no loop alone
-  CHECK(harness.Runner().ExecuteScript("if (1) { print(1); }", nullptr, nullptr, nullptr) == EONX_ERR_NONE);
+  harness.Session().PrepareRun();
+  harness.Session().StopScript(); // a mere stop leaves what has no loop alone
+  CHECK(harness.Session().ExecuteScript("if (1) { print(1); }", nullptr, nullptr, nullptr) == EONX_ERR_NONE);
 }

@@ -43,10 +43,10 @@ bool StreamChannel::HasEnded() {
   return m_state == State::kClosed && m_incoming.Size() == 0;
 }
 
-const char* StreamChannel::ErrorText(std::int64_t code) {
+const char* StreamChannel::DescribeError(std::int64_t code) {
   if (code == kNotOpen && m_state == State::kClosed)
     return m_closedBecause.c_str();
-  return ChannelSource::ErrorText(code);
+  return ChannelSource::DescribeError(code);
 }
 
 tl::expected<std::size_t, std::int32_t> StreamChannel::ReceiveBytes(char* buffer, std::size_t capacity) {

@@ -54,7 +54,7 @@ public:
 private:
   enum class State { kConnecting, kOpen, kClosed };
 
-  const char* ErrorText(std::int64_t code) override;
+  const char* DescribeError(std::int64_t code) override;
   bool IsOpen() override { return m_state == State::kOpen; }
   tl::expected<std::size_t, std::int32_t> ReceiveBytes(char* buffer, std::size_t capacity) override;
   std::int32_t SendBytes(std::string_view bytes) override;

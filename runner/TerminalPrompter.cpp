@@ -1,4 +1,4 @@
-#include "runner/TerminalOperator.h"
+#include "runner/TerminalPrompter.h"
 
 #include "host/support/Text.h"
 #include "runner/ItemAnswer.h"
@@ -27,7 +27,7 @@ std::string Prompt(const std::string& prompt, const char* otherwise, const std::
 
 } // namespace
 
-std::optional<std::string> TerminalOperator::ReadAnswer(const std::string& prompt) {
+std::optional<std::string> TerminalPrompter::ReadAnswer(const std::string& prompt) {
   {
     const std::lock_guard guard(m_mutex);
     m_openPrompt = prompt;
@@ -44,7 +44,7 @@ std::optional<std::string> TerminalOperator::ReadAnswer(const std::string& promp
 
 template <class Value>
 std::optional<Value>
-TerminalOperator::AskUntil(const std::string& prompt,
+TerminalPrompter::AskUntil(const std::string& prompt,
                            const std::function<std::optional<Value>(const std::string&, std::string&)>& read) {
   while (const std::optional<std::string> line = ReadAnswer(prompt)) {
     std::string complaint;
@@ -55,7 +55,7 @@ TerminalOperator::AskUntil(const std::string& prompt,
   return std::nullopt;
 }
 
-void TerminalOperator::TellStopping() {
+void TerminalPrompter::TellStopping() {
   const std::lock_guard guard(m_mutex);
   if (m_openPrompt.empty() || m_toldStopping)
     return;
@@ -66,14 +66,14 @@ void TerminalOperator::TellStopping() {
             << m_openPrompt << std::flush;
 }
 
-void TerminalOperator::ShowMessage(const std::string& caption, const std::string& text) {
+void TerminalPrompter::ShowMessage(const std::string& caption, const std::string& text) {
   ReadAnswer(caption + ": " + text + " [Enter] ");
 }
 
-std::optional<std::uint64_t> TerminalOperator::AskNumber(const NumberQuestion& question) {
+std::optional<std::uint64_t> TerminalPrompter::AskNumber(const NumberQuestion& question) {
   ShowHeading(question.caption, std::string("Enter takes the value in brackets, ") + kCancel);
-  const std::string initial = NumberForOperator(question, question.initial);
-  return AskUntil<std::uint64_t>(Prompt(question.prompt, "Enter information", LimitsForOperator(question), initial),
+  const std::string initial = NumberForPrompt(question, question.initial);
+  return AskUntil<std::uint64_t>(Prompt(question.prompt, "Enter information", LimitsForPrompt(question), initial),
                                  [&](const std::string& line, std::string& complaint) {
                                    NumberAnswer answer = ReadNumberAnswer(question, line.empty() ? initial : line);
                                    complaint = answer.complaint.empty() ? host::Quoted(line) + " is not a number"
@@ -82,7 +82,7 @@ std::optional<std::uint64_t> TerminalOperator::AskNumber(const NumberQuestion& q
                                  });
 }
 
-std::optional<std::string> TerminalOperator::AskText(const std::string& caption, const std::string& prompt,
+std::optional<std::string> TerminalPrompter::AskText(const std::string& caption, const std::string& prompt,
                                                      const std::string& initial) {
   constexpr const char* kEmptyText = "\"\"";
   ShowHeading(caption, initial.empty() ? std::string("Enter takes the empty text, ") + kCancel
@@ -94,7 +94,7 @@ std::optional<std::string> TerminalOperator::AskText(const std::string& caption,
   return line->empty() ? initial : *line == kEmptyText ? std::string() : *line;
 }
 
-std::optional<std::size_t> TerminalOperator::AskItem(const std::string& caption, const std::string& prompt,
+std::optional<std::size_t> TerminalPrompter::AskItem(const std::string& caption, const std::string& prompt,
                                                      const std::vector<std::string>& items, std::uint64_t initial) {
   if (items.empty()) { // nothing can be chosen
     std::cerr << caption << '\n';

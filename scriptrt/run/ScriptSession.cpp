@@ -1,4 +1,4 @@
-#include "scriptrt/run/ScriptRunner.h"
+#include "scriptrt/run/ScriptSession.h"
 
 #include "platform/Platform.h"
 #include "scriptrt/builtin/ExternalVariables.h"
@@ -62,7 +62,7 @@ struct OutputGate {
 
 } // namespace
 
-struct CScriptRunner::Body {
+struct ScriptSession::Body {
   explicit Body(void* owner) : lockOwner(owner) {}
 
   EONX_ERR_ERRCODE_ Run(COndDeviceComm_0& channel, std::string_view text, const char* baseDirectory,
@@ -73,12 +73,12 @@ struct CScriptRunner::Body {
   std::atomic<COndDeviceComm_0*> channel{nullptr};
   std::atomic<bool> running{false};
   std::atomic<bool> severed{false};
-  CONXOperator* askedOperator = nullptr;
+  Prompter* prompter = nullptr;
   ExternalVariables variables;
-  CONXRunContext context;
+  RunContext context;
 };
 
-EONX_ERR_ERRCODE_ CScriptRunner::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
+EONX_ERR_ERRCODE_ ScriptSession::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
                                            const char* baseDirectory, ScriptOutput anyOutput) {
   if (severed)
     return EONX_ERR_SCRIPT;
@@ -86,12 +86,12 @@ EONX_ERR_ERRCODE_ CScriptRunner::Body::Run(COndDeviceComm_0& usedChannel, std::s
   if (!lock)
     return EONX_ERR_LOCKED;
   OutputGate gate{severed, anyOutput};
-  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, askedOperator},
+  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter},
                                             {context, text, baseDirectory ? baseDirectory : "", &variables});
   return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
 }
 
-EONX_ERR_ERRCODE_ CScriptRunner::Body::RunFile(COndDeviceComm_0& usedChannel, const char* path, ScriptOutput output) {
+EONX_ERR_ERRCODE_ ScriptSession::Body::RunFile(COndDeviceComm_0& usedChannel, const char* path, ScriptOutput output) {
   const ChannelLock lock(usedChannel, lockOwner);
   if (!lock)
     return EONX_ERR_LOCKED;
@@ -125,17 +125,17 @@ EONX_ERR_ERRCODE_ WithoutExceptions(Operation operation) {
 
 } // namespace
 
-CScriptRunner::CScriptRunner(void* lockOwner) : m_body(std::make_unique<Body>(lockOwner)) {}
-CScriptRunner::~CScriptRunner() = default;
+ScriptSession::ScriptSession(void* lockOwner) : m_body(std::make_unique<Body>(lockOwner)) {}
+ScriptSession::~ScriptSession() = default;
 
-void CScriptRunner::SetChannel(COndDeviceComm_0* channel) {
+void ScriptSession::SetChannel(COndDeviceComm_0* channel) {
   m_body->channel = channel;
 }
-void CScriptRunner::SetOperator(CONXOperator* askedOperator) {
-  m_body->askedOperator = askedOperator;
+void ScriptSession::SetPrompter(Prompter* prompter) {
+  m_body->prompter = prompter;
 }
 
-EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,
+EONX_ERR_ERRCODE_ ScriptSession::ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,
                                                void* outputContext) {
   COndDeviceComm_0* channel = m_body->channel;
   if (!channel)
@@ -146,7 +146,7 @@ EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScript(std::string_view text, const char
   return WithoutExceptions([&] { return m_body->Run(*channel, text, baseDirectory, {output, outputContext}); });
 }
 
-EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext) {
+EONX_ERR_ERRCODE_ ScriptSession::ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext) {
   if (!path || *path == '\0')
     return EONX_ERR_EMPTY_PATH;
   COndDeviceComm_0* channel = m_body->channel;
@@ -158,7 +158,7 @@ EONX_ERR_ERRCODE_ CScriptRunner::ExecuteScriptFile(const char* path, OndScriptOu
   return WithoutExceptions([&] { return m_body->RunFile(*channel, path, {output, outputContext}); });
 }
 
-EONX_ERR_ERRCODE_ CScriptRunner::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
+EONX_ERR_ERRCODE_ ScriptSession::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
   const RunningMark mark(m_body->running); // a script that runs uses them
   if (!mark)
     return EONX_ERR_LOCKED;
@@ -168,7 +168,7 @@ EONX_ERR_ERRCODE_ CScriptRunner::SetVariables(const TONXSCRIPTVARIABLE* records,
   });
 }
 
-EONX_ERR_ERRCODE_ CScriptRunner::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
+EONX_ERR_ERRCODE_ ScriptSession::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,
                                               std::uint64_t* foundCount) {
   return WithoutExceptions([&] {
     const std::uint64_t found = m_body->variables.Get(records, count);
@@ -178,20 +178,20 @@ EONX_ERR_ERRCODE_ CScriptRunner::GetVariables(TONXSCRIPTVARIABLE* records, std::
   });
 }
 
-void CScriptRunner::PrepareRun() {
+void ScriptSession::PrepareRun() {
   if (!m_body->running)
     m_body->context.StopEvent().Reset();
 }
 
-void CScriptRunner::StopScript() {
+void ScriptSession::StopScript() {
   m_body->context.StopEvent().Set();
 }
 
-void CScriptRunner::AbandonScript() {
+void ScriptSession::AbandonScript() {
   m_body->context.StopEvent().Abandon();
 }
 
-void CScriptRunner::Sever() {
+void ScriptSession::Sever() {
   m_body->severed = true;
   AbandonScript();
 }

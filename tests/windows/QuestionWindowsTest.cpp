@@ -1,4 +1,4 @@
-// Questions that scripts ask the operator, answered in their windows.
+// Questions that scripts ask, answered in their windows.
 #include "tests/windows/ScriptBench.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "scriptrt/window/WindowsOperator.h"
+#include "scriptrt/window/WindowsPrompter.h"
 
 #include "scriptrt/window/CUserInputDialog.h"
 #include "scriptrt/window/CUserListInputDlg.h"
@@ -31,17 +31,17 @@ bool IsDialog(HWND window) {
 
 // While one question is asked. Its window is the first dialog that the thread makes; nobody hands out a message box's
 // otherwise.
-class CWindowsOperator::CAsking {
+class CWindowsPrompter::CAsking {
 public:
-  explicit CAsking(CWindowsOperator& asked)
-      : m_operator(asked), m_hook(SetWindowsHookExA(WH_CBT, OnWindowEvent, nullptr, m_thread)) {
+  explicit CAsking(CWindowsPrompter& asked)
+      : m_prompter(asked), m_hook(SetWindowsHookExA(WH_CBT, OnWindowEvent, nullptr, m_thread)) {
     const std::lock_guard guard(g_mutex);
     m_next = std::exchange(g_first, this);
   }
   CAsking(const CAsking&) = delete;
   CAsking& operator=(const CAsking&) = delete;
   ~CAsking() {
-    m_operator.m_question = nullptr;
+    m_prompter.m_question = nullptr;
     const std::lock_guard guard(g_mutex);
     CAsking** place = &g_first;
     while (*place != this)
@@ -50,7 +50,7 @@ public:
   }
 
   // Nobody has dismissed it before it is shown.
-  explicit operator bool() const { return !m_operator.m_dismissed; }
+  explicit operator bool() const { return !m_prompter.m_dismissed; }
 
 private:
   static LRESULT CALLBACK OnWindowEvent(int code, WPARAM wParam, LPARAM lParam) {
@@ -66,49 +66,49 @@ private:
       asking = asking->m_next;
     HWND none = nullptr;
     if (asking)
-      asking->m_operator.m_question.compare_exchange_strong(none, window);
+      asking->m_prompter.m_question.compare_exchange_strong(none, window);
   }
 
   // All that are open, on any thread.
   static std::mutex g_mutex;
   static CAsking* g_first; // under the mutex
 
-  CWindowsOperator& m_operator;
+  CWindowsPrompter& m_prompter;
   const DWORD m_thread = GetCurrentThreadId();
   CAsking* m_next = nullptr; // under the mutex
   const CHookHandle m_hook;
 };
 
-std::mutex CWindowsOperator::CAsking::g_mutex;
-CWindowsOperator::CAsking* CWindowsOperator::CAsking::g_first = nullptr;
+std::mutex CWindowsPrompter::CAsking::g_mutex;
+CWindowsPrompter::CAsking* CWindowsPrompter::CAsking::g_first = nullptr;
 
-void CWindowsOperator::ShowMessage(const std::string& caption, const std::string& text) {
+void CWindowsPrompter::ShowMessage(const std::string& caption, const std::string& text) {
   const CAsking asking(*this);
   if (asking)
     ShowMessageBox(nullptr, text, caption, MB_OK | MB_ICONEXCLAMATION | MB_SETFOREGROUND);
 }
 
-std::optional<std::uint64_t> CWindowsOperator::AskNumber(const NumberQuestion& question) {
+std::optional<std::uint64_t> CWindowsPrompter::AskNumber(const NumberQuestion& question) {
   const CAsking asking(*this);
   CUserInputDialog dialog(question);
   return asking && dialog.DoModal(nullptr) == IDOK ? std::optional(dialog.GetNumber()) : std::nullopt;
 }
 
-std::optional<std::string> CWindowsOperator::AskText(const std::string& caption, const std::string& prompt,
+std::optional<std::string> CWindowsPrompter::AskText(const std::string& caption, const std::string& prompt,
                                                      const std::string& initial) {
   const CAsking asking(*this);
   CUserInputDialog dialog(caption, prompt, initial);
   return asking && dialog.DoModal(nullptr) == IDOK ? std::optional(dialog.GetText()) : std::nullopt;
 }
 
-std::optional<std::size_t> CWindowsOperator::AskItem(const std::string& caption, const std::string& prompt,
+std::optional<std::size_t> CWindowsPrompter::AskItem(const std::string& caption, const std::string& prompt,
                                                      const std::vector<std::string>& items, std::uint64_t initial) {
   const CAsking asking(*this);
   CUserListInputDlg dialog(caption, prompt, items, initial);
   return asking && dialog.DoModal(nullptr) == IDOK ? std::optional(dialog.GetSelected()) : std::nullopt;
 }
 
-void CWindowsOperator::Dismiss() {
+void CWindowsPrompter::Dismiss() {
   m_dismissed = true;
   const HWND question = m_question;
   if (!question)

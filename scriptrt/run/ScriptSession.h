@@ -9,22 +9,22 @@
 #include <string>
 #include <string_view>
 
-class CONXOperator;
+class Prompter;
 
 // [one thread at a time, but for StopScript]
-class CScriptRunner {
+class ScriptSession {
 public:
   // `lockOwner` is the owner that the channel is locked for; it only serves as an identity.
-  explicit CScriptRunner(void* lockOwner);
-  ~CScriptRunner();
-  CScriptRunner(const CScriptRunner&) = delete;
-  CScriptRunner& operator=(const CScriptRunner&) = delete;
+  explicit ScriptSession(void* lockOwner);
+  ~ScriptSession();
+  ScriptSession(const ScriptSession&) = delete;
+  ScriptSession& operator=(const ScriptSession&) = delete;
 
   // The channel stays the caller's; null disconnects. A run that is under way keeps the channel it began with. [any
   // thread]
   void SetChannel(COndDeviceComm_0* channel);
   // Who answers a script's questions (null: nobody, they count as cancelled). Stays the caller's.
-  void SetOperator(CONXOperator* op);
+  void SetPrompter(Prompter* prompter);
 
   // Runs a script text with the channel locked. A zero byte must follow the text. `baseDirectory` null or empty: the
   // process's current directory. `output` may be null. Returns EONX_ERR_NONE, _NO_CHANNEL, _LOCKED, _OUT_OF_MEMORY or

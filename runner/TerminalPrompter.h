@@ -3,12 +3,12 @@
 #pragma once
 
 #include "runner/TerminalInput.h"
-#include "scriptrt/question/Operator.h"
+#include "scriptrt/question/Prompter.h"
 
 #include <functional>
 #include <mutex>
 
-class TerminalOperator : public CONXOperator {
+class TerminalPrompter : public Prompter {
 public:
   void ShowMessage(const std::string& caption, const std::string& text) override;
   std::optional<std::uint64_t> AskNumber(const NumberQuestion& question) override;

@@ -1,4 +1,4 @@
-// The person at the bench, as scripts see them: whoever answers message boxes and questions. One body shows windows,
+// Shows a script's messages and asks its questions, of whoever sits at the bench: the user. One body shows windows,
 // one asks on the terminal.
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <vector>
 
 // Called on the thread that runs the script, which waits for the answer. No answer means Cancel.
-class CONXOperator {
+class Prompter {
 public:
   // A number question's type and limits. Values are 64-bit patterns; `type` says how to read them.
   struct NumberQuestion {
@@ -20,7 +20,7 @@ public:
     std::uint64_t maximum;
   };
 
-  virtual ~CONXOperator() = default;
+  virtual ~Prompter() = default;
 
   virtual void ShowMessage(const std::string& caption, const std::string& text) = 0;
   // The answer lies within the limits.

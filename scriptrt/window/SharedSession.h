@@ -1,4 +1,4 @@
-// What the runs of one Script Processor need: the runner, the operator, and who is inside.
+// The session of one Script Processor as its runs share it: with the windows that ask, and who is inside.
 //
 // Runs may be on any thread: the window's worker, a thread of the host's inside `Call`, the user-interface thread
 // itself. The object may be deleted, or its window destroyed, while one is under way: behind a question, an operation
@@ -10,35 +10,35 @@
 //    that it owes, and writes no output.
 #pragma once
 
-#include "scriptrt/run/ScriptRunner.h"
-#include "scriptrt/window/WindowsOperator.h"
+#include "scriptrt/run/ScriptSession.h"
+#include "scriptrt/window/WindowsPrompter.h"
 
 #include <memory>
 #include <mutex>
 
-class CScriptRuns {
+class CSharedSession {
 public:
   // One thread inside an operation of the object's, from its beginning to its end. [any thread]
   class CVisit {
   public:
-    explicit CVisit(std::shared_ptr<CScriptRuns> runs);
+    explicit CVisit(std::shared_ptr<CSharedSession> session);
     CVisit(const CVisit&) = delete;
     CVisit& operator=(const CVisit&) = delete;
     ~CVisit();
 
-    CScriptRuns* operator->() const { return m_runs.get(); }
+    CSharedSession* operator->() const { return m_session.get(); }
 
   private:
-    friend class CScriptRuns;
-    const std::shared_ptr<CScriptRuns> m_runs;
+    friend class CSharedSession;
+    const std::shared_ptr<CSharedSession> m_session;
     const DWORD m_thread = GetCurrentThreadId();
     CVisit* m_next = nullptr;
   };
 
-  // `lockOwner` as CScriptRunner takes it.
-  explicit CScriptRuns(void* lockOwner);
+  // `lockOwner` as ScriptSession takes it.
+  explicit CSharedSession(void* lockOwner);
 
-  CScriptRunner& Runner() { return m_runner; }
+  ScriptSession& Session() { return m_session; }
 
   // To be called by whoever asks for a run, on its thread: forgets earlier stop requests, so that one from then on
   // counts, and lets questions be shown.
@@ -55,8 +55,8 @@ public:
 private:
   bool OthersInside();
 
-  CWindowsOperator m_operator;
-  CScriptRunner m_runner;
+  CWindowsPrompter m_prompter;
+  ScriptSession m_session;
   std::mutex m_mutex;
   CVisit* m_visits = nullptr; // under the mutex
 };

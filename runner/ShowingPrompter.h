@@ -1,15 +1,15 @@
-// Asks through another operator, after what the script has printed is on the screen.
+// Asks through another prompter, after what the script has printed is on the screen.
 #pragma once
 
-#include "scriptrt/question/Operator.h"
+#include "scriptrt/question/Prompter.h"
 
 #include <functional>
 #include <utility>
 
-class ShowingOperator : public CONXOperator {
+class ShowingPrompter : public Prompter {
 public:
-  // The operator must outlive this one.
-  explicit ShowingOperator(CONXOperator& asked) : m_asked(asked) {}
+  // The other one must outlive this one.
+  explicit ShowingPrompter(Prompter& asked) : m_asked(asked) {}
   void ShowBeforeAsking(std::function<void()> show) { m_show = std::move(show); }
 
   void ShowMessage(const std::string& caption, const std::string& text) override;
@@ -20,6 +20,6 @@ public:
                                      const std::vector<std::string>& items, std::uint64_t initial) override;
 
 private:
-  CONXOperator& m_asked;
+  Prompter& m_asked;
   std::function<void()> m_show = [] {};
 };

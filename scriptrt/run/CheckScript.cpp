@@ -1,4 +1,4 @@
-#include "scriptrt/run/ScriptCheck.h"
+#include "scriptrt/run/CheckScript.h"
 
 #include "script/program/ScriptProgram.h"
 #include "scriptrt/builtin/BuiltIns.h"
@@ -21,7 +21,7 @@ std::uint64_t TokenItself(std::string_view text, std::uint64_t start) {
 } // namespace
 
 std::vector<ScriptProblem> CheckScript(std::string_view text, const std::vector<std::string>& externalNames) {
-  CONXRunContext context;
+  RunContext context;
   ScriptProgram program(text, context);
   CONXScriptVariable anyVariable;
   program.AddPredefined("version", anyVariable);

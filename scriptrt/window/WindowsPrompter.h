@@ -1,14 +1,14 @@
-// The operator behind windows: message boxes and modal dialogs without an owner, on the thread that runs the script.
+// Asks through windows: message boxes and modal dialogs without an owner, on the thread that runs the script.
 #pragma once
 
-#include "scriptrt/question/Operator.h"
+#include "scriptrt/question/Prompter.h"
 
 #include <windows.h>
 
 #include <atomic>
 
 // One question at a time, as one script asks them.
-class CWindowsOperator : public CONXOperator {
+class CWindowsPrompter : public Prompter {
 public:
   void ShowMessage(const std::string& caption, const std::string& text) override;
   std::optional<std::uint64_t> AskNumber(const NumberQuestion& question) override;
