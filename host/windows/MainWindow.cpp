@@ -49,7 +49,8 @@ void MainWindow::DoWithoutModule(const std::string& problem) {
 }
 
 void MainWindow::ConnectChannel() {
-  Connect(true);
+  m_channel.Connect();
+  ConnectTools();
 }
 
 bool MainWindow::TakeKey(MSG& message) const {
@@ -141,7 +142,10 @@ bool MainWindow::OnCommand(UINT command, UINT notification) {
     return false;
   switch (command) {
   case IDM_CONNECT:
-    Connect(!m_channel.IsConnected());
+    if (m_channel.IsConnected())
+      DisconnectChannel();
+    else
+      ConnectChannel();
     return true;
   case IDM_EXIT:
     Close();
@@ -162,7 +166,7 @@ void MainWindow::OnEnter() {
   const HWND focus = GetFocus();
   const HWND text = GetDlgItem(m_window, IDC_CHANNEL_TEXT);
   if (focus == text || IsChild(text, focus))
-    Connect(true);
+    ConnectChannel();
   else
     m_tools.OnCommand(static_cast<UINT>(GetDlgCtrlID(focus)));
 }
@@ -175,11 +179,8 @@ void MainWindow::LimitSize(MINMAXINFO& limits) const {
   limits.ptMaxTrackSize.y = m_smallest.cy;
 }
 
-void MainWindow::Connect(bool connect) {
-  if (connect)
-    m_channel.Connect();
-  else
-    m_channel.Disconnect();
+void MainWindow::DisconnectChannel() {
+  m_channel.Disconnect();
   ConnectTools();
 }
 

@@ -20,7 +20,7 @@ public:
   // Makes the tools; the module must stay until this object's end. Without a module the window tells why.
   void UseModule(const Module& module);
   void DoWithoutModule(const std::string& problem);
-  // Opens the channel that the command line asked for.
+  // Opens the channel that the window shows: at first the one that the command line asked for.
   void ConnectChannel();
 
   HWND Handle() const { return m_window; }
@@ -35,7 +35,7 @@ private:
   bool OnCommand(UINT command, UINT notification);
   void OnEnter();
   void LimitSize(MINMAXINFO& limits) const;
-  void Connect(bool connect);
+  void DisconnectChannel();
   void ConnectTools();
   void Refresh();
   // Ends the tools and what they are doing, then the channel, then the window. Safe at any time, and again.

@@ -14,13 +14,14 @@ public:
   void Apply() const;
 
 private:
+  enum class Stretch { kGrows, kMoves };
   struct Item {
     HWND control;
     RECT place; // in the window, when attached
     int right;  // from the control's right edge to the window's
-    bool grows;
+    Stretch stretch;
   };
-  void Add(int control, bool grows);
+  void Add(int control, Stretch stretch);
 
   HWND m_window = nullptr;
   std::vector<Item> m_items;

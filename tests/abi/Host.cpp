@@ -82,7 +82,7 @@ void TestExports() {
   for (std::size_t i = 0; i < 3; ++i) {
     Check(OndDeviceClientGetObjType(i) == kKinds[i].type, "type of a kind");
     const auto* name = reinterpret_cast<const char*>(OndDeviceClientGetObjInfo(kKinds[i].type, 0));
-    Check(name != nullptr && Same(name, kKinds[i].name), "name of a kind");
+    Check(name && Same(name, kKinds[i].name), "name of a kind");
     Check(OndDeviceClientGetObjInfo(kKinds[i].type, 1) == 1, "every kind answers 1");
     Check(OndDeviceClientGetObjInfo(kKinds[i].type, 2) == 0, "there is no third question");
   }
@@ -102,7 +102,7 @@ std::uint32_t CountEvent(CONXDeviceClient_0*, void* count, std::uint32_t) {
 void TestObject(std::uint32_t type, EchoChannel& channel) {
   CONXDeviceClient_0* object = OndDeviceClientCreateInstance(type);
   Check(object != nullptr, "an object is made");
-  if (object == nullptr)
+  if (!object)
     return;
   std::uint64_t value = 7;
   Check(object->GetObjType() == type, "GetObjType");
@@ -193,7 +193,7 @@ void TestVariables(CONXDeviceClient_0& processor) {
   Check(asked[0].type == ONX_TYPE_INT32 && static_cast<std::uint32_t>(asked[0].value) == 42, "the number");
   Check(asked[1].type == 0 && asked[1].value == 0, "a record of an unknown type was passed over");
   const auto* text = reinterpret_cast<const char*>(asked[2].value);
-  Check(asked[2].type == ONX_TYPE_STRING && asked[2].length == 4 && text != nullptr && text[0] == 'a' && text[1] == 0 &&
+  Check(asked[2].type == ONX_TYPE_STRING && asked[2].length == 4 && text && text[0] == 'a' && text[1] == 0 &&
             text[2] == 'b' && text[3] == '!',
         "the string with a zero byte");
   Check(asked[3].type == ONX_TYPE_UINT64 && asked[3].value == wide + 1, "the 64-bit number");
@@ -232,7 +232,7 @@ void Run() {
   TestForeignObject();
   CONXDeviceClient_0* processor = OndDeviceClientCreateInstance(ONX_OBJ_SCRIPT_PROCESSOR);
   Check(processor != nullptr, "a Script Processor is made");
-  if (processor == nullptr)
+  if (!processor)
     return;
   Check(processor->Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NO_CHANNEL, "no channel");
   processor->Connect(&channel);

@@ -24,10 +24,9 @@ bool WaitForFile(const char* path) {
 bool Tell(HANDLE process, std::uintptr_t event) {
   const FARPROC routine = GetProcAddress(GetModuleHandleA("kernel32"), "CtrlRoutine");
   const auto start = reinterpret_cast<LPTHREAD_START_ROUTINE>(reinterpret_cast<void (*)()>(routine));
-  const HANDLE thread = start != nullptr
-                            ? CreateRemoteThread(process, nullptr, 0, start, reinterpret_cast<void*>(event), 0, nullptr)
-                            : nullptr;
-  return thread != nullptr && CloseHandle(thread) != FALSE;
+  const HANDLE thread =
+      start ? CreateRemoteThread(process, nullptr, 0, start, reinterpret_cast<void*>(event), 0, nullptr) : nullptr;
+  return thread && CloseHandle(thread) != FALSE;
 }
 
 } // namespace

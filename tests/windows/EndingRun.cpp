@@ -96,7 +96,7 @@ void EndingRun::HearOfEvents() {
   events.userData = this;
   events.callback = [](CONXDeviceClient_0*, void* run, std::uint32_t) -> std::uint32_t {
     auto& self = *static_cast<EndingRun*>(run);
-    self.Complain(!self.object, "event behind the end");
+    self.ComplainIf(!self.object, "event behind the end");
     self.Away("event callback");
     return 1;
   };
@@ -167,7 +167,7 @@ void EndingRun::DoDeed() {
   switch (m_deed) {
   case kDelete:
     m_host.deleteInstance(std::exchange(object, nullptr));
-    Complain(IsWindow(window), "a window behind the end");
+    ComplainIf(IsWindow(window), "a window behind the end");
     Close();
     break;
   case kDestroyWindow:
@@ -212,12 +212,16 @@ void EndingRun::Close() {
   device.Close();
   m_silent = true;
   const bool isUnderWay = m_below || m_place == "Lock" || m_place == "Unlock";
-  Complain(!isUnderWay && device.LockDepth() != 0, "locked behind the end");
+  ComplainIf(!isUnderWay && device.LockDepth() != 0, "locked behind the end");
 }
 
-void EndingRun::Complain(bool wrong, const std::string& what) {
+void EndingRun::Complain(const std::string& what) {
+  m_complaints += (m_complaints.empty() ? "" : ", ") + what;
+}
+
+void EndingRun::ComplainIf(bool wrong, const std::string& what) {
   if (wrong)
-    m_complaints += (m_complaints.empty() ? "" : ", ") + what;
+    Complain(what);
 }
 
 // --- who runs it
@@ -282,13 +286,13 @@ std::string EndingRun::End() {
     if (IsWindow(m_parent))
       DestroyWindow(m_parent);
   });
-  Complain(m_lateOutput, "output behind the end");
-  Complain(device.LockDepth() + other.LockDepth() != 0, "locked for ever");
+  ComplainIf(m_lateOutput, "output behind the end");
+  ComplainIf(device.LockDepth() + other.LockDepth() != 0, "locked for ever");
   for (RestlessChannel* const channel : {&device, &other}) {
     for (const std::string& violation : channel->Late())
-      Complain(true, violation);
+      Complain(violation);
     for (const std::string& violation : channel->TakeViolations())
-      Complain(true, violation);
+      Complain(violation);
   }
   return m_complaints;
 }

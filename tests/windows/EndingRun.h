@@ -68,7 +68,8 @@ private:
   bool IsTurn(const std::string& place);
   void DoDeed();
   void Close();
-  void Complain(bool wrong, const std::string& what);
+  void Complain(const std::string& what);
+  void ComplainIf(bool wrong, const std::string& what);
   void AnswerBoxes();
   void Answer(Window box) const;
 

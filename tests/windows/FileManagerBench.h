@@ -112,11 +112,12 @@ private:
   Window m_window;
 };
 
-// A host whose File Manager is shown on the device, and a folder for files. `connected` false: without a channel.
+// A host whose File Manager is shown, on the device or without a channel, and a folder for files.
 struct FileManagerBench {
-  explicit FileManagerBench(bool connected = true) {
+  enum class Channel { kDevice, kNone };
+  explicit FileManagerBench(Channel channel = Channel::kDevice) {
     device.directory = {{3, 1, 100}, {7, 2, 400}, {200, 0, 500}};
-    if (connected)
+    if (channel == Channel::kDevice)
       client.Connect(&device);
     window = client.Show(kFileManagerCaption);
   }

@@ -9,7 +9,7 @@ constexpr const char* kPropertiesCaption = "File properties";
 constexpr const char* kNote = "NOTE: \"File ID\" and \"File type\" have no effect on files with mode \"program\"!";
 
 struct ListBench : FileManagerBench {
-  ListBench() : FileManagerBench(false) {}
+  ListBench() : FileManagerBench(Channel::kNone) {}
 
   Window OpenProperties(const std::vector<int>& rows) const {
     Local().Select(rows);

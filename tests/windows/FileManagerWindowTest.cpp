@@ -83,7 +83,7 @@ TEST_CASE("which buttons are enabled") {
 }
 
 TEST_CASE("without a channel the rows alone enable saving, at once") {
-  const FileManagerBench bench(false);
+  const FileManagerBench bench(FileManagerBench::Channel::kNone);
   const Window save = bench.window.Control(IDC_FM_SAVE_JOB);
   bench.Drop({"C:\\a.bin", "C:\\b.bin"});
   CHECK(save.Enabled());

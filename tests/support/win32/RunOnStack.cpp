@@ -15,7 +15,7 @@ DWORD WINAPI Start(void* function) {
 
 void RunOnStack(std::size_t bytes, std::function<void()> work) {
   const HANDLE thread = CreateThread(nullptr, bytes, Start, &work, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-  REQUIRE(thread != nullptr);
+  REQUIRE(thread);
   WaitForSingleObject(thread, INFINITE);
   CloseHandle(thread);
 }

@@ -46,7 +46,7 @@ Function Export(HMODULE module, const char* name) {
 
 TestHost::TestHost() : m_ready(CreateEventA(nullptr, TRUE, FALSE, nullptr)), m_thread([this] { ThreadMain(); }) {
   REQUIRE_MESSAGE(WaitForSingleObject(m_ready, kLimitMs) == WAIT_OBJECT_0, "the host's thread starts");
-  REQUIRE_MESSAGE(m_module != nullptr, "OndDeviceClient.dll loads");
+  REQUIRE_MESSAGE(m_module, "OndDeviceClient.dll loads");
 }
 
 TestHost::~TestHost() {
@@ -88,7 +88,7 @@ void TestHost::Send(const std::function<void()>& operation) const {
 
 TestClient::TestClient(const TestHost& host, std::uint32_t type) : m_host(host) {
   m_object = host.Ask([&] { return host.createInstance(type); });
-  REQUIRE(m_object != nullptr);
+  REQUIRE(m_object);
 }
 
 Window TestClient::Show(const std::string& caption) const {

@@ -100,7 +100,7 @@ SIZE Window::ClientSize() const {
 
 Window Window::Control(int id) const {
   const HWND control = GetDlgItem(m_handle, id);
-  if (control == nullptr)
+  if (!control)
     FAIL("\"" << Text() << "\" has no control " << id);
   return Window(control);
 }
