@@ -4,20 +4,6 @@
 
 namespace {
 
-bool IsComparison(Operator op) {
-  switch (op) {
-  case Operator::kEqual:
-  case Operator::kNotEqual:
-  case Operator::kLess:
-  case Operator::kGreater:
-  case Operator::kLessOrEqual:
-  case Operator::kGreaterOrEqual:
-    return true;
-  default:
-    return false;
-  }
-}
-
 // Whose low 32 bits depend on nothing but the low 32 bits of its operands.
 bool WorksOnLowBits(Operator op) {
   switch (op) {

@@ -11,8 +11,8 @@ std::uint32_t Compiler::BeginCall() {
   return call;
 }
 
-CodeOperand Compiler::EndCall(std::uint32_t call, DataType type, bool wantsResult) {
-  SetTop(wantsResult ? call + 1 : call);
+CodeOperand Compiler::EndCall(std::uint32_t call, DataType type, Wanted wanted) {
+  SetTop(wanted == Wanted::kResult ? call + 1 : call);
   CodeOperand result;
   result.type = type;
   result.isOwned = true;
@@ -43,7 +43,7 @@ std::uint32_t Compiler::ForEachArgument(NodeIndex at, std::uint32_t call, Value&
     PendingOperation operand;
     operand.left = prepared.operands[i];
     SetTop(slot + 1);
-    Receive(operand, {slot, DataType::kNone, true});
+    Receive(operand, {.slot = slot, .isTagged = true});
   }
   for (; NodeAt(at).kind != NodeKind::kArgumentsEnd; ++slot) {
     if (NodeAt(at).kind == NodeKind::kReference) {
@@ -68,13 +68,13 @@ std::uint32_t ClosingPlace(const ScriptProgram& program, NodeIndex at) {
 
 } // namespace
 
-CodeOperand Compiler::CompileCall(const Declaration& callee, NodeIndex at, bool wantsResult) {
+CodeOperand Compiler::CompileCall(const Declaration& callee, NodeIndex at, Wanted wanted) {
   if (callee.kind == DeclarationKind::kFunctionParameter)
-    return CompileDynamicCall(callee, at, wantsResult);
+    return CompileDynamicCall(callee, at, wanted);
   CONXScriptFunc& function = *m_program.callables[callee.slot];
   if (callee.body == 0)
-    return CompileBuiltInCall(function, at, wantsResult);
-  return CompileProgramCall(callee, static_cast<CONXScriptProgramFunc&>(function), at, wantsResult);
+    return CompileBuiltInCall(function, at, wanted);
+  return CompileProgramCall(callee, static_cast<CONXScriptProgramFunc&>(function), at, wanted);
 }
 
 // A reference to a variable (true) or a function.
@@ -88,7 +88,7 @@ bool Compiler::CompileReference(const Node& node, std::uint32_t slot) {
 }
 
 CodeOperand Compiler::CompileProgramCall(const Declaration& callee, CONXScriptProgramFunc& function, NodeIndex at,
-                                         bool wantsResult) {
+                                         Wanted wanted) {
   const std::uint32_t call = BeginCall();
   const std::uint32_t first = call + kFirstArgument;
   bool hasReferences = false;
@@ -97,7 +97,7 @@ CodeOperand Compiler::CompileProgramCall(const Declaration& callee, CONXScriptPr
     const ScriptParameter parameter = isDeclared ? function.GetParameter(slot - first) : ScriptParameter{};
     if (parameter.isFunction)
       return Fail(kTypeError, place);
-    Receive(CompileChain(chain), {slot, parameter.type, !isDeclared});
+    Receive(CompileChain(chain), {.slot = slot, .type = parameter.type, .isTagged = !isDeclared});
   };
   const auto reference = [&](std::uint32_t slot, const Node& node) {
     const Declaration& named = Resolve(node.value);
@@ -112,16 +112,17 @@ CodeOperand Compiler::CompileProgramCall(const Declaration& callee, CONXScriptPr
   const std::uint32_t place = ClosingPlace(m_program, at);
   if (count != function.GetParameterCount()) {
     Fail(kWrongParameterCount, place);
-    return EndCall(call, DataType::kNone, wantsResult);
+    return EndCall(call, DataType::kNone, wanted);
   }
   Instruction instruction;
   instruction.op = Op::kCall;
-  instruction.n = static_cast<std::uint16_t>((wantsResult ? kWantsResult : 0) | (hasReferences ? kHasReferences : 0));
+  instruction.n =
+      static_cast<std::uint16_t>((wanted == Wanted::kResult ? kWantsResult : 0) | (hasReferences ? kHasReferences : 0));
   instruction.a = call;
   instruction.b = callee.function == 0 ? 0 : HopsTo(callee.function) + 1;
   instruction.function = &function;
   Emit(instruction, place);
-  return EndCall(call, DataType::kNone, wantsResult);
+  return EndCall(call, DataType::kNone, wanted);
 }
 
 // A built-in without effects whose arguments have the types that it wants needs neither a frame nor checks. Otherwise
@@ -162,40 +163,40 @@ bool Compiler::CompilePureCall(const CONXScriptFunc& function, NodeIndex at, Pre
   for (std::size_t i = 0; i < count; ++i)
     if (prepared->operands[i].IsText() && prepared->operands[i].isOwned)
       Emit(Op::kRelease, slots[i]);
-  *result = EndCall(slot, function.GetResultType(), true);
+  *result = EndCall(slot, function.GetResultType(), Wanted::kResult);
   return true;
 }
 
-CodeOperand Compiler::CompileBuiltInCall(CONXScriptFunc& function, NodeIndex at, bool wantsResult) {
+CodeOperand Compiler::CompileBuiltInCall(CONXScriptFunc& function, NodeIndex at, Wanted wanted) {
   PreparedArguments prepared;
   CodeOperand computed;
   const bool isCall = NodeAt(at).kind == NodeKind::kCall;
-  if (isCall && wantsResult && function.IsPure() && CompilePureCall(function, at, &prepared, &computed))
+  if (isCall && wanted == Wanted::kResult && function.IsPure() && CompilePureCall(function, at, &prepared, &computed))
     return computed;
   const std::uint32_t call = BeginCall();
   const auto value = [&](std::uint32_t slot, NodeIndex chain, std::uint32_t) {
-    Receive(CompileChain(chain), {slot, DataType::kNone, true});
+    Receive(CompileChain(chain), {.slot = slot, .isTagged = true});
   };
   const auto reference = [&](std::uint32_t slot, const Node& node) { CompileReference(node, slot); };
   const std::uint32_t count = ForEachArgument(at, call, value, reference, prepared);
   Instruction instruction;
   instruction.op = Op::kCallBuiltIn;
-  instruction.n = wantsResult ? kWantsResult : 0;
+  instruction.n = wanted == Wanted::kResult ? kWantsResult : 0;
   instruction.a = call;
   instruction.b = count;
   instruction.callee = &function;
   Emit(instruction, ClosingPlace(m_program, at));
-  return EndCall(call, function.GetResultType(), wantsResult);
+  return EndCall(call, function.GetResultType(), wanted);
 }
 
 // Through a parameter: what is called, and so what the arguments are given to, is known when it runs.
-CodeOperand Compiler::CompileDynamicCall(const Declaration& callee, NodeIndex at, bool wantsResult) {
+CodeOperand Compiler::CompileDynamicCall(const Declaration& callee, NodeIndex at, Wanted wanted) {
   const std::uint32_t call = BeginCall();
   EmitFunction(callee, call);
   bool hasReferences = false;
   const auto value = [&](std::uint32_t slot, NodeIndex chain, std::uint32_t place) {
     Emit(Op::kCheckValue, slot, call, 0, 0, 0, place);
-    Receive(CompileChain(chain), {slot, DataType::kNone, true, call});
+    Receive(CompileChain(chain), {.slot = slot, .isTagged = true, .call = call});
   };
   const auto reference = [&](std::uint32_t slot, const Node& node) {
     hasReferences |= CompileReference(node, slot);
@@ -203,7 +204,7 @@ CodeOperand Compiler::CompileDynamicCall(const Declaration& callee, NodeIndex at
   };
   const std::uint32_t count = ForEachArgument(at, call, value, reference, {});
   const auto flags =
-      static_cast<std::uint16_t>((wantsResult ? kWantsResult : 0) | (hasReferences ? kHasReferences : 0));
+      static_cast<std::uint16_t>((wanted == Wanted::kResult ? kWantsResult : 0) | (hasReferences ? kHasReferences : 0));
   Emit(Op::kCallDynamic, call, count, 0, flags, 0, ClosingPlace(m_program, at));
-  return EndCall(call, DataType::kNone, wantsResult);
+  return EndCall(call, DataType::kNone, wanted);
 }

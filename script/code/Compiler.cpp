@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-Compiler::Compiler(ScriptProgram& program, CONXScriptProgramFunc& function, bool hasReferences, bool isWatched)
-    : m_program(program), m_function(function), m_isMain(&function == &program.Main()), m_hasReferences(hasReferences),
-      m_isWatched(isWatched), m_code(std::make_unique<Code>()), m_top(function.slotCount) {
+Compiler::Compiler(ScriptProgram& program, CONXScriptProgramFunc& function, const Options& options)
+    : m_program(program), m_function(function), m_isMain(&function == &program.Main()),
+      m_hasReferences(options.hasReferences), m_isWatched(options.isWatched), m_code(std::make_unique<Code>()),
+      m_top(function.slotCount) {
   m_code->frameSize = m_top;
   m_program.latestOfName.resize(m_program.names.Count(), kNoIndex);
 }

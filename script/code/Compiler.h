@@ -45,8 +45,11 @@ struct CodeReceiver {
 
 class Compiler {
 public:
-  // `hasReferences`: for calls with references among the arguments. `isWatched`: with instructions for a watcher.
-  Compiler(ScriptProgram& program, CONXScriptProgramFunc& function, bool hasReferences, bool isWatched);
+  struct Options {
+    bool hasReferences = false; // for calls with references among the arguments
+    bool isWatched = false;     // with instructions for a watcher
+  };
+  Compiler(ScriptProgram& program, CONXScriptProgramFunc& function, const Options& options);
 
   // Throws std::bad_alloc, also when the stack is too small for the nesting of the text.
   std::unique_ptr<Code> Compile();
@@ -64,6 +67,9 @@ private:
     bool returns = false;     // the function ends
     bool Falls() const { return !loop && !returns; }
   };
+
+  // What a call is for.
+  enum class Wanted : std::uint8_t { kEffects, kResult };
 
   // The first arguments of a call, evaluated already.
   struct PreparedArguments {
@@ -111,15 +117,15 @@ private:
   void FailWhereCut();
 
   // Calls (Calls.cpp).
-  CodeOperand CompileCall(const Declaration& callee, NodeIndex at, bool wantsResult);
+  CodeOperand CompileCall(const Declaration& callee, NodeIndex at, Wanted wanted);
   CodeOperand CompileProgramCall(const Declaration& callee, CONXScriptProgramFunc& function, NodeIndex at,
-                                 bool wantsResult);
-  CodeOperand CompileBuiltInCall(CONXScriptFunc& function, NodeIndex at, bool wantsResult);
+                                 Wanted wanted);
+  CodeOperand CompileBuiltInCall(CONXScriptFunc& function, NodeIndex at, Wanted wanted);
   bool CompilePureCall(const CONXScriptFunc& function, NodeIndex at, PreparedArguments* prepared, CodeOperand* result);
-  CodeOperand CompileDynamicCall(const Declaration& callee, NodeIndex at, bool wantsResult);
+  CodeOperand CompileDynamicCall(const Declaration& callee, NodeIndex at, Wanted wanted);
   bool CompileReference(const Node& node, std::uint32_t slot);
   std::uint32_t BeginCall();
-  CodeOperand EndCall(std::uint32_t call, DataType type, bool wantsResult);
+  CodeOperand EndCall(std::uint32_t call, DataType type, Wanted wanted);
   template <typename Value, typename Reference>
   std::uint32_t ForEachArgument(NodeIndex at, std::uint32_t call, Value&& value, Reference&& reference,
                                 const PreparedArguments& prepared);

@@ -27,7 +27,7 @@ PendingOperation Compiler::CompileChain(NodeIndex chain) {
   for (NodeIndex at = chain + 1;;) {
     const std::uint32_t top = m_top;
     if (NodeAt(at).kind == NodeKind::kUnary) {
-      elements.push_back({static_cast<Operator>(NodeAt(at).op), true, {}, top});
+      elements.push_back({.op = static_cast<Operator>(NodeAt(at).op), .isUnary = true, .left = {}, .top = top});
       ++at;
       continue;
     }
@@ -43,7 +43,7 @@ PendingOperation Compiler::CompileChain(NodeIndex chain) {
       value.slot = copy;
       value.isOwned = true;
     }
-    elements.push_back({static_cast<Operator>(NodeAt(at).op), false, value, top});
+    elements.push_back({.op = static_cast<Operator>(NodeAt(at).op), .isUnary = false, .left = value, .top = top});
     ++at;
   }
   if (m_cut != kNoPlace)
@@ -122,7 +122,7 @@ CodeOperand Compiler::CompileOperand(NodeIndex* at) {
     *at = node.end;
     const Declaration& callee = Resolve(node.value);
     if (!callee.IsVariable())
-      return CompileCall(callee, call, true);
+      return CompileCall(callee, call, Wanted::kResult);
     const CodeOperand variable = LoadVariable(callee); // which hides the function
     m_cut = m_program.scanner.StartBehind(node.place);
     return variable;
@@ -143,7 +143,7 @@ CodeOperand Compiler::CompileConversion(NodeIndex at) {
   const Node& node = NodeAt(at);
   if (const Declaration* hides = ResolveTypeName(node.value)) {
     if (!hides->IsVariable())
-      return CompileCall(*hides, at, true);
+      return CompileCall(*hides, at, Wanted::kResult);
     const CodeOperand variable = LoadVariable(*hides);
     m_cut = m_program.scanner.StartBehind(node.place);
     return variable;
@@ -211,7 +211,7 @@ void Compiler::CompileOperandEffects(NodeIndex* at) {
     if (hides && hides->IsVariable()) {
       m_cut = m_program.scanner.StartBehind(node.place);
     } else if (hides) {
-      CompileCall(*hides, first, false);
+      CompileCall(*hides, first, Wanted::kEffects);
     } else {
       CompileEffects(first + 1);
       FailWhereCut();
@@ -224,7 +224,7 @@ void Compiler::CompileOperandEffects(NodeIndex* at) {
     if (callee.IsVariable())
       m_cut = m_program.scanner.StartBehind(node.place);
     else
-      CompileCall(callee, first, false);
+      CompileCall(callee, first, Wanted::kEffects);
     break;
   }
   case NodeKind::kName:

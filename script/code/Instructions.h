@@ -45,10 +45,10 @@
   ARITHMETIC(And, l& r)                                                                                                \
   ARITHMETIC(Or, l | r)                                                                                                \
   ARITHMETIC(Xor, l ^ r)                                                                                               \
-  ARITHMETIC(ShiftLeft, Shift(true, {l, false}, r))                                                                    \
-  ARITHMETIC(ShiftLeftSigned, Shift(true, {l, true}, r))                                                               \
-  ARITHMETIC(ShiftRight, Shift(false, {l, false}, r))                                                                  \
-  ARITHMETIC(ShiftRightSigned, Shift(false, {l, true}, r))
+  ARITHMETIC(ShiftLeft, Shift(ShiftTo::kLeft, {l, false}, r))                                                          \
+  ARITHMETIC(ShiftLeftSigned, Shift(ShiftTo::kLeft, {l, true}, r))                                                     \
+  ARITHMETIC(ShiftRight, Shift(ShiftTo::kRight, {l, false}, r))                                                        \
+  ARITHMETIC(ShiftRightSigned, Shift(ShiftTo::kRight, {l, true}, r))
 
 // The same where r is not 0; 0 is division by zero. DIVISION(name, expression)
 #define SCRIPT_DIVISIONS(DIVISION)                                                                                     \

@@ -55,7 +55,7 @@ std::string ListCode(ScriptProgram& program) {
   std::string listing;
   for (CONXScriptProgramFunc& function : program.functions) {
     listing.append(program.names.SpellingOf(function.name)).append("\n");
-    const std::unique_ptr<Code> code = Compiler(program, function, false, false).Compile();
+    const std::unique_ptr<Code> code = Compiler(program, function, {}).Compile();
     for (std::size_t i = 0; i < code->instructions.size(); ++i)
       listing += "  " + Line(program, code->instructions[i], i, code->places[i]);
   }

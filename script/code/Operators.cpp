@@ -274,7 +274,7 @@ void Compiler::EmitNumeric(Operator op, DataType type, CodeOperand left, CodeOpe
     return EmitDivision(op, type, left, right, slot, place);
   if (op == Operator::kShiftLeft || op == Operator::kShiftRight)
     return EmitShift(op, type, left, right, slot);
-  if (left.isConstant && !right.isConstant && (IsCommutative(op) || ComparisonOf(op, false) != Op::kCount)) {
+  if (left.isConstant && !right.isConstant && (IsCommutative(op) || IsComparison(op))) {
     op = Mirrored(op);
     std::swap(left, right);
   }
@@ -370,7 +370,7 @@ void Compiler::EmitJumpUnless(const PendingOperation& pending, std::vector<std::
     Operator op = pending.op;
     if (left.isConstant) {
       op = Mirrored(op);
-      if (ComparisonOf(op, false) != Op::kCount || op == Operator::kAnd)
+      if (IsComparison(op) || op == Operator::kAnd)
         std::swap(left, right);
     }
     const bool isSigned = IsSigned(left.type) || IsSigned(right.type);

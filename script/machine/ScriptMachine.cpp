@@ -45,7 +45,7 @@ ScriptMachine::~ScriptMachine() {
 const Code& ScriptMachine::CodeOf(CONXScriptProgramFunc& function, bool hasReferences) {
   const Code*& code = function.code[hasReferences ? 1 : 0];
   if (!code) {
-    m_code.push_back(Compiler(m_program, function, hasReferences, m_watcher != nullptr).Compile());
+    m_code.push_back(Compiler(m_program, function, {hasReferences, m_watcher != nullptr}).Compile());
     code = m_code.back().get();
   }
   return *code;
@@ -62,7 +62,7 @@ CONXScriptVariable* ScriptMachine::OuterFrame(CONXScriptVariable* base, std::uin
 ScriptError ScriptMachine::ExecuteMain() {
   if (m_context.StopEvent().IsAbandoned())
     return kProcessingAborted;
-  const Code& code = CodeOf(m_program.Main(), false);
+  const Code& code = CodeOf(m_program.Main());
   EnterMain(code.frameSize);
   return Dispatch(&code, m_main);
 }

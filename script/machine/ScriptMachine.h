@@ -43,7 +43,7 @@ private:
 
   static const Instruction* EndInstruction();
   ScriptError Dispatch(const Code* code, CONXScriptVariable* base);
-  const Code& CodeOf(CONXScriptProgramFunc& function, bool hasReferences);
+  const Code& CodeOf(CONXScriptProgramFunc& function, bool hasReferences = false);
   void EnterMain(std::size_t frameSize);
   CONXScriptVariable* NewFrame(CONXScriptVariable* base, std::size_t moved, std::size_t size);
   void LeavePiece(CONXScriptVariable* result);

@@ -50,7 +50,8 @@ using PureFunction = ScriptError (*)(CONXScriptVariable& result, const CONXScrip
 
 class CONXScriptFunc {
 public:
-  explicit CONXScriptFunc(bool isOfProgram = false) : m_isOfProgram(isOfProgram) {}
+  enum class Origin : std::uint8_t { kOutside, kProgram };
+  explicit CONXScriptFunc(Origin origin = Origin::kOutside) : m_origin(origin) {}
   virtual ~CONXScriptFunc() = default;
   CONXScriptFunc(const CONXScriptFunc&) = delete;
   CONXScriptFunc& operator=(const CONXScriptFunc&) = delete;
@@ -70,10 +71,10 @@ public:
   virtual ScriptError Execute(RunContext& context, ScriptArguments arguments, CONXScriptVariable* result) = 0;
 
   // Whether this is a CONXScriptProgramFunc.
-  bool IsOfProgram() const { return m_isOfProgram; }
+  bool IsOfProgram() const { return m_origin == Origin::kProgram; }
 
 private:
-  const bool m_isOfProgram;
+  const Origin m_origin;
   std::vector<ScriptParameter> m_parameters;
 };
 

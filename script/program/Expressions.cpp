@@ -72,11 +72,11 @@ ScriptError ProgramReader::ParseOperand(const Token& first, NodeIndex chain) {
 ScriptError ProgramReader::ParseName(const Token& name, NodeIndex chain) {
   const DeclarationIndex found = m_program.scopes.Find(name.value);
   if (found != kNoIndex && m_program.declarations[found].IsVariable()) {
-    Add({NodeKind::kName, 0, false, name.start, found});
+    Add({.kind = NodeKind::kName, .place = name.start, .value = found});
     return kScriptOk;
   }
   if (found != kNoIndex) {
-    const NodeIndex call = Add({NodeKind::kCall, 0, false, name.start, found});
+    const NodeIndex call = Add({.kind = NodeKind::kCall, .place = name.start, .value = found});
     const Declaration& declared = m_program.declarations[found];
     // A built-in changes no variable but through a reference.
     m_program.nodes[chain].hasCalls |= declared.kind == DeclarationKind::kFunctionParameter || declared.body != 0;
@@ -88,8 +88,8 @@ ScriptError ProgramReader::ParseName(const Token& name, NodeIndex chain) {
   const DataType type = TypeOfName(name.value);
   if (type == DataType::kNone)
     return kUnknownIdentifier;
-  const NodeIndex conversion =
-      Add({NodeKind::kConvert, static_cast<std::uint8_t>(type), false, name.start, name.value});
+  const NodeIndex conversion = Add(
+      {.kind = NodeKind::kConvert, .op = static_cast<std::uint8_t>(type), .place = name.start, .value = name.value});
   if (const ScriptError error = ExpectToken('('))
     return error;
   const NodeIndex inner = Next();
@@ -117,7 +117,7 @@ ScriptError ProgramReader::ParseArguments(NodeIndex chain) {
     if (!IsPunctuation(token, ')'))
       return kUnexpectedToken;
   }
-  Add({NodeKind::kArgumentsEnd, 0, false, token.start});
+  Add({.kind = NodeKind::kArgumentsEnd, .place = token.start});
   return kScriptOk;
 }
 
@@ -127,7 +127,7 @@ ScriptError ProgramReader::ParseArgument(NodeIndex chain) {
     return error;
   if (token.kind != TokenKind::kOperator || token.op != Operator::kAnd) {
     PutBack(token);
-    Add({NodeKind::kValueArgument, 0, false, token.start});
+    Add({.kind = NodeKind::kValueArgument, .place = token.start});
     const NodeIndex inner = Next();
     if (const ScriptError error = ParseExpression())
       return error;
@@ -139,7 +139,7 @@ ScriptError ProgramReader::ParseArgument(NodeIndex chain) {
   const DeclarationIndex found = m_program.scopes.Find(token.value);
   if (found == kNoIndex)
     return kUnknownIdentifier;
-  Add({NodeKind::kReference, 0, false, token.start, found});
+  Add({.kind = NodeKind::kReference, .place = token.start, .value = found});
   m_program.nodes[chain].hasCalls = true;
   return kScriptOk;
 }
@@ -147,23 +147,29 @@ ScriptError ProgramReader::ParseArgument(NodeIndex chain) {
 void ProgramReader::AddNumber(const Token& token) {
   const Literal& number = token.number;
   if (number.error != kScriptOk) {
-    Add({NodeKind::kMalformed, 0, false, token.start, number.error});
+    Add({.kind = NodeKind::kMalformed, .place = token.start, .value = number.error});
     return;
   }
   if (!Is64Bit(number.type)) {
-    Add({NodeKind::kNumber, static_cast<std::uint8_t>(number.type), false, token.start,
-         static_cast<std::uint32_t>(number.bits)});
+    Add({.kind = NodeKind::kNumber,
+         .op = static_cast<std::uint8_t>(number.type),
+         .place = token.start,
+         .value = static_cast<std::uint32_t>(number.bits)});
     return;
   }
   CONXScriptVariable& constant = m_program.constants.emplace_back(number.type);
   constant.bits = number.bits;
-  Add({NodeKind::kConstant, static_cast<std::uint8_t>(number.type), false, token.start,
-       static_cast<std::uint32_t>(m_program.constants.size() - 1)});
+  Add({.kind = NodeKind::kConstant,
+       .op = static_cast<std::uint8_t>(number.type),
+       .place = token.start,
+       .value = static_cast<std::uint32_t>(m_program.constants.size() - 1)});
 }
 
 void ProgramReader::AddText(const Token& token) {
   CONXScriptVariable& constant = m_program.constants.emplace_back(DataType::kString);
   constant.text = m_program.scanner.TextOf(token).Detach();
-  Add({NodeKind::kConstant, static_cast<std::uint8_t>(DataType::kString), false, token.start,
-       static_cast<std::uint32_t>(m_program.constants.size() - 1)});
+  Add({.kind = NodeKind::kConstant,
+       .op = static_cast<std::uint8_t>(DataType::kString),
+       .place = token.start,
+       .value = static_cast<std::uint32_t>(m_program.constants.size() - 1)});
 }

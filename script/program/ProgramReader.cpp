@@ -36,7 +36,7 @@ ScriptError ProgramReader::ExpectToken(char punctuation, ScriptError error) {
 
 ScriptError ProgramReader::ParseProgram() {
   CONXScriptProgramFunc& main = m_program.Main();
-  return ParseBody({main, main.body, true}, 0);
+  return ParseBody({.function = main, .block = main.body, .isFunction = true}, 0);
 }
 
 ScriptError ProgramReader::ParseBody(const Body& body, unsigned depth) {
@@ -142,7 +142,7 @@ ScriptError ProgramReader::ParseFunction(const Body& body, unsigned depth) {
   m_program.hidesFunctions |=
       TypeOfName(name.value) != DataType::kNone || (hides != kNoIndex && m_program.declarations[hides].body == 0);
   Declare(declared, body); // in front of its body, so that it can call itself
-  const NodeIndex node = Add({NodeKind::kFunction, 0, false, name.start, function.number});
+  const NodeIndex node = Add({.kind = NodeKind::kFunction, .place = name.start, .value = function.number});
   if (const ScriptError error = ExpectToken('('))
     return error;
   if (const ScriptError error = ParseParameters(function))
@@ -150,12 +150,13 @@ ScriptError ProgramReader::ParseFunction(const Body& body, unsigned depth) {
   if (const ScriptError error = ExpectToken('{'))
     return error;
   if (body.isFunction)
-    m_program.scopes.HideParameters(body.function.number, true);
-  if (const ScriptError error = ParseBody({function, function.body, true}, depth + 1))
+    m_program.scopes.HideParameters(body.function.number);
+  if (const ScriptError error =
+          ParseBody({.function = function, .block = function.body, .isFunction = true}, depth + 1))
     return error;
   m_program.scopes.Leave(function.body);
   if (body.isFunction)
-    m_program.scopes.HideParameters(body.function.number, false);
+    m_program.scopes.ShowParameters(body.function.number);
   m_program.nodes[node].end = Next();
   return ExpectToken('}');
 }
@@ -206,7 +207,7 @@ ScriptError ProgramReader::ParseIf(const Body& body, unsigned depth, const Token
   const auto number = static_cast<std::uint32_t>(m_program.ifStatements.size());
   CONXScriptIfStatement& statement = m_program.ifStatements.emplace_back();
   statement.number = ++m_program.bodyCount;
-  const NodeIndex node = Add({NodeKind::kIf, 0, false, word.start, number});
+  const NodeIndex node = Add({.kind = NodeKind::kIf, .place = word.start, .value = number});
   if (const ScriptError error = ParseCondition())
     return error;
   if (const ScriptError error = ExpectToken('{'))
@@ -243,13 +244,14 @@ ScriptError ProgramReader::ParseWhile(const Body& body, unsigned depth, const To
   const auto number = static_cast<std::uint32_t>(m_program.whileStatements.size());
   CONXScriptWhileStatement& statement = m_program.whileStatements.emplace_back();
   statement.number = ++m_program.bodyCount;
-  const NodeIndex node = Add({NodeKind::kWhile, 0, false, word.start, number});
+  const NodeIndex node = Add({.kind = NodeKind::kWhile, .place = word.start, .value = number});
   if (const ScriptError error = ParseCondition())
     return error;
   if (const ScriptError error = ExpectToken('{'))
     return error;
   statement.brace = m_program.place;
-  if (const ScriptError error = ParseBody({body.function, statement, false}, depth + 1))
+  if (const ScriptError error =
+          ParseBody({.function = body.function, .block = statement, .isFunction = false}, depth + 1))
     return error;
   m_program.scopes.Leave(statement);
   m_program.nodes[node].end = Next();
@@ -283,7 +285,7 @@ ScriptError ProgramReader::ParseSimpleStatement(const Body& body) {
     return kUnknownIdentifier;
   if (!m_program.declarations[found].IsVariable()) {
     PutBack(name);
-    Add({NodeKind::kEvaluate, 0, false, name.start});
+    Add({.kind = NodeKind::kEvaluate, .place = name.start});
     return ParseExpression();
   }
   if (const ScriptError error = GetToken(&next))
@@ -294,7 +296,7 @@ ScriptError ProgramReader::ParseSimpleStatement(const Body& body) {
 }
 
 ScriptError ProgramReader::ParseAssignment(NodeKind kind, const Token& name, Operator op, DeclarationIndex target) {
-  Add({kind, static_cast<std::uint8_t>(op), false, name.start, target});
+  Add({.kind = kind, .op = static_cast<std::uint8_t>(op), .place = name.start, .value = target});
   return ParseExpression();
 }
 

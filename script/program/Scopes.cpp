@@ -48,8 +48,8 @@ void Scopes::Leave(const CONXScriptBlock& block) {
   }
 }
 
-void Scopes::HideParameters(std::uint32_t function, bool hide) {
+void Scopes::HideParameters(std::uint32_t function) {
   if (function >= m_hidden.size())
     m_hidden.resize(function + std::size_t{1} + m_hidden.size() / 2);
-  m_hidden[function] = hide;
+  m_hidden[function] = true;
 }

@@ -17,8 +17,9 @@ public:
   // The same for one that is there from the start.
   void DeclareOutside(DeclarationIndex index);
   void Leave(const CONXScriptBlock& block);
-  // While the parameters of a function are hidden; `function` is its number.
-  void HideParameters(std::uint32_t function, bool hide);
+  // Of a function, by its number.
+  void HideParameters(std::uint32_t function);
+  void ShowParameters(std::uint32_t function) { m_hidden[function] = false; }
 
 private:
   DeclarationIndex& Latest(NameId name);

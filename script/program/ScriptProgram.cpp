@@ -2,7 +2,8 @@
 
 #include "script/program/ProgramReader.h"
 
-CONXScriptProgramFunc::CONXScriptProgramFunc(ScriptProgram& ofProgram) : CONXScriptFunc(true), program(ofProgram) {}
+CONXScriptProgramFunc::CONXScriptProgramFunc(ScriptProgram& ofProgram)
+    : CONXScriptFunc(Origin::kProgram), program(ofProgram) {}
 
 ScriptError CONXScriptProgramFunc::Execute(RunContext&, ScriptArguments arguments, CONXScriptVariable* result) {
   return program.executor->ExecuteFunction(*this, nullptr, arguments, result);

@@ -1,6 +1,7 @@
 #include "script/source/Names.h"
 
-#include <algorithm>
+#include "util/AsciiCase.h"
+
 #include <array>
 
 namespace {
@@ -9,20 +10,12 @@ constexpr std::array<const char*, kKnownNameCount> kKnownNames = {
     "var", "func", "if", "else", "while", "dword", "uint32", "string", "long", "int32", "uint64", "int64",
 };
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 // FNV-1a with a last stir, since the low bits choose the place.
 std::uint32_t HashOf(std::string_view spelling) {
   std::uint32_t hash = 2166136261U;
   for (const char c : spelling)
-    hash = (hash ^ static_cast<unsigned char>(Lower(c))) * 16777619U;
+    hash = (hash ^ static_cast<unsigned char>(AsciiLower(c))) * 16777619U;
   return hash ^ hash >> 15;
-}
-
-bool IsSameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
 } // namespace
@@ -59,7 +52,7 @@ NameId NameTable::Intern(std::string_view spelling) {
   std::size_t place = hash & mask;
   for (; m_places[place] != 0; place = (place + 1) & mask) {
     const NameId name = m_places[place] - 1;
-    if (m_hashes[name] == hash && IsSameName(m_spellings[name], spelling))
+    if (m_hashes[name] == hash && EqualsIgnoringCase(m_spellings[name], spelling))
       return name;
   }
   const auto name = static_cast<NameId>(m_spellings.size());

@@ -1,5 +1,6 @@
 #include "script/source/Scanner.h"
 
+#include "util/AsciiCase.h"
 #include "util/EscapedString.h"
 
 #include <algorithm>
@@ -132,7 +133,7 @@ SharedText Scanner::TextOf(const Token& token) const {
 }
 
 void Scanner::ScanNumber(Token* token) const {
-  const char prefix = static_cast<char>(CharAt(token->begin + 1) | 0x20);
+  const char prefix = AsciiLower(CharAt(token->begin + 1));
   if (CharAt(token->begin) != '0' || (prefix != 'x' && prefix != 'b')) {
     ScanDecimal(token);
     return;

@@ -1,6 +1,8 @@
 #include "script/value/Literals.h"
 
 #include "script/value/NumberRange.h"
+#include "util/AsciiCase.h"
+#include "util/HexDigit.h"
 
 #include <limits>
 
@@ -21,20 +23,16 @@ ScriptError SplitSuffix(std::string_view token, std::string_view* digits, Suffix
   if (letters.empty())
     return kSyntaxError;
   for (const char letter : letters) {
-    switch (letter) {
-    case 'U':
+    switch (AsciiLower(letter)) {
     case 'u':
       suffix->isUnsigned = true;
       break;
-    case 'S':
     case 's':
       suffix->isUnsigned = false;
       break;
-    case 'L':
     case 'l':
       suffix->width = 'L';
       break;
-    case 'H':
     case 'h':
       suffix->width = 'H';
       break;
@@ -45,16 +43,11 @@ ScriptError SplitSuffix(std::string_view token, std::string_view* digits, Suffix
   return kScriptOk;
 }
 
-unsigned DigitValue(char digit) {
-  if (digit >= '0' && digit <= '9')
-    return static_cast<unsigned>(digit - '0');
-  return static_cast<unsigned>((digit | 0x20) - 'a') + 10;
-}
-
+// `digits` are hexadecimal ones, below the base.
 std::uint64_t ReadDigits(std::string_view digits, unsigned base, std::uint64_t limit) {
   std::uint64_t value = 0;
   for (const char c : digits) {
-    const unsigned digit = DigitValue(c);
+    const unsigned digit = *HexDigitValue(c);
     if (value > (limit - digit) / base)
       return limit;
     value = value * base + digit;

@@ -88,6 +88,20 @@ std::string_view OperatorText(Operator op) {
   return kOperators[static_cast<std::size_t>(op)].text;
 }
 
+bool IsComparison(Operator op) {
+  switch (op) {
+  case Operator::kEqual:
+  case Operator::kNotEqual:
+  case Operator::kLess:
+  case Operator::kGreater:
+  case Operator::kLessOrEqual:
+  case Operator::kGreaterOrEqual:
+    return true;
+  default:
+    return false;
+  }
+}
+
 // Every beginning of an operator is an operator itself, so the longest one at the start of the text is meant.
 OperatorMatch MatchOperator(std::string_view text) {
   OperatorMatch match{Operator::kAssign, 0};
@@ -99,11 +113,12 @@ OperatorMatch MatchOperator(std::string_view text) {
   return match;
 }
 
-std::uint64_t Shift(bool left, Operand value, std::uint64_t count) {
+std::uint64_t Shift(ShiftTo direction, Operand value, std::uint64_t count) {
   const bool reversed = static_cast<std::int64_t>(count) < 0;
   if (reversed)
     count = 0 - count;
-  return left != reversed ? ShiftLeft(value.bits, count) : ShiftRight(value.bits, count, value.isSigned);
+  return (direction == ShiftTo::kLeft) != reversed ? ShiftLeft(value.bits, count)
+                                                   : ShiftRight(value.bits, count, value.isSigned);
 }
 
 Operator BinaryOfAssignment(Operator op) {
@@ -137,10 +152,10 @@ ScriptError ApplyBinary(Operator op, Operand left, Operand right, std::uint64_t*
     *result = left.bits ^ right.bits;
     break;
   case Operator::kShiftLeft:
-    *result = Shift(true, left, right.bits);
+    *result = Shift(ShiftTo::kLeft, left, right.bits);
     break;
   case Operator::kShiftRight:
-    *result = Shift(false, left, right.bits);
+    *result = Shift(ShiftTo::kRight, left, right.bits);
     break;
   case Operator::kEqual:
     *result = left.bits == right.bits;

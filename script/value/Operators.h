@@ -57,6 +57,7 @@ struct OperatorMatch {
 };
 OperatorMatch MatchOperator(std::string_view text);
 
+bool IsComparison(Operator op);
 // The binary operator inside a compound assignment ("+" of "+="). `op` is an assignment operator other than "=".
 Operator BinaryOfAssignment(Operator op);
 
@@ -66,8 +67,9 @@ struct Operand {
   bool isSigned;
 };
 
+enum class ShiftTo : std::uint8_t { kLeft, kRight };
 // The pattern shifted by a signed count: a negative one shifts the other way, 64 and more shift everything out.
-std::uint64_t Shift(bool left, Operand value, std::uint64_t count);
+std::uint64_t Shift(ShiftTo direction, Operand value, std::uint64_t count);
 // Comparisons give 1 or 0. A zero divisor gives kDivisionByZero and leaves `result` as it was.
 ScriptError ApplyBinary(Operator op, Operand left, Operand right, std::uint64_t* result);
 std::uint64_t ApplyUnary(Operator op, std::uint64_t operand);
