@@ -8,20 +8,17 @@
 
 namespace {
 
-// What keeps a script from being checked; null when it was read.
-const char* ReadScript(const std::string& file, std::string& text) {
+// A script's text, or what keeps it from being checked.
+tl::expected<std::string, std::string> ReadScript(const std::string& file) {
   const bool isInput = file == "-";
   if (!isInput && !host::IsRegularFile(file))
-    return "the file cannot be read: there is none, or it is no regular one (- reads standard input)";
-  switch (isInput ? host::ReadStandardInput(text) : host::ReadWholeFile(file, host::kLongestScript, text)) {
-  case host::ReadOutcome::kFailed:
-    return "the file cannot be read";
-  case host::ReadOutcome::kTooLarge:
-    return "the file is too long for a script: 4 GiB or more";
-  case host::ReadOutcome::kComplete:
-    break;
-  }
-  return nullptr;
+    return tl::unexpected<std::string>(
+        "the file cannot be read: there is none, or it is no regular one (- reads standard input)");
+  return (isInput ? host::ReadStandardInput() : host::ReadWholeFile(file, host::kLongestScript))
+      .map_error([](host::ReadFailure failure) -> std::string {
+        return failure == host::ReadFailure::kTooLarge ? "the file is too long for a script: 4 GiB or more"
+                                                       : "the file cannot be read";
+      });
 }
 
 // `found` is a ScriptProblem or an EncodingHint.
@@ -38,15 +35,15 @@ int CheckFiles(std::string_view program, const std::vector<std::string>& files, 
   bool unreadable = false;
   bool problems = false;
   for (const std::string& file : files) {
-    std::string text;
-    if (const char* const refusal = ReadScript(file, text)) {
-      host::PrintMessage(program, file + ": " + refusal);
+    const auto text = ReadScript(file);
+    if (!text) {
+      host::PrintMessage(program, file + ": " + text.error());
       unreadable = true;
       continue;
     }
-    if (const auto hint = FindEncodingHint(text))
+    if (const auto hint = FindEncodingHint(*text))
       output.Write(Line(file, "note", *hint));
-    for (const ScriptProblem& problem : CheckScript(text, names)) {
+    for (const ScriptProblem& problem : CheckScript(*text, names)) {
       output.Write(Line(file, "error", problem));
       problems = true;
     }

@@ -112,16 +112,10 @@ std::int32_t ChannelSource::TransmitFile(const char* localPath, std::uint8_t fil
     const std::string path = FromScriptPath(localPath);
     if (!IsRegularFile(path))
       return kLocalFileUnreadable;
-    std::string bytes;
-    switch (ReadWholeFile(path, files.LargestFile(), bytes)) {
-    case ReadOutcome::kFailed:
-      return kLocalFileUnreadable;
-    case ReadOutcome::kTooLarge:
-      return kDeviceFull;
-    case ReadOutcome::kComplete:
-      break;
-    }
-    return files.SendFile({bytes, fileId, fileType, fileMode}, {callback, context, steps});
+    const ReadResult bytes = ReadWholeFile(path, files.LargestFile());
+    if (!bytes)
+      return bytes.error() == ReadFailure::kTooLarge ? kDeviceFull : kLocalFileUnreadable;
+    return files.SendFile({*bytes, fileId, fileType, fileMode}, {callback, context, steps});
   });
 }
 

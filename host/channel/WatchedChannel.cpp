@@ -12,7 +12,7 @@ bool IsWatched(ChannelOperation operation) {
 
 } // namespace
 
-WatchedChannel::WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(bool)> usedAfterEnd)
+WatchedChannel::WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(Left)> usedAfterEnd)
     : ForwardingChannel(std::move(inner)), m_usedAfterEnd(std::move(usedAfterEnd)) {}
 
 void WatchedChannel::Around(ChannelCall& call) {
@@ -26,9 +26,9 @@ void WatchedChannel::Around(ChannelCall& call) {
     return;
   const bool sends = call.operation != ChannelOperation::kReceive;
   if (HasEnded())
-    m_usedAfterEnd(false);
+    m_usedAfterEnd(Left::kNothing);
   else if (sends && call.answer == kNotOpen)
-    m_usedAfterEnd(true);
+    m_usedAfterEnd(Left::kBytesToRead);
 }
 
 } // namespace host

@@ -12,14 +12,15 @@ namespace host {
 // reading; so a device that answers and hangs up has done what it was asked for.
 class WatchedChannel : public ForwardingChannel {
 public:
-  // `usedAfterEnd` is called at the end of each such operation, on the operation's thread, with whether there is still
-  // something to read. It throws nothing.
-  WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(bool)> usedAfterEnd);
+  enum class Left { kNothing, kBytesToRead };
+  // `usedAfterEnd` is called at the end of each such operation, on the operation's thread, with what is left to do. It
+  // throws nothing.
+  WatchedChannel(std::unique_ptr<Channel> inner, std::function<void(Left)> usedAfterEnd);
 
 private:
   void Around(ChannelCall& call) override;
 
-  const std::function<void(bool)> m_usedAfterEnd;
+  const std::function<void(Left)> m_usedAfterEnd;
   bool m_reading = false; // the last read has found something
 };
 

@@ -110,22 +110,20 @@ int ConcludeChannel(std::string_view program, const std::string& name, const Run
 tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program, const std::string& script) {
   if (script != "-")
     return std::nullopt;
-  std::string text;
-  switch (ReadStandardInput(text)) {
-  case ReadOutcome::kFailed:
-    PrintMessage(program, "standard input cannot be read");
-    return tl::unexpected<int>(kExitStream);
-  case ReadOutcome::kTooLarge:
+  ReadResult text = ReadStandardInput();
+  if (!text && text.error() == ReadFailure::kTooLarge) {
     PrintMessage(program, "standard input is too long for a script: 4 GiB or more");
     return tl::unexpected<int>(EONX_ERR_OUT_OF_MEMORY);
-  case ReadOutcome::kComplete:
-    break;
   }
-  if (text.find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
+  if (!text) {
+    PrintMessage(program, "standard input cannot be read");
+    return tl::unexpected<int>(kExitStream);
+  }
+  if (text->find('\0') != std::string::npos) { // the module's contract takes texts up to the first one
     PrintMessage(program, "standard input has a zero byte; a script with one must be run from a file");
     return tl::unexpected<int>(kExitStream);
   }
-  return text;
+  return std::move(*text);
 }
 
 // A channel that is open. Otherwise as above.
@@ -155,9 +153,9 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   StandardOutput output;
   TransferLine line(output, IsOutputTerminal());
   bool channelEnded = false;
-  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&](bool mayStillRead) {
+  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&](WatchedChannel::Left left) {
     channelEnded = true;
-    if (!arguments.keepGoing && !mayStillRead)
+    if (!arguments.keepGoing && left == WatchedChannel::Left::kNothing)
       processor.Stop();
   });
   const Connection connection(processor, channel);

@@ -72,8 +72,8 @@ int ExitCodeOf(std::string_view program, StandardOutput& output) {
   return kExitStream;
 }
 
-ReadOutcome ReadStandardInput(std::string& text) {
-  return ReadToEnd(stdin, kLongestScript, text);
+ReadResult ReadStandardInput() {
+  return ReadToEnd(stdin, kLongestScript);
 }
 
 void PrintMessage(std::string_view program, std::string_view text) {

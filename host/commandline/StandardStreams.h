@@ -59,7 +59,7 @@ int ExitCodeOf(std::string_view program, StandardOutput& output);
 inline constexpr std::uint64_t kLongestScript = 0xFFFFFFFF;
 
 // A script from standard input, until its end; no more than the longest.
-ReadOutcome ReadStandardInput(std::string& text);
+ReadResult ReadStandardInput();
 
 // "PROGRAM: TEXT" on a line of standard error.
 void PrintMessage(std::string_view program, std::string_view text);

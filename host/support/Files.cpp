@@ -34,22 +34,26 @@ bool WriteAndClose(OpenFile file, const std::string& bytes) {
 
 } // namespace
 
-ReadOutcome ReadToEnd(std::FILE* file, std::uint64_t limit, std::string& bytes) {
-  bytes.clear();
+ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit) {
+  std::string bytes;
   std::array<char, 65536> chunk;
   while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file)) {
     bytes.append(chunk.data(), count);
     if (bytes.size() > limit)
-      return ReadOutcome::kTooLarge;
+      return tl::unexpected(ReadFailure::kTooLarge);
   }
-  return std::ferror(file) != 0 ? ReadOutcome::kFailed : ReadOutcome::kComplete;
+  if (std::ferror(file) != 0)
+    return tl::unexpected(ReadFailure::kUnreadable);
+  return bytes;
 }
 
-ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes) {
+ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit) {
   if (!IsRegularFile(path))
-    return ReadOutcome::kFailed;
+    return tl::unexpected(ReadFailure::kUnreadable);
   const OpenFile file(std::fopen(SystemPath(path).c_str(), "rb"));
-  return file ? ReadToEnd(file.get(), limit, bytes) : ReadOutcome::kFailed;
+  if (!file)
+    return tl::unexpected(ReadFailure::kUnreadable);
+  return ReadToEnd(file.get(), limit);
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& bytes) {

@@ -4,19 +4,23 @@
 // between the names, and drive "Z:" for the root of the file system.
 #pragma once
 
+#include <tl/expected.hpp>
+
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace host {
 
-enum class ReadOutcome { kComplete, kTooLarge, kFailed };
+enum class ReadFailure { kUnreadable, kTooLarge };
+using ReadResult = tl::expected<std::string, ReadFailure>;
 
-// Reads until the end, but no more than `limit` bytes. `bytes` is only meaningful with kComplete.
-ReadOutcome ReadToEnd(std::FILE* file, std::uint64_t limit, std::string& bytes);
-// The same of a whole file; folders, devices and pipes, whose end may never come, fail.
-ReadOutcome ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& bytes);
+// Reads until the end; more than `limit` bytes are too large.
+ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit);
+// The same of a whole file; folders, devices and pipes, whose end may never come, count as unreadable.
+ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit);
 // Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure,
 // and so is whatever else lies there.
 bool WriteWholeFile(const std::string& path, const std::string& bytes);
@@ -39,7 +43,7 @@ bool ReplaceLocalFile(const std::string& from, const std::string& to);
 bool RemoveLocalFile(const std::string& path);
 // True when the folder is there afterwards. Folders above it must exist.
 bool MakeFolder(const std::string& path);
-// The names of everything in a folder, sorted; false when it cannot be listed.
-bool ListFolder(const std::string& path, std::vector<std::string>& names);
+// The names of everything in a folder, sorted; nothing when it cannot be listed.
+std::optional<std::vector<std::string>> ListFolder(const std::string& path);
 
 } // namespace host

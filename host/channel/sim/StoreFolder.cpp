@@ -37,24 +37,22 @@ std::optional<FileName> ParseName(const std::string& text) {
 } // namespace
 
 std::optional<StoreFolder> StoreFolder::Open(const std::string& path) {
-  std::vector<std::string> names;
-  if (!MakeFolder(path) || !ListFolder(path, names))
+  if (!MakeFolder(path) || !ListFolder(path))
     return std::nullopt;
   return StoreFolder(path);
 }
 
 std::vector<StoreFolder::Entry> StoreFolder::Load(std::uint64_t largest) const {
-  std::vector<std::string> names;
   std::vector<Entry> entries;
-  if (!ListFolder(m_path, names))
+  const auto names = ListFolder(m_path);
+  if (!names)
     return entries;
-  for (const std::string& text : names) { // sorted, so the ids ascend
+  for (const std::string& text : *names) { // sorted, so the ids ascend
     const auto name = ParseName(text);
     if (!name || (!entries.empty() && entries.back().id == name->id))
       continue;
-    Entry entry{name->id, name->type, {}};
-    if (ReadWholeFile(PathInFolder(m_path, text), largest, entry.bytes) == ReadOutcome::kComplete)
-      entries.push_back(std::move(entry));
+    if (ReadResult bytes = ReadWholeFile(PathInFolder(m_path, text), largest))
+      entries.push_back({name->id, name->type, std::move(*bytes)});
   }
   return entries;
 }
@@ -69,11 +67,11 @@ bool StoreFolder::Remove(std::uint8_t id) const {
 }
 
 bool StoreFolder::RemoveOthers(std::uint8_t id, const std::string& kept) const {
-  std::vector<std::string> names;
-  if (!ListFolder(m_path, names))
+  const auto names = ListFolder(m_path);
+  if (!names)
     return false;
   bool removed = true;
-  for (const std::string& text : names) {
+  for (const std::string& text : *names) {
     const auto name = ParseName(text);
     if (name && name->id == id && text != kept)
       removed = RemoveLocalFile(PathInFolder(m_path, text)) && removed;

@@ -75,20 +75,21 @@ bool MakeFolder(const std::string& path) {
   return mkdir(folder.c_str(), 0777) == 0 || (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
 }
 
-bool ListFolder(const std::string& path, std::vector<std::string>& names) {
+std::optional<std::vector<std::string>> ListFolder(const std::string& path) {
   struct Closer {
     void operator()(DIR* folder) const { closedir(folder); }
   };
   const std::unique_ptr<DIR, Closer> folder(opendir(SystemPath(path).c_str()));
   if (!folder)
-    return false;
-  names.clear();
+    return std::nullopt;
+  std::vector<std::string> names;
   errno = 0; // the only way to tell the end from an error
   while (const dirent* entry = readdir(folder.get()))
     names.emplace_back(entry->d_name);
-  const bool complete = errno == 0;
+  if (errno != 0)
+    return std::nullopt;
   std::sort(names.begin(), names.end());
-  return complete;
+  return names;
 }
 
 } // namespace host

@@ -55,22 +55,23 @@ bool MakeFolder(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool ListFolder(const std::string& path, std::vector<std::string>& names) {
+std::optional<std::vector<std::string>> ListFolder(const std::string& path) {
   struct Closer {
     void operator()(HANDLE search) const { FindClose(search); }
   };
   WIN32_FIND_DATAA found = {};
   const HANDLE first = FindFirstFileA(PathInFolder(path, "*").c_str(), &found);
   if (first == INVALID_HANDLE_VALUE)
-    return false;
+    return std::nullopt;
   const std::unique_ptr<void, Closer> search(first);
-  names.clear();
+  std::vector<std::string> names;
   do
     names.emplace_back(found.cFileName);
   while (FindNextFileA(search.get(), &found) != FALSE);
-  const bool complete = GetLastError() == ERROR_NO_MORE_FILES;
+  if (GetLastError() != ERROR_NO_MORE_FILES)
+    return std::nullopt;
   std::sort(names.begin(), names.end());
-  return complete;
+  return names;
 }
 
 } // namespace host
