@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::uint32_t kFlag = 1; // the channel's business
+constexpr std::uint32_t kTransferFlag = 1; // the contract's: always this
 constexpr std::uint32_t kSteps = 100;
 
 } // namespace
@@ -37,8 +37,8 @@ std::int32_t CCopyLoop::Run(CCopyReceiver& receiver) noexcept {
 }
 
 std::int32_t CCopyLoop::Send(const TFILEENTRY& file) {
-  return m_channel->TransmitFile(file.path.c_str(), file.fileId, file.fileType, file.fileMode, OnProgress, this, kFlag,
-                                 kSteps);
+  return m_channel->TransmitFile(file.path.c_str(), file.fileId, file.fileType, file.fileMode, OnProgress, this,
+                                 kTransferFlag, kSteps);
 }
 
 // Called by the channel.

@@ -15,7 +15,7 @@ EONX_ERR_ERRCODE_ NativeProcessor::ExecuteFile(const std::string& path, OndScrip
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {
-  return m_session.SetVariables(records.data(), records.size(), false);
+  return m_session.SetVariables(records.data(), records.size(), ExistingVariables::kForget);
 }
 
 std::uint64_t NativeProcessor::GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) {

@@ -10,8 +10,14 @@
 
 namespace {
 
-constexpr std::uint32_t kSteps = 40; // characters of the bar
-constexpr std::uint32_t kFlag = 1;   // the channel's own; always this
+constexpr std::uint32_t kSteps = 40;       // characters of the bar
+constexpr std::uint32_t kTransferFlag = 1; // the contract's: always this
+
+// A path as it is shown: what the script wrote with slashes stands behind a folder with backslashes.
+std::string WithBackslashes(std::string path) {
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return path;
+}
 
 // As it shows in the output, where a zero byte would end the line too early.
 std::string Shown(const std::string& text) {
@@ -71,7 +77,7 @@ ScriptError CONXTransmitFile::Perform(const SysCall& call) {
   Progress progress(Services().output, call.context.StopEvent(), name + " ");
   const std::int32_t code = Services().channel->TransmitFile(
       call.PathAt(0).c_str(), static_cast<std::uint8_t>(call.NumberAt(1)), static_cast<std::uint8_t>(call.NumberAt(2)),
-      static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep, &progress, kFlag, kSteps);
+      static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep, &progress, kTransferFlag, kSteps);
   Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(call, code) + " during TransmitFile (" + name + ")\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
@@ -85,7 +91,7 @@ ScriptError CONXTransmitFileFromString::Perform(const SysCall& call) {
   const std::int32_t code = Services().channel->TransmitFileFromMemory(
       data.data(), data.size(), static_cast<std::uint8_t>(call.NumberAt(1)),
       static_cast<std::uint8_t>(call.NumberAt(2)), static_cast<std::uint32_t>(call.NumberAt(3)), Progress::OnStep,
-      &progress, kFlag, kSteps);
+      &progress, kTransferFlag, kSteps);
   Write(code == 0 ? " -> OK\n" : "\n" + ChannelText(call, code) + " during TransmitFileFromString\n");
   return Finish(call, code, call.NumberAtOr(4, 0) != 0);
 }
@@ -98,7 +104,7 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
   const std::string fullPath = platform::FullPath(path).value_or(path);
   std::vector<TFILEENTRY> entries;
   if (!LoadJobFile(fullPath.c_str(), &entries)) {
-    Write("Could not load job file (" + Shown(path) + ")\n");
+    Write("Could not load job file (" + Shown(WithBackslashes(path)) + ")\n");
     return ignoreFailure ? call.SetNumber(kSystemFunctionFailed, DataType::kUint32) : kSystemFunctionFailed;
   }
   std::int32_t firstFailure = 0;
@@ -111,8 +117,9 @@ ScriptError CONXExecuteJobFile::Perform(const SysCall& call) {
     progress.Show();
     if (call.context.StopEvent().IsAbandoned()) // by the output function
       return kProcessingAborted;
-    const std::int32_t code = Services().channel->TransmitFile(
-        entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode, Progress::OnStep, &progress, kFlag, kSteps);
+    const std::int32_t code =
+        Services().channel->TransmitFile(entry.path.c_str(), entry.fileId, entry.fileType, entry.fileMode,
+                                         Progress::OnStep, &progress, kTransferFlag, kSteps);
     Write(code == 0 ? " -> OK\n"
                     : "\n-> " + ChannelText(call, code) + " during ExecuteJobFile (" +
                           Shown(std::string(call.TextAt(0))) + ")\n");

@@ -40,8 +40,8 @@ void WriteValue(const CONXScriptVariable& value, TONXSCRIPTVARIABLE* record) {
 
 } // namespace
 
-void ExternalVariables::Set(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
-  if (!keepExisting)
+void ExternalVariables::Set(const TONXSCRIPTVARIABLE* records, std::size_t count, ExistingVariables existing) {
+  if (existing == ExistingVariables::kForget)
     m_variables.clear();
   for (std::size_t i = 0; records && i < count; ++i) {
     const auto type = static_cast<DataType>(records[i].type);

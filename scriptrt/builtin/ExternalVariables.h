@@ -11,11 +11,14 @@
 #include <utility>
 #include <vector>
 
+// What becomes of the variables that are there when others are set.
+enum class ExistingVariables { kForget, kKeep };
+
 class ExternalVariables {
 public:
   // See ONX_CALL_SET_VARIABLES and ONX_CALL_GET_VARIABLES. Setting throws std::bad_alloc; the records taken before
   // stay.
-  void Set(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting);
+  void Set(const TONXSCRIPTVARIABLE* records, std::size_t count, ExistingVariables existing);
   // Returns how many matches were written; duplicates each count, the last one stands.
   std::uint64_t Get(TONXSCRIPTVARIABLE* records, std::size_t count) const;
 

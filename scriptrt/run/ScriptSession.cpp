@@ -1,7 +1,6 @@
 #include "scriptrt/run/ScriptSession.h"
 
 #include "platform/Platform.h"
-#include "scriptrt/builtin/ExternalVariables.h"
 #include "scriptrt/builtin/RunWithBuiltIns.h"
 #include "util/ScriptFile.h"
 
@@ -158,12 +157,13 @@ EONX_ERR_ERRCODE_ ScriptSession::ExecuteScriptFile(const char* path, OndScriptOu
   return WithoutExceptions([&] { return m_body->RunFile(*channel, path, {output, outputContext}); });
 }
 
-EONX_ERR_ERRCODE_ ScriptSession::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting) {
+EONX_ERR_ERRCODE_ ScriptSession::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
+                                              ExistingVariables existing) {
   const RunningMark mark(m_body->running); // a script that runs uses them
   if (!mark)
     return EONX_ERR_LOCKED;
   return WithoutExceptions([&] {
-    m_body->variables.Set(records, count, keepExisting);
+    m_body->variables.Set(records, count, existing);
     return EONX_ERR_NONE;
   });
 }

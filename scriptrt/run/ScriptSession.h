@@ -3,6 +3,7 @@
 #pragma once
 
 #include "frame/contract/OndDeviceClient.h"
+#include "scriptrt/builtin/ExternalVariables.h"
 
 #include <cstddef>
 #include <memory>
@@ -35,7 +36,7 @@ public:
   EONX_ERR_ERRCODE_ ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext);
 
   // Variables that every run sees, and that keep what the script left in them. See ONX_CALL_SET_VARIABLES.
-  EONX_ERR_ERRCODE_ SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, bool keepExisting);
+  EONX_ERR_ERRCODE_ SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, ExistingVariables existing);
   EONX_ERR_ERRCODE_ GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count, std::uint64_t* foundCount);
 
   // Forgets stop requests made before this moment. Called where a run is asked for, by whoever asks for it.

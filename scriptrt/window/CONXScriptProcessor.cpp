@@ -70,8 +70,10 @@ EONX_ERR_ERRCODE_ CONXScriptProcessor::ExecuteScriptFile(const char* path, OndSc
 EONX_ERR_ERRCODE_ CONXScriptProcessor::SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count,
                                                     std::int32_t keepExisting) {
   const CSharedSession::CVisit visit(m_session);
-  return NoThrow(EONX_ERR_OUT_OF_MEMORY,
-                 [&] { return visit->Session().SetVariables(records, count, keepExisting != 0); });
+  return NoThrow(EONX_ERR_OUT_OF_MEMORY, [&] {
+    return visit->Session().SetVariables(records, count,
+                                         keepExisting != 0 ? ExistingVariables::kKeep : ExistingVariables::kForget);
+  });
 }
 
 EONX_ERR_ERRCODE_ CONXScriptProcessor::GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count,

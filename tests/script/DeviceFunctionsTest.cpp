@@ -34,6 +34,12 @@ TEST_CASE("transmitfile: the line with the file's name fills in place") {
   CHECK(Joined(harness.Channel().Calls("TransmitFile")) == "TransmitFile  1 2 0 1 40");
 }
 
+TEST_CASE("a job file that cannot be loaded is shown with one kind of slash") {
+  ScriptHarness harness;
+  CHECK(harness.Run("executejobfile(\"sub/no.dcj\", 0, 1);", "C:\\jobs") ==
+        "Could not load job file (C:\\jobs\\sub\\no.dcj)\n");
+}
+
 TEST_CASE("device functions without an output function") {
   const TemporaryFolder folder;
   folder.Write("list.dcj", "a.bin\t1\t2\tnormal\n");

@@ -55,7 +55,7 @@ TEST_CASE("a run from within a run is refused and changes nothing") {
   const auto output = [](void* context, const char*) {
     auto& session = static_cast<ScriptHarness*>(context)->Session();
     CHECK(session.ExecuteScript("print(2);", nullptr, nullptr, nullptr) == EONX_ERR_LOCKED);
-    CHECK(session.SetVariables(nullptr, 0, false) == EONX_ERR_LOCKED);
+    CHECK(session.SetVariables(nullptr, 0, ExistingVariables::kForget) == EONX_ERR_LOCKED);
     session.StopScript();
     session.PrepareRun(); // must not forget the stop request of the run that goes on
   };

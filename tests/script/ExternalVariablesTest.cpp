@@ -36,7 +36,7 @@ TEST_CASE("variables of every type go in and come back") {
                                         Record("odd", 6, &kNumber),
                                         Record(nullptr, 0, &kNumber)};
   ScriptHarness harness;
-  REQUIRE(harness.Session().SetVariables(records, std::size(records), false) == EONX_ERR_NONE);
+  REQUIRE(harness.Session().SetVariables(records, std::size(records), ExistingVariables::kForget) == EONX_ERR_NONE);
   CHECK(harness.Run("print(d, i, u, s, strlen(empty)); s += \"!\"; D = 7;") == "2147483649-21474836470a\\0b0");
   CHECK(Got(harness, "d") == "1 7");
   CHECK(Got(harness, "i") == "3 18446744071562067969"); // widened by its type
@@ -50,8 +50,8 @@ TEST_CASE("variables stay until they are forgotten, and the later one of a name 
   const TONXSCRIPTVARIABLE first[] = {Record("a", ONX_TYPE_UINT32), Record("b", ONX_TYPE_UINT32)};
   const TONXSCRIPTVARIABLE second = Record("A", ONX_TYPE_UINT64, &kTwo);
   ScriptHarness harness;
-  harness.Session().SetVariables(first, 2, false);
-  harness.Session().SetVariables(&second, 1, true);
+  harness.Session().SetVariables(first, 2, ExistingVariables::kForget);
+  harness.Session().SetVariables(&second, 1, ExistingVariables::kKeep);
   CHECK(harness.Run("print(a, b);") == "20");
   TONXSCRIPTVARIABLE both[] = {Record("a"), Record("b")};
   std::uint64_t found = 0;
@@ -59,8 +59,8 @@ TEST_CASE("variables stay until they are forgotten, and the later one of a name 
   CHECK(found == 3); // each of the two called "a" is a match
   CHECK(both[0].value == 2);
   CHECK(harness.Session().GetVariables(nullptr, 2, nullptr) == EONX_ERR_NONE);
-  harness.Session().SetVariables(&second, 1, false);
+  harness.Session().SetVariables(&second, 1, ExistingVariables::kForget);
   CHECK(Got(harness, "b") == "none");
-  harness.Session().SetVariables(nullptr, 5, false);
+  harness.Session().SetVariables(nullptr, 5, ExistingVariables::kForget);
   CHECK(Got(harness, "a") == "none");
 }
