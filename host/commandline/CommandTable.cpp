@@ -1,6 +1,7 @@
 #include "host/commandline/CommandTable.h"
 
 #include "host/channel/factory/ChannelFactory.h"
+#include "host/commandline/Variables.h"
 
 #include <vector>
 
@@ -65,7 +66,7 @@ std::vector<OptionRow> MakeOptions() {
       {kWithChannel, "--fault", "OPERATION[:N]=CODE",
        "the N-th call (without N: every call) of a channel operation answers CODE", Occurrence::kRepeated},
       {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
-       "a variable for the script (dword, uint32, string, long, int32, uint64, int64)", Occurrence::kRepeated},
+       "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
       {kRun, "--keep-going", "", "do not stop the script when it uses a channel that is closed for good"},
       {kRun, "--get", "NAME", "print this variable of --set after the run", Occurrence::kRepeated},
   };

@@ -61,10 +61,7 @@ std::optional<std::uint32_t> FindType(std::string_view name) {
 }
 
 std::string UnknownType(std::string_view name) {
-  std::string text = "unknown type " + Quoted(name) + "; there are";
-  for (const TypeName& known : kTypes)
-    text.append(known.name == kTypes[0].name ? " " : ", ").append(known.name);
-  return text;
+  return "unknown type " + Quoted(name) + "; there are " + VariableTypes();
 }
 
 std::string OutOfRange(std::string_view text, const Range& range) {
@@ -129,6 +126,13 @@ std::string Escaped(std::string_view text) {
 }
 
 } // namespace
+
+std::string VariableTypes() {
+  std::string names;
+  for (const TypeName& known : kTypes)
+    names.append(names.empty() ? "" : ", ").append(known.name);
+  return names;
+}
 
 tl::expected<Variable, std::string> ParseVariable(const std::string& text) {
   const std::string_view all = text;

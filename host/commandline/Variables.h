@@ -17,6 +17,9 @@ struct Variable {
   std::string text;                     // of strings
 };
 
+// The names of the types, with commas.
+std::string VariableTypes();
+
 // Reads "NAME:TYPE=VALUE". Types are those of the language, in any case; numbers are decimal, hexadecimal (0x1F) or
 // binary (0b101), with a sign where the type has one. Otherwise says what is wrong.
 tl::expected<Variable, std::string> ParseVariable(const std::string& text);
