@@ -44,6 +44,16 @@ void ReleaseOwned(CONXScriptVariable& slot, unsigned isOwned) {
     slot.Release();
 }
 
+// A function, because no jump to a computed place may leave an object's scope.
+void JoinTexts(const Instruction& join, CONXScriptVariable* R) {
+  SharedText joined(join.n & kOwnsLeft ? R[join.b].text : ShareText(R[join.b].text));
+  if (join.n & kOwnsLeft)
+    R[join.b].type = DataType::kNone;
+  joined.Append(ViewOf(R[join.c].text));
+  ReleaseOwned(R[join.c], join.n & kOwnsRight);
+  SetTextSlot(R[join.a], joined.Detach());
+}
+
 } // namespace
 
 #if defined(__GNUC__)
@@ -290,12 +300,7 @@ ScriptError ScriptMachine::Dispatch(const Code* code, CONXScriptVariable* R) {
         NEXT;
       }
       CASE(Join) : {
-        SharedText joined(pc->n & kOwnsLeft ? R[pc->b].text : ShareText(R[pc->b].text));
-        if (pc->n & kOwnsLeft)
-          R[pc->b].type = DataType::kNone;
-        joined.Append(ViewOf(R[pc->c].text));
-        ReleaseOwned(R[pc->c], pc->n & kOwnsRight);
-        SetTextSlot(R[pc->a], joined.Detach());
+        JoinTexts(*pc, R);
         NEXT;
       }
       CASE(TextEqual) : {
@@ -523,7 +528,7 @@ ScriptError ScriptMachine::Dispatch(const Code* code, CONXScriptVariable* R) {
           function = pc->function;
           outer = pc->b == 0 ? m_main : OuterFrame(R, pc->b - 1);
         }
-      enter:
+      enter : {
         if (stop.IsAbandoned())
           FAIL(kProcessingAborted);
         const Code* const called = function->code[pc->n / kHasReferences];
@@ -543,6 +548,7 @@ ScriptError ScriptMachine::Dispatch(const Code* code, CONXScriptVariable* R) {
         code = &entered;
         pc = entered.instructions.data();
         DISPATCH;
+      }
 
         CASE(CallDynamic) : {
           const CONXScriptVariable& value = R[pc->a];

@@ -32,8 +32,8 @@ MEMORY = 6 << 30  # bytes that a program may ask for; some faults never stop ask
 FOLDERS = {
     "platform": (15, ["platform", "util", "script", "scripts", "host"]),
     "util": (25, ["util", "filemanager", "script", "scripts", "commandline"]),
-    "script": (30, ["script", "scripts", "language_page", "commandline"]),
-    "scriptrt": (25, ["builtins", "script", "scripts", "language_page", "questions", "commandline"]),
+    "script": (60, ["scripts", "script", "language_page", "commandline"]),
+    "scriptrt": (25, ["builtins", "scripts", "script", "language_page", "questions", "commandline"]),
     "host": (40, ["host", "commandline", "scripts", "streams", "channels"]),
     "filemanager": (12, ["filemanager"]),
     "terminal": (12, ["terminal"]),
@@ -94,12 +94,12 @@ def configure():
 class Test:
     """One of ctest's, with the time that it takes when all is well."""
 
-    def __init__(self, name, entry, targets):
+    def __init__(self, name, entry):
         self.name = name
         self.command = entry["command"]
         self.folder = next(item["value"] for item in entry["properties"] if item["name"] == "WORKING_DIRECTORY")
-        # A program of its own needs nothing else built.
-        self.targets = [f"test_{name}"] if f"test_{name}" in targets else []
+        # Nothing is built but the programs that it names.
+        self.targets = [word.removeprefix(f"{BUILD}/") for word in self.command if word.startswith(f"{BUILD}/bin/")]
         start = time.monotonic()
         code, output = run(self.command, 600, self.folder)
         if code != 0:
@@ -114,10 +114,8 @@ class Test:
 def load_tests(names):
     """Tests by name; "scripts" is "scripts.ondscript"."""
     listed = json.loads(subprocess.run(["ctest", "--show-only=json-v1"], cwd=BUILD, check=True, stdout=subprocess.PIPE).stdout)
-    targets = subprocess.run(["ninja", "-C", BUILD, "-t", "targets", "all"], check=True, stdout=subprocess.PIPE).stdout.decode()
-    targets = {line.split(":")[0] for line in targets.splitlines()}
     entries = {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
-    return {name: Test(name, entries[name], targets) for name in sorted(names)}
+    return {name: Test(name, entries[name]) for name in sorted(names)}
 
 
 def candidates(folder):
