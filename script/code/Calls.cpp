@@ -30,7 +30,6 @@ std::uint32_t Compiler::ForEachArgument(NodeIndex at, std::uint32_t call, Value&
     SetTop(slot);
     value(slot, chain, place);
     FailWhereCut();
-    SetTop(slot + 1);
   };
   if (NodeAt(at).kind == NodeKind::kConvert) {
     const Scanner& scanner = m_program.scanner;

@@ -39,7 +39,7 @@ struct PendingOperation {
 struct CodeReceiver {
   std::uint32_t slot;
   DataType type = DataType::kNone; // kNone: takes the value's type
-  bool isTagged = false;           // its tag must be right, also of a number
+  bool isTagged = false;           // of no type: its tag must be right, also of a number
   std::uint32_t call = 0;          // not 0: an argument of the function in that slot, which decides the type
 };
 

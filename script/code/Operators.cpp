@@ -159,10 +159,8 @@ void Compiler::Receive(const PendingOperation& pending, const CodeReceiver& rece
     ReceiveUnary(pending, receiver);
   else
     ReceiveBinary(pending, receiver);
-  if (receiver.isTagged && bothNumbers) {
-    const DataType type = receiver.type == DataType::kNone ? given : receiver.type;
-    Emit(Op::kTag, receiver.slot, 0, 0, static_cast<std::uint16_t>(type));
-  }
+  if (receiver.isTagged && bothNumbers)
+    Emit(Op::kTag, receiver.slot, 0, 0, static_cast<std::uint16_t>(given));
 }
 
 void Compiler::ReceiveValue(const PendingOperation& pending, const CodeReceiver& receiver) {
@@ -183,13 +181,10 @@ void Compiler::ReceiveValue(const PendingOperation& pending, const CodeReceiver&
     Emit(receiver.isTagged ? Op::kTaggedNumber : Op::kNumber, receiver.slot, 0, 0, receiver.isTagged ? tag : 0, bits);
     return;
   }
-  if (receiver.isTagged && type == value.type) {
-    Emit(Op::kTaggedMove, receiver.slot, value.slot, 0, tag);
-    return;
-  }
-  EmitNarrow(value.type, type, value.slot, receiver.slot);
   if (receiver.isTagged)
-    Emit(Op::kTag, receiver.slot, 0, 0, tag);
+    Emit(Op::kTaggedMove, receiver.slot, value.slot, 0, tag);
+  else
+    EmitNarrow(value.type, type, value.slot, receiver.slot);
 }
 
 void Compiler::ReceiveUnary(const PendingOperation& pending, const CodeReceiver& receiver) {
@@ -375,9 +370,8 @@ void Compiler::EmitJumpUnless(const PendingOperation& pending, std::vector<std::
     }
     const bool isSigned = IsSigned(left.type) || IsSigned(right.type);
     Op comparison = ComparisonOf(op, isSigned);
-    // Of 32-bit numbers of two kinds, `&` cuts off what 64 bits would have in common.
-    if (op == Operator::kAnd && (left.type == right.type || Is64Bit(left.type) || Is64Bit(right.type) ||
-                                 (right.isConstant && right.bits <= 0x7FFFFFFF)))
+    // What `&` cuts off is nothing: 32-bit numbers have no upper bit in common, or bit 31 too.
+    if (op == Operator::kAnd)
       comparison = Op::kCommonBits;
     if (comparison != Op::kCount && !left.isConstant) {
       jumps->push_back(
