@@ -12,15 +12,15 @@ ScriptError CheckConfirmed(const SysCall& call, std::size_t index) {
   return call.Has(index) && call.VariableAt(index).GetType() == DataType::kString ? kTypeError : kScriptOk;
 }
 
-ScriptError SetConfirmed(const SysCall& call, std::size_t index, bool confirmed) {
-  return call.Has(index) ? call.VariableAt(index).SetNumber(confirmed, DataType::kUint32) : kScriptOk;
+void SetConfirmed(const SysCall& call, std::size_t index, bool confirmed) {
+  if (call.Has(index))
+    static_cast<void>(call.VariableAt(index).SetNumber(confirmed, DataType::kUint32)); // what is no text takes it
 }
 
 // The value of the call is the answer, or what stands for none.
 ScriptError Conclude(const SysCall& call, std::size_t confirmedIndex, std::optional<std::uint64_t> answer,
                      std::uint64_t otherwise, DataType type) {
-  if (const ScriptError error = SetConfirmed(call, confirmedIndex, answer.has_value()))
-    return error;
+  SetConfirmed(call, confirmedIndex, answer.has_value());
   return call.SetNumber(answer.value_or(otherwise), type);
 }
 
@@ -77,8 +77,7 @@ ScriptError CONXUserInputStringDialog::Perform(const SysCall& call) {
   std::optional<std::string> answer;
   if (Services().prompter)
     answer = Services().prompter->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
-  if (const ScriptError error = SetConfirmed(call, kConfirmed, answer.has_value()))
-    return error;
+  SetConfirmed(call, kConfirmed, answer.has_value());
   return call.SetText(std::move(answer).value_or(byDefault));
 }
 
