@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import re
 import select
 import signal
 import socket
@@ -76,17 +77,39 @@ def check_console_events():
         expect_stopped(call, cause)
 
 
-def check_second_interrupt():
-    """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C, and by nothing else."""
+def held_up_call(last):
+    """A run that nobody takes the output of, and that output's end; `last` prints the text s, of 8 KiB, too often."""
     reading, writing = os.pipe()
     # Pieces of 8 KiB fill the pipe to the brim, so that the diagnostic finds no room either.
-    call = Call(["run", "-"], b'var string s; var dword n; s = "01234567"; while (n < 10) { s = s + s; n = n + 1; }'
-                b'while (1) { print(s); }', writing)
+    call = Call(["run", "-"], b'var string s; var dword n; s = "01234567"; while (n < 10) { s = s + s; n = n + 1; }' + last, writing)
     deadline = time.monotonic() + TIMEOUT
     while select.select([], [writing], [], 0)[1] and time.monotonic() < deadline:
         time.sleep(0.01)
     check("the pipe is full", not select.select([], [writing], [], 0)[1])
     os.close(writing)
+    return call, reading
+
+
+def check_interrupt_too_late():
+    """Where nothing asks any more whether to stop, the run goes on to its end, and tells so."""
+    call, reading = held_up_call(b"print(s, s, s, s, s, s, s, s, s, s, s, s, s, s, s, s);")
+    call.process.send_signal(signal.SIGINT)
+    taken = re.compile(r"^(?:SigPnd|ShdPnd):\t0+$", re.MULTILINE)
+    deadline = time.monotonic() + TIMEOUT
+    while len(taken.findall(pathlib.Path(f"/proc/{call.process.pid}/status").read_text())) < 2 and time.monotonic() < deadline:
+        time.sleep(0.01)
+    time.sleep(0.2)  # from taking the signal to noting it
+    while os.read(reading, 65536):
+        pass
+    os.close(reading)
+    code, _, messages = call.end()
+    check("an interrupt that comes too late", code == 0 and
+          messages == b"ondscript: -: not stopped by Ctrl+C: the script went on to its end\n", (code, messages))
+
+
+def check_second_interrupt():
+    """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C, and by nothing else."""
+    call, reading = held_up_call(b"while (1) { print(s); }")
     if name == "ondscript":
         for _ in range(2):  # service managers like to ask twice
             call.process.send_signal(signal.SIGTERM)
@@ -199,4 +222,4 @@ def check_bars():
 
 
 run_checks(check_output_and_stop, check_second_interrupt, check_lost_output, check_closed_streams, check_bars,
-           *([check_signals] if name == "ondscript" else [check_console_events]))
+           *([check_signals, check_interrupt_too_late] if name == "ondscript" else [check_console_events]))
