@@ -72,3 +72,16 @@ TEST_CASE("a link that leads nowhere yet, one that never ends, and a file that m
   CHECK(folder.Read("new") == "x");
   CHECK(folder.Names() == std::vector<std::string>{"link", "loop", "new"});
 }
+
+TEST_CASE("the longest current folder") {
+  const TemporaryFolder folder;
+  const auto before = std::filesystem::current_path();
+  for (const std::size_t tooMany : {0, 1}) {
+    const std::size_t used = std::string("Z:").size() + folder.SystemPath().string().size() + 1;
+    const auto path = folder.SystemPath() / std::string(platform::kMaxPath - used + tooMany, 'x');
+    std::filesystem::create_directory(path);
+    std::filesystem::current_path(path);
+    CHECK(platform::CurrentFolder().size() == (tooMany ? 0 : platform::kMaxPath));
+  }
+  std::filesystem::current_path(before);
+}
