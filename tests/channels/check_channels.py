@@ -10,6 +10,7 @@ import contextlib
 import os
 import pathlib
 import re
+import resource
 import shlex
 import shutil
 import subprocess
@@ -102,6 +103,12 @@ def check_tcp():
             check_echo(f"tcp:[::1]:{port}")
 
 
+def worked():
+    """Processor time in seconds of all programs that have ended."""
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return used.ru_utime + used.ru_stime
+
+
 def check_tcp_that_ends():
     refused = f"tcp:127.0.0.1:{peers.unused_port()}"
     check_closed(refused, "Connection refused", was_open="no")
@@ -109,7 +116,10 @@ def check_tcp_that_ends():
     check_closed("tcp:nosuchhost.invalid:1", ".+", was_open="no")
     with peers.Server(peers.talk_and_close) as server:
         # The device has long been held up, and has hung up, when the first byte is read.
+        before = worked()
         check_closed(f"tcp:127.0.0.1:{server.port}", "Connection closed by the device", server.answer, "yes", pause=3000)
+        time = worked() - before
+        check("a channel that nobody reads waits without working", launcher or time < 0.3, time)
         check("a device that nobody reads is held up", server.answer() < peers.TALK, server.answer())
     with peers.Server(peers.talk_and_reset) as server:
         told = probe(f"tcp:127.0.0.1:{server.port}", "echo", MEGABYTE)
