@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/auxv.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -40,6 +41,10 @@ bool IsFirstThread() {
   return syscall(SYS_gettid) == getpid();
 }
 
+std::uintptr_t CurrentFrame() {
+  return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+}
+
 // The first thread's stack grows as it is used, and the process dies when there is no address space left for that. So
 // it is grown at once, by a touch of its end; under a limit to a half of what is left at the most, the rest is for the
 // script.
@@ -47,16 +52,28 @@ Limits Claimed(Limits limits) {
   const std::uintptr_t space = FreeAddressSpace();
   if (space == UINTPTR_MAX)
     return limits;
-  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  const std::uintptr_t here = CurrentFrame();
   const std::uintptr_t lowest = here - std::min(here - limits.bottom, space / 2);
   limits.bottom = std::max(limits.bottom, lowest);
   *reinterpret_cast<volatile char*>(limits.bottom) = 0;
   return limits;
 }
 
-// Asks the system, which for a process's first thread means reading its memory map. No limits when that fails for lack
-// of memory.
+// Of the first thread, whose stack ends behind the program's name; the system leaves at least the largest room that is
+// used here free below. The C library would read the process's memory map, which takes as long as a short script.
+Limits FirstStackLimits() {
+  const auto page = static_cast<std::uintptr_t>(getpagesize());
+  const std::uintptr_t last = std::max<std::uintptr_t>(getauxval(AT_EXECFN), CurrentFrame());
+  const std::uintptr_t top = (last / page + 1) * page;
+  rlimit limit{};
+  getrlimit(RLIMIT_STACK, &limit);
+  return {top - std::min<std::uintptr_t>(limit.rlim_cur, kMostUsed), top};
+}
+
+// Asks the system. No limits when that fails for lack of memory.
 Limits AskStackLimits() {
+  if (IsFirstThread())
+    return Claimed(FirstStackLimits());
   pthread_attr_t attributes;
   if (pthread_getattr_np(pthread_self(), &attributes) != 0)
     return {};
@@ -68,8 +85,7 @@ Limits AskStackLimits() {
   pthread_attr_destroy(&attributes);
   const auto bottom = reinterpret_cast<std::uintptr_t>(address);
   const std::uintptr_t top = bottom + size;
-  const Limits limits{size > kMostUsed ? top - kMostUsed : bottom + guard, top};
-  return IsFirstThread() ? Claimed(limits) : limits;
+  return {size > kMostUsed ? top - kMostUsed : bottom + guard, top};
 }
 
 thread_local constinit Limits t_limits;
@@ -82,7 +98,7 @@ std::size_t FreeStack() {
     if (t_limits.top == 0)
       return 0;
   }
-  return FreeAboveReserve(t_limits.bottom, t_limits.top, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
+  return FreeAboveReserve(t_limits.bottom, t_limits.top, CurrentFrame());
 }
 
 } // namespace platform

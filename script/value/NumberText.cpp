@@ -1,7 +1,12 @@
 #include "script/value/NumberText.h"
 
+#include <charconv>
+
 std::string DecimalText(std::uint64_t bits, DataType type) {
-  return IsSigned(type) ? std::to_string(static_cast<std::int64_t>(bits)) : std::to_string(bits);
+  char digits[20];
+  char* const end = digits + sizeof digits;
+  return {digits, IsSigned(type) ? std::to_chars(digits, end, static_cast<std::int64_t>(bits)).ptr
+                                 : std::to_chars(digits, end, bits).ptr};
 }
 
 std::string HexadecimalText(std::uint64_t bits, DataType type) {

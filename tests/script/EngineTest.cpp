@@ -1,5 +1,6 @@
 // Runs as a whole: locks, stops, limits, hostile scripts.
 
+#include "script/RunScript.h"
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/RunOnStack.h"
 #include "tests/support/TemporaryFolder.h"
@@ -150,4 +151,23 @@ TEST_CASE("large and binary scripts") {
   for (int i = 255; i > 0; --i)
     all += static_cast<char>(i);
   CHECK(harness.Run(all) == "Unexpected token near line 1/column 1 (offset 0) during parsing\n");
+}
+
+TEST_CASE("a watcher sees statements and calls in their order") {
+  struct Notes final : ScriptWatcher {
+    void StatementBegins(std::uint32_t place) override { text += " " + std::to_string(place); }
+    void FunctionEntered(const CONXScriptProgramFunc& function) override {
+      text += " (" + std::to_string(function.number);
+    }
+    void FunctionLeft(const CONXScriptProgramFunc& function) override {
+      text += " " + std::to_string(function.number) + ")";
+    }
+    std::string text;
+  } notes;
+  RunContext context;
+  //                           0         1         2         3         4
+  //                           01234567890123456789012345678901234567890
+  const char* const script = "func f(var int32 n) { if (n) { f(n - 1); } } f(1);";
+  CHECK(RunScript({context, script, {}, {}, {}, {}, nullptr, nullptr, &notes}) == kScriptOk);
+  CHECK(notes.text == " 44 (1 21 30 (1 21 1) 1)");
 }
