@@ -5,12 +5,10 @@ void NativeProcessor::Connect(COndDeviceComm_0* channel) {
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::Execute(const std::string& text, OndScriptOutput output, void* context) {
-  m_session.PrepareRun();
   return m_session.ExecuteScript(text, nullptr, output, context);
 }
 
 EONX_ERR_ERRCODE_ NativeProcessor::ExecuteFile(const std::string& path, OndScriptOutput output, void* context) {
-  m_session.PrepareRun();
   return m_session.ExecuteScriptFile(path.c_str(), output, context);
 }
 

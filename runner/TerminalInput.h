@@ -3,6 +3,7 @@
 
 #include "host/support/Signal.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -10,12 +11,15 @@ class TerminalInput {
 public:
   // The next line without its end; nothing when there is none. On a terminal the key for the end of the input (Ctrl+D)
   // says so once, whatever was typed in front of it, and the next call reads on. At the end of a file or pipe every
-  // call says so. [one thread]
-  std::optional<std::string> ReadLine();
-  // From now on there are no lines any more; ends a call that waits. [any thread]
-  void Close();
+  // call says so. `interrupted` is called when the input has been interrupted, once in each call. [one thread]
+  std::optional<std::string> ReadLine(const std::function<void()>& interrupted);
+  // [any thread, also a signal handler]
+  void Interrupt() { m_interrupted.Raise(); }
+  // From now on there are no lines any more; ends a call that waits. [any thread, also a signal handler]
+  void Close() { m_closed.Raise(); }
 
 private:
+  host::Signal m_interrupted;
   host::Signal m_closed;
   std::string m_read; // behind the line that was returned last
 };

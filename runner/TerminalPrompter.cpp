@@ -28,15 +28,14 @@ std::string Prompt(const std::string& prompt, const char* otherwise, const std::
 } // namespace
 
 std::optional<std::string> TerminalPrompter::ReadAnswer(const std::string& prompt) {
-  {
-    const std::lock_guard guard(m_mutex);
-    m_openPrompt = prompt;
-    m_toldStopping = false;
-    std::cerr << prompt << std::flush;
-  }
-  std::optional<std::string> line = m_input.ReadLine();
-  const std::lock_guard guard(m_mutex);
-  m_openPrompt.clear();
+  std::cerr << prompt << std::flush;
+  std::optional<std::string> line = m_input.ReadLine([&prompt] {
+    // The terminal has thrown away what was typed so far.
+    std::cerr
+        << "\nThe script stops at its next loop round or wait behind this question; Ctrl+C again ends the program "
+           "at once\n"
+        << prompt << std::flush;
+  });
   if (!line)
     std::cerr << '\n';
   return line;
@@ -53,17 +52,6 @@ TerminalPrompter::AskUntil(const std::string& prompt,
     std::cerr << complaint << '\n';
   }
   return std::nullopt;
-}
-
-void TerminalPrompter::TellStopping() {
-  const std::lock_guard guard(m_mutex);
-  if (m_openPrompt.empty() || m_toldStopping)
-    return;
-  m_toldStopping = true;
-  // The terminal has thrown away what was typed so far.
-  std::cerr << "\nThe script stops at its next loop round or wait behind this question; Ctrl+C again ends the program "
-               "at once\n"
-            << m_openPrompt << std::flush;
 }
 
 void TerminalPrompter::ShowMessage(const std::string& caption, const std::string& text) {

@@ -6,7 +6,6 @@
 #include "scriptrt/question/Prompter.h"
 
 #include <functional>
-#include <mutex>
 
 class TerminalPrompter : public Prompter {
 public:
@@ -17,9 +16,10 @@ public:
   std::optional<std::size_t> AskItem(const std::string& caption, const std::string& prompt,
                                      const std::vector<std::string>& items, std::uint64_t initial) override;
 
-  // Tells whoever is being asked, once for each question, that the script has been asked to stop. [any thread]
-  void TellStopping();
-  // Nobody is there any more: questions, an open one too, are cancelled from now on. [any thread]
+  // The script has been asked to stop, which whoever is being asked is told, once for each question. [any thread, also
+  // a signal handler]
+  void TellStopping() { m_input.Interrupt(); }
+  // Nobody is there any more: questions, an open one too, are cancelled from now on. [as above]
   void Leave() { m_input.Close(); }
 
 private:
@@ -31,7 +31,4 @@ private:
                                 const std::function<std::optional<Value>(const std::string&, std::string&)>& read);
 
   TerminalInput m_input;
-  std::mutex m_mutex;          // guards what follows
-  std::string m_openPrompt;    // empty: nobody is being asked
-  bool m_toldStopping = false; // at the open prompt
 };

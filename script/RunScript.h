@@ -15,10 +15,16 @@
 struct ScriptOutput {
   void (*function)(void* context, const char* text) = nullptr;
   void* context = nullptr;
+  void (*show)(void* context) = nullptr; // null where nothing is held back
 
   void Write(const char* text) const {
     if (function)
       function(context, text);
+  }
+  // What was written is to be seen: before the script waits for somebody or something.
+  void Show() const {
+    if (show)
+      show(context);
   }
   explicit operator bool() const { return function != nullptr; }
 };

@@ -4,7 +4,6 @@
 #include "host/channel/WatchedChannel.h"
 #include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/ExitCodes.h"
-#include "host/commandline/InterruptWatcher.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/commandline/TransferLine.h"
 #include "host/support/Files.h"
@@ -37,9 +36,10 @@ struct OutputContext {
 
 void PrintOutput(void* context, const char* text) {
   auto& target = *static_cast<OutputContext*>(context);
-  target.aborted = std::string_view(text).starts_with("Processing aborted");
+  const std::string_view piece = text;
+  target.aborted = piece.starts_with("Processing aborted");
   try {
-    target.line.Write(text);
+    target.line.Write(piece);
   } catch (const std::bad_alloc&) {
     target.output.GiveUp();
   }
@@ -57,11 +57,12 @@ struct RunEnd {
 RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptProcessor& processor,
            StandardOutput& output, TransferLine& line) {
   OutputContext context{output, line, processor};
-  const InterruptWatcher watcher([&processor](const InterruptCause& cause) { processor.StopFor(cause); });
+  const Interrupt interrupt([&processor](const InterruptCause& cause) { processor.StopFor(cause); });
   const EONX_ERR_ERRCODE_ result = text ? processor.Execute(*text, PrintOutput, &context)
                                         : processor.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
   line.Flush();
-  return {result, watcher.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
+  output.Show(); // may wait for its reader
+  return {result, interrupt.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
 }
 
 void PrintValues(const std::vector<std::string>& names, ScriptProcessor& processor, StandardOutput& output) {
@@ -165,9 +166,9 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
     return result;
   }
 
-  processor.ShowBeforeAsking([&output] { output.Show(); });
+  processor.ShowBeforeWaiting([&output] { output.Show(); });
   const RunEnd end = Run(arguments, *text, processor, output, line);
-  const bool stoppedForOutput = !output.Show();
+  const bool stoppedForOutput = output.Failed();
   PrintValues(arguments.gets, processor, output);
   if (!stoppedForOutput)
     PrintRunEnd(program, arguments.script, end);

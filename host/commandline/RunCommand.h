@@ -23,13 +23,13 @@ public:
   virtual EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
   // Returns how many records were found.
   virtual std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) = 0;
-  // `show` puts on the screen what the script has printed; a processor that asks its user beside that output calls
-  // it before each question.
-  virtual void ShowBeforeAsking(std::function<void()> /*show*/) {}
+  // `show` puts on the screen what the script has printed; a processor that knows when the script asks or waits calls
+  // it before.
+  virtual void ShowBeforeWaiting(std::function<void()> /*show*/) {}
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
-  // The same when the process has been asked to end; called again and again until the run ends. A processor that asks
-  // its questions itself tells the user, or dismisses the questions when nobody may be there. [any thread]
+  // The same when the process has been asked to end. A processor that asks its questions itself tells the user, or
+  // dismisses the questions when nobody may be there. [where an Interrupt calls]
   virtual void StopFor(const InterruptCause&) { Stop(); }
 };
 

@@ -38,9 +38,9 @@ std::int32_t Watched(TransferLine& line, TransferProgressCallback callback, void
 } // namespace
 
 bool TransferLine::Write(std::string_view piece) {
-  if (m_mayRedraw)
-    return m_output.Write(piece);
   const bool isReturn = piece == "\r";
+  if (m_mayRedraw || (!isReturn && !m_reporting && m_kept.empty()))
+    return m_output.Write(piece);
   if (m_reporting) {
     if (isReturn)
       m_kept.clear();
@@ -74,6 +74,11 @@ void TransferLine::EndTransfer() {
   if (!m_kept.empty() && !m_output.AtLineStart())
     m_output.Write("\n");
   Flush();
+}
+
+void TransferWatch::Around(ChannelCall& call) {
+  m_line.Show();
+  call.Forward();
 }
 
 std::int32_t TransferWatch::TransmitFileFromMemory(const char* data, std::uint64_t length, std::uint8_t fileId,

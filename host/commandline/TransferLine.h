@@ -24,6 +24,8 @@ public:
   bool Write(std::string_view piece);
   // Writes what is kept back.
   void Flush();
+  // Puts on the screen what is written.
+  void Show() { m_output.Show(); }
 
   // Around a transfer; its line goes out at its end, on a line of its own.
   void BeginTransfer();
@@ -38,7 +40,8 @@ private:
   bool m_reporting = false;
 };
 
-// Tells a TransferLine, which must outlive it, of the transfers that a channel does. For one client.
+// Tells a TransferLine, which must outlive it, of the transfers that a channel does, and puts what is printed on the
+// screen before any operation: it may wait. For one client.
 class TransferWatch : public ForwardingChannel {
 public:
   TransferWatch(std::unique_ptr<Channel> inner, TransferLine& line)
@@ -52,6 +55,8 @@ public:
                             std::uint32_t steps) override;
 
 private:
+  void Around(ChannelCall& call) override;
+
   TransferLine& m_line;
 };
 

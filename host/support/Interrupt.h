@@ -1,8 +1,9 @@
-// What asks the whole process to end, as an event that a thread can wait for: Ctrl+C, the signals of a service manager
-// and of a terminal that goes away, a console that is closed. Bodies: win32/ and posix/.
+// What asks the whole process to end, turned into a stop request: Ctrl+C, the signals of a service manager and of a
+// terminal that goes away, a console that is closed. Bodies: win32/ and posix/.
 #pragma once
 
-#include <optional>
+#include <functional>
+#include <memory>
 
 namespace host {
 
@@ -12,21 +13,27 @@ struct InterruptCause {
 };
 
 // While one exists, the first of these is this object's. After it, the key that interrupts ends the process as usual;
-// the others are only taken note of, since they like to come twice. One object at a time.
+// the others are only taken note of, since they like to come twice. What is ignored when the object is made, as `nohup`
+// and shells without job control have it, stays ignored. One object at a time.
 //
 // Windows ends a process as soon as it has answered that its console is being closed. So it does not answer: its own
 // end does, or the system's patience, which is some seconds.
 class Interrupt {
 public:
-  Interrupt();
+  // `stop` is called when the first of them comes. Natively once, within a signal handler: it may only do what is
+  // allowed there. On Windows on a thread of this object's, again and again until the object ends: a request made in
+  // the instant before a run begins is forgotten by that run, one of the next ones is not.
+  explicit Interrupt(std::function<void(const InterruptCause&)> stop);
   ~Interrupt();
   Interrupt(const Interrupt&) = delete;
   Interrupt& operator=(const Interrupt&) = delete;
 
-  // Waits for the first of them, or for Cancel (nothing). [one thread]
-  std::optional<InterruptCause> Wait();
-  // Ends the wait. [any thread]
-  void Cancel();
+  // What has come; null when nothing has.
+  const char* Interrupted() const;
+
+private:
+  struct Body;
+  const std::unique_ptr<Body> m_body;
 };
 
 } // namespace host

@@ -1,8 +1,8 @@
 #include "host/windows/Program.h"
 
 #include "host/commandline/ExitCodes.h"
-#include "host/commandline/InterruptWatcher.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/support/Interrupt.h"
 #include "host/windows/MainWindow.h"
 #include "host/windows/OwnConsole.h"
 
@@ -31,7 +31,7 @@ int RunWindows(const char* program, const ChannelOptions& options) {
     PrintMessage(program, "no window can be shown here");
     return EONX_ERR_DIALOG;
   }
-  const InterruptWatcher watcher(
+  const Interrupt interrupt(
       [handle = window.Handle()](const InterruptCause&) { PostMessageA(handle, WM_CLOSE, 0, 0); });
   if (module)
     window.UseModule(*module);

@@ -3,26 +3,35 @@
 #include <array>
 #include <cerrno>
 #include <poll.h>
+#include <span>
 #include <unistd.h>
 #include <utility>
 
 namespace {
 
-// False when `closed` was raised.
-bool WaitForInput(const host::Signal& closed) {
-  std::array<pollfd, 2> waited{{{STDIN_FILENO, POLLIN, 0}, {static_cast<int>(closed.Native()), POLLIN, 0}}};
+pollfd Readable(std::intptr_t descriptor) {
+  return {static_cast<int>(descriptor), POLLIN, 0};
+}
+
+void WaitForAny(std::span<pollfd> waited) {
   while (poll(waited.data(), waited.size(), -1) < 0 && errno == EINTR) {
   }
-  return waited[1].revents == 0;
 }
 
 } // namespace
 
-std::optional<std::string> TerminalInput::ReadLine() {
+std::optional<std::string> TerminalInput::ReadLine(const std::function<void()>& interrupted) {
+  std::array<pollfd, 3> waited{Readable(m_closed.Native()), Readable(m_interrupted.Native()), Readable(STDIN_FILENO)};
   std::size_t end = 0;
   while ((end = m_read.find('\n')) == std::string::npos) {
-    if (!WaitForInput(m_closed))
+    WaitForAny(waited);
+    if (waited[0].revents != 0)
       return std::nullopt;
+    if (waited[1].revents != 0) {
+      waited[1] = Readable(-1);
+      interrupted();
+      continue;
+    }
     std::array<char, 4096> piece;
     const ssize_t count = read(STDIN_FILENO, piece.data(), piece.size());
     if (count > 0) {
@@ -39,8 +48,4 @@ std::optional<std::string> TerminalInput::ReadLine() {
   if (line.ends_with('\r'))
     line.pop_back();
   return line;
-}
-
-void TerminalInput::Close() {
-  m_closed.Raise();
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 ScriptError CONXDelayFunc::Perform(const SysCall& call) {
+  Services().output.Show();
   const bool stopped = call.context.StopEvent().Wait(static_cast<std::uint32_t>(call.NumberAt(0)));
   return stopped ? kProcessingAborted : kScriptOk;
 }

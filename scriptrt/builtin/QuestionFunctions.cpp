@@ -36,11 +36,17 @@ std::vector<std::string> SplitItems(const std::string& text) {
   return items;
 }
 
+// Null: nobody answers. What the script has printed is to be seen first.
+Prompter* WhoIsAsked(const RunServices& services) {
+  services.output.Show();
+  return services.prompter;
+}
+
 } // namespace
 
 ScriptError CONXMessageBoxDialog::Perform(const SysCall& call) {
-  if (Services().prompter)
-    Services().prompter->ShowMessage(std::string(call.TextAt(0)), std::string(call.TextAt(1)));
+  if (Prompter* const asked = WhoIsAsked(Services()))
+    asked->ShowMessage(std::string(call.TextAt(0)), std::string(call.TextAt(1)));
   return kScriptOk;
 }
 
@@ -64,8 +70,8 @@ ScriptError CONXUserInputNumDialog::Perform(const SysCall& call) {
                                           maximum};
 
   std::optional<std::uint64_t> answer;
-  if (Services().prompter)
-    answer = Services().prompter->AskNumber(question);
+  if (Prompter* const asked = WhoIsAsked(Services()))
+    answer = asked->AskNumber(question);
   return Conclude(call, kConfirmed, answer, byDefault, m_type);
 }
 
@@ -75,8 +81,8 @@ ScriptError CONXUserInputStringDialog::Perform(const SysCall& call) {
     return error;
   const std::string byDefault = std::string(call.TextAt(2));
   std::optional<std::string> answer;
-  if (Services().prompter)
-    answer = Services().prompter->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
+  if (Prompter* const asked = WhoIsAsked(Services()))
+    answer = asked->AskText(std::string(call.TextAt(0)), std::string(call.TextAt(1)), byDefault);
   SetConfirmed(call, kConfirmed, answer.has_value());
   return call.SetText(std::move(answer).value_or(byDefault));
 }
@@ -86,8 +92,8 @@ ScriptError CONXUserListInputDialog::Perform(const SysCall& call) {
   if (const ScriptError error = CheckConfirmed(call, kConfirmed))
     return error;
   std::optional<std::uint64_t> answer;
-  if (Services().prompter)
-    answer = Services().prompter->AskItem(std::string(call.TextAt(0)), std::string(call.TextAt(1)),
-                                          SplitItems(std::string(call.TextAt(2))), call.NumberAt(3));
+  if (Prompter* const asked = WhoIsAsked(Services()))
+    answer = asked->AskItem(std::string(call.TextAt(0)), std::string(call.TextAt(1)),
+                            SplitItems(std::string(call.TextAt(2))), call.NumberAt(3));
   return Conclude(call, kConfirmed, answer, ~std::uint64_t{0}, DataType::kInt32);
 }

@@ -49,6 +49,7 @@ private:
 // A run's output until it is severed.
 struct OutputGate {
   const std::atomic<bool>& severed;
+  const std::function<void()>& show;
   const ScriptOutput output;
 
   static void Write(void* gate, const char* text) {
@@ -56,7 +57,8 @@ struct OutputGate {
     if (!self.severed)
       self.output.Write(text);
   }
-  ScriptOutput Output() { return output ? ScriptOutput{Write, this} : ScriptOutput{}; }
+  static void Show(void* gate) { static_cast<const OutputGate*>(gate)->show(); }
+  ScriptOutput Output() { return output ? ScriptOutput{Write, this, show ? Show : nullptr} : ScriptOutput{}; }
 };
 
 } // namespace
@@ -73,6 +75,7 @@ struct ScriptSession::Body {
   std::atomic<bool> running{false};
   std::atomic<bool> severed{false};
   Prompter* prompter = nullptr;
+  std::function<void()> showBeforeWaiting;
   ExternalVariables variables;
   RunContext context;
 };
@@ -84,7 +87,7 @@ EONX_ERR_ERRCODE_ ScriptSession::Body::Run(COndDeviceComm_0& usedChannel, std::s
   const ChannelLock lock(usedChannel, lockOwner);
   if (!lock)
     return EONX_ERR_LOCKED;
-  OutputGate gate{severed, anyOutput};
+  OutputGate gate{severed, showBeforeWaiting, anyOutput};
   const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter},
                                             {context, text, baseDirectory ? baseDirectory : "", &variables});
   return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
@@ -132,6 +135,9 @@ void ScriptSession::SetChannel(COndDeviceComm_0* channel) {
 }
 void ScriptSession::SetPrompter(Prompter* prompter) {
   m_body->prompter = prompter;
+}
+void ScriptSession::ShowBeforeWaiting(std::function<void()> show) {
+  m_body->showBeforeWaiting = std::move(show);
 }
 
 EONX_ERR_ERRCODE_ ScriptSession::ExecuteScript(std::string_view text, const char* baseDirectory, OndScriptOutput output,

@@ -6,6 +6,7 @@
 #include "scriptrt/builtin/ExternalVariables.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,7 +26,9 @@ public:
   // thread]
   void SetChannel(COndDeviceComm_0* channel);
   // Who answers a script's questions (null: nobody, they count as cancelled). Stays the caller's.
-  void SetPrompter(Prompter* prompter);
+  void SetPrompter(Prompter* op);
+  // `show` is called before a script asks or waits, for an output function that holds back what it is given.
+  void ShowBeforeWaiting(std::function<void()> show);
 
   // Runs a script text with the channel locked. A zero byte must follow the text. `baseDirectory` null or empty: the
   // process's current directory. `output` may be null. Returns EONX_ERR_NONE, _NO_CHANNEL, _LOCKED, _OUT_OF_MEMORY or
@@ -41,7 +44,7 @@ public:
 
   // Forgets stop requests made before this moment. Called where a run is asked for, by whoever asks for it.
   void PrepareRun();
-  // Asks the running script to end: loops and whatever waits look at this. [any thread, a signal-safe moment excepted]
+  // Asks the running script to end: loops and whatever waits look at this. [any thread; natively also a signal handler]
   void StopScript();
   // The same for a run that nobody wants any more: parsing, every call and every built-in function look at this
   // too. [any thread]

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """A command line among other programs: output as it comes, readers that go away, closed streams, and whatever asks a run to end."""
 
+import fcntl
 import os
 import pathlib
 import re
@@ -59,12 +60,46 @@ def check_signals():
         call = transfer_call()
         call.process.send_signal(number)
         expect_stopped(call, "Ctrl+C" if number == signal.SIGINT else number.name)
-    # As nohup starts it: the terminal that goes away is none of its business.
-    call = transfer_call(lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
-    call.process.send_signal(signal.SIGHUP)
-    time.sleep(0.1)  # a stop by this one would be told first
+    # As nohup starts it, or a shell in the background: what goes on at the terminal is none of its business.
+    terminal = (signal.SIGINT, signal.SIGHUP)
+    call = transfer_call(lambda: [signal.signal(number, signal.SIG_IGN) for number in terminal])
+    for number in terminal:
+        call.process.send_signal(number)
+    time.sleep(0.1)  # a stop by one of these would be told first
     call.process.send_signal(signal.SIGTERM)
     expect_stopped(call, "SIGTERM")
+
+
+def check_signal_at_the_end():
+    """A run whose last output waits for its reader has not ended yet."""
+    reading, writing = os.pipe()
+    room = fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
+    os.write(writing, b"-" * (room - 1))
+    call = Call(["run", "-"], b'print("1"); print("2"); writestringtofile("printed", "x");', writing)
+    os.close(writing)
+    wait_for_file("printed")
+    call.process.send_signal(signal.SIGTERM)
+    time.sleep(0.1)  # the end of the process by this one would come first
+    output = os.read(reading, room) + os.read(reading, room)
+    code, _, messages = call.end()
+    os.close(reading)
+    check("SIGTERM while the last output waits", code == 0 and output.endswith(b"-12") and b"not stopped by SIGTERM" in messages,
+          f"  exit code {code}, output {output[-10:]}, messages {messages}")
+
+
+def check_shown_before_waiting():
+    """What is printed is out before the script uses its channel, and where the engine tells, before it waits or asks."""
+    steps = ['transmitstring("x");'] + (['delay(0);', 'messagebox("Ready", "Go on");'] if name == "ondscript" else [])
+    pathlib.Path("waits.dcs").write_text("var int32 i; while (i < 20) {" + "".join(f'print("(", ")"); {step}' for step in steps) + "i += 1; }")
+    reading, writing = os.pipe2(os.O_DIRECT)  # reading takes what one write wrote
+    call = Call(["run", "waits.dcs"], stdout=writing)
+    os.close(writing)
+    pieces = []
+    while piece := os.read(reading, 65536):
+        pieces.append(piece)
+    os.close(reading)
+    check("everything shows before the script waits", call.end()[0] == 0 and b"".join(pieces) == b"()" * 20 * len(steps) and
+          not any(b")(" in piece for piece in pieces), pieces)
 
 
 def check_console_events():
@@ -222,4 +257,5 @@ def check_bars():
 
 
 run_checks(check_output_and_stop, check_second_interrupt, check_lost_output, check_closed_streams, check_bars,
-           *([check_signals, check_interrupt_too_late] if name == "ondscript" else [check_console_events]))
+           check_shown_before_waiting, *([check_signals, check_interrupt_too_late, check_signal_at_the_end] if name == "ondscript"
+                                         else [check_console_events]))

@@ -1,11 +1,14 @@
 #include "host/support/Interrupt.h"
 
 #include <atomic>
+#include <thread>
+#include <utility>
 #include <windows.h>
 
 namespace host {
 namespace {
 
+constexpr DWORD kRepeatIntervalMs = 10;
 constexpr DWORD kNone = ~DWORD{0};
 std::atomic<bool> g_taken;          // an Interrupt exists
 std::atomic<DWORD> g_first = kNone; // the first event that came to it
@@ -44,29 +47,49 @@ BOOL WINAPI OnControl(DWORD control) {
   return TRUE;
 }
 
-} // namespace
-
 // The handler stays: the system holds a lock around a handler that does not return, and taking it away needs that lock.
-Interrupt::Interrupt() {
-  g_first = kNone;
-  ResetEvent(Event());
-  g_taken = true;
+void Install() {
   static const BOOL installed = SetConsoleCtrlHandler(OnControl, TRUE);
   static_cast<void>(installed);
 }
 
+} // namespace
+
+struct Interrupt::Body {
+  explicit Body(std::function<void(const InterruptCause&)> wanted) : stop(std::move(wanted)) {}
+
+  void Watch() const {
+    WaitForSingleObject(Event(), INFINITE);
+    while (g_first != kNone && !ending) {
+      stop(CauseOf(g_first));
+      WaitForSingleObject(Event(), kRepeatIntervalMs);
+    }
+  }
+
+  const std::function<void(const InterruptCause&)> stop;
+  std::atomic<bool> ending = false; // the event tells so
+  std::thread thread;
+};
+
+Interrupt::Interrupt(std::function<void(const InterruptCause&)> stop)
+    : m_body(std::make_unique<Body>(std::move(stop))) {
+  g_first = kNone;
+  ResetEvent(Event());
+  m_body->thread = std::thread([body = m_body.get()] { body->Watch(); });
+  g_taken = true;
+  Install();
+}
+
 Interrupt::~Interrupt() {
   g_taken = false;
-}
-
-std::optional<InterruptCause> Interrupt::Wait() {
-  WaitForSingleObject(Event(), INFINITE);
-  const DWORD first = g_first;
-  return first != kNone ? std::optional(CauseOf(first)) : std::nullopt;
-}
-
-void Interrupt::Cancel() {
+  m_body->ending = true;
   SetEvent(Event());
+  m_body->thread.join();
+}
+
+const char* Interrupt::Interrupted() const {
+  const DWORD first = g_first;
+  return first != kNone ? CauseOf(first).name : nullptr;
 }
 
 } // namespace host
