@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <functional>
@@ -16,8 +17,29 @@ std::size_t BytesFor(std::size_t capacity) {
   return sizeof(TextBody) + capacity + 1;
 }
 
+// The short text that was freed last, for the next one: a loop over pieces of a text makes and frees one each round,
+// and the heap of Windows takes as long for that as all the rest of the round. Runs on several threads share it.
+class SpareBody {
+public:
+  ~SpareBody() { ::operator delete(Take()); }
+
+  // The caller's from now on; null when there is none.
+  TextBody* Take() { return m_body.load(std::memory_order_relaxed) ? m_body.exchange(nullptr) : nullptr; }
+  // False when there is one already.
+  bool Keep(TextBody* body) {
+    TextBody* none = nullptr;
+    return !m_body.load(std::memory_order_relaxed) && m_body.compare_exchange_strong(none, body);
+  }
+
+private:
+  std::atomic<TextBody*> m_body = nullptr;
+};
+constinit SpareBody g_spare;
+
 TextBody* Allocate(std::size_t size, std::size_t capacity) {
-  auto* body = static_cast<TextBody*>(::operator new(BytesFor(capacity)));
+  TextBody* body = capacity == kLeastCapacity ? g_spare.Take() : nullptr;
+  if (!body)
+    body = static_cast<TextBody*>(::operator new(BytesFor(capacity)));
   *body = {1, static_cast<std::uint32_t>(size), static_cast<std::uint32_t>(capacity)};
   body->Bytes()[size] = '\0';
   return body;
@@ -95,12 +117,16 @@ TextBody* AppendText(TextBody* body, std::string_view more) {
     if (own)
       more = {body->Bytes() + offset, more.size()};
   }
-  std::memmove(body->Bytes() + oldSize, more.data(), more.size());
+  if (more.size() == 1) // what most texts grow by
+    body->Bytes()[oldSize] = more[0];
+  else
+    std::memmove(body->Bytes() + oldSize, more.data(), more.size());
   body->size = static_cast<std::uint32_t>(size);
   body->Bytes()[size] = '\0';
   return body;
 }
 
 void FreeText(TextBody* body) {
-  ::operator delete(body);
+  if (body->capacity != kLeastCapacity || !g_spare.Keep(body))
+    ::operator delete(body);
 }
