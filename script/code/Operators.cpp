@@ -261,7 +261,8 @@ void Compiler::EmitUnary(Operator op, DataType type, const CodeOperand& operand,
   EmitNarrow(DataType::kInt64, type, slot, slot);
 }
 
-// `slot` := left op right, cut to `type`.
+// `slot` := left op right, cut to `type`. What no line here names would be taken for an exclusive or.
+static_assert(kOperatorCount == 29, "a new operator needs an instruction in EmitNumeric");
 void Compiler::EmitNumeric(Operator op, DataType type, CodeOperand left, CodeOperand right, std::uint32_t slot,
                            std::uint32_t place) {
   const bool isSigned = IsSigned(left.type) || IsSigned(right.type);

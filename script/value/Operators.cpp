@@ -11,7 +11,7 @@ struct OperatorEntry {
   unsigned flags;
 };
 
-constexpr std::array<OperatorEntry, 29> kOperators = {{
+constexpr std::array<OperatorEntry, kOperatorCount> kOperators = {{
     {"=", kAssignmentOperator},
     {"+=", kAssignmentOperator},
     {"-=", kAssignmentOperator},

@@ -45,6 +45,7 @@ enum class Operator : std::uint8_t {
   kLessOrEqual,
   kGreaterOrEqual,
 };
+inline constexpr std::size_t kOperatorCount = 29;
 
 // What an operator can be, as a set of the flags above.
 unsigned OperatorClass(Operator op);
