@@ -23,7 +23,7 @@ if(OND_FUZZERS)
   target_link_options(ond_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
 endif()
 
-# Headers that stand alone (CLI11, doctest, expected) come from Debian's packages; a cross build must not see the rest of
+# Headers that stand alone (CLI11, doctest, expected, RapidJSON) come from Debian's packages; a cross build must not see the rest of
 # /usr/include, so they are copied beside the build.
 function(ond_header_library target folder)
   if(NOT EXISTS /usr/include/${folder})
@@ -36,6 +36,7 @@ endfunction()
 ond_header_library(ond_cli11 CLI)
 ond_header_library(ond_doctest doctest)
 ond_header_library(ond_expected tl)
+ond_header_library(ond_rapidjson rapidjson)
 
 # Part of the module. Object libraries, so that everything a part exports reaches the DLL.
 function(ond_module_library name)

@@ -1,0 +1,331 @@
+#include "host/trace/TraceLine.h"
+
+#include "host/support/Text.h"
+
+#include <rapidjson/document.h>
+#include <rapidjson/error/en.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace host {
+namespace {
+
+using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
+constexpr std::size_t kLongestAscii = 4096; // bytes that are also shown as text
+
+// --- writing
+
+bool IsUtf8(std::string_view text) {
+  rapidjson::MemoryStream stream(text.data(), text.size());
+  while (stream.Tell() < text.size()) {
+    unsigned character = 0;
+    if (!rapidjson::UTF8<>::Decode(stream, &character))
+      return false;
+  }
+  return true;
+}
+
+std::string FromLatin1(std::string_view text) {
+  std::string utf8;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | byte >> 6);
+      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+void WriteKey(JsonWriter& json, std::string_view key) {
+  json.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+}
+
+void WriteText(JsonWriter& json, std::string_view key, std::string_view text) {
+  WriteKey(json, key);
+  const auto write = [&](std::string_view utf8) {
+    json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
+  };
+  if (IsUtf8(text))
+    write(text);
+  else
+    write(FromLatin1(text));
+}
+
+// Text between quotation marks that needs no look at each of its characters.
+void WritePlain(JsonWriter& json, std::string_view key, const std::string& quoted) {
+  WriteKey(json, key);
+  json.RawValue(quoted.data(), quoted.size(), rapidjson::kStringType);
+}
+
+void WriteBytes(JsonWriter& json, std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string quoted(bytes.size() * 2 + 2, '"');
+  auto place = quoted.begin() + 1;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    *place++ = kDigits[byte >> 4];
+    *place++ = kDigits[byte & 15];
+  }
+  WritePlain(json, "hex", quoted);
+  if (bytes.empty() || bytes.size() > kLongestAscii)
+    return;
+  quoted.assign(bytes.size() + 2, '"');
+  std::transform(bytes.begin(), bytes.end(), quoted.begin() + 1,
+                 [](char c) { return c < ' ' || c > '~' || c == '"' || c == '\\' ? '.' : c; });
+  WritePlain(json, "ascii", quoted);
+}
+
+template <class Write>
+void AppendObject(std::string& file, Write write) {
+  rapidjson::StringBuffer buffer;
+  JsonWriter json(buffer);
+  json.StartObject();
+  write(json);
+  json.EndObject();
+  file.append(buffer.GetString(), buffer.GetSize()).append(1, '\n');
+}
+
+void WriteCount(JsonWriter& json, std::string_view key, std::uint64_t number) {
+  WriteKey(json, key);
+  json.Uint64(number);
+}
+
+void WriteNumber(JsonWriter& json, std::string_view key, std::int64_t number) {
+  WriteKey(json, key);
+  json.Int64(number);
+}
+
+// --- reading
+
+// The members of a line's object. The first that is not as it should be is kept as the problem.
+class Members {
+public:
+  explicit Members(const rapidjson::Value& object) : m_object(object) {}
+
+  bool Has(std::string_view key) const { return Find(key) != nullptr; }
+
+  template <class Number>
+  Number NumberOf(std::string_view key) {
+    const rapidjson::Value* const value = Find(key);
+    if (value && value->Is<Number>())
+      return value->Get<Number>();
+    Refuse(key, std::is_signed_v<Number> ? "a whole number" : "a whole number that is not negative", value);
+    return {};
+  }
+
+  std::string TextOf(std::string_view key) {
+    const rapidjson::Value* const value = Find(key);
+    if (value && value->IsString())
+      return {value->GetString(), value->GetStringLength()};
+    Refuse(key, "a text", value);
+    return {};
+  }
+
+  std::string BytesOf(std::string_view key) {
+    const std::string digits = TextOf(key);
+    std::string bytes;
+    bytes.reserve(digits.size() / 2);
+    for (std::size_t i = 0; i < digits.size(); i += 2) {
+      unsigned char byte = 0;
+      if (!ParseNumber(std::string_view(digits).substr(i, 2), byte, 16) || i + 1 == digits.size()) {
+        Refuse(key, "pairs of hexadecimal digits", Find(key));
+        return {};
+      }
+      bytes += static_cast<char>(byte);
+    }
+    return bytes;
+  }
+
+  std::vector<std::uint32_t> NumbersOf(std::string_view key) {
+    const rapidjson::Value* const value = Find(key);
+    std::vector<std::uint32_t> numbers;
+    const bool isList = value && value->IsArray();
+    for (rapidjson::SizeType i = 0; isList && i < value->Size() && (*value)[i].IsUint(); ++i)
+      numbers.push_back((*value)[i].GetUint());
+    if (!isList || numbers.size() != value->Size())
+      Refuse(key, "a list of whole numbers", value);
+    return numbers;
+  }
+
+  void Refuse(std::string problem) {
+    if (m_problem.empty())
+      m_problem = std::move(problem);
+  }
+  const std::string& Problem() const { return m_problem; }
+
+private:
+  const rapidjson::Value* Find(std::string_view key) const {
+    const auto found = m_object.FindMember(rapidjson::Value(key.data(), static_cast<rapidjson::SizeType>(key.size())));
+    return found != m_object.MemberEnd() ? &found->value : nullptr;
+  }
+  void Refuse(std::string_view key, std::string_view wanted, const rapidjson::Value* value) {
+    Refuse(Quoted(key) + (value ? " is not " + std::string(wanted) : std::string(" is missing")));
+  }
+
+  const rapidjson::Value& m_object;
+  std::string m_problem;
+};
+
+tl::expected<std::int64_t, std::string> ParseTime(const std::string& text) {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, microsecond = 0, end = 0;
+  const int count = std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d.%6dZ%n", &year, &month, &day, &hour, &minute,
+                                &second, &microsecond, &end);
+  using namespace std::chrono;
+  const year_month_day date{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                            std::chrono::day(static_cast<unsigned>(day))};
+  if (count != 7 || static_cast<std::size_t>(end) != text.size() || !date.ok())
+    return tl::unexpected<std::string>("\"start\" is not a time as in 2026-01-31T12:00:00.000000Z");
+  const auto time = sys_days(date) + hours(hour) + minutes(minute) + seconds(second) + microseconds(microsecond);
+  return duration_cast<microseconds>(time.time_since_epoch()).count();
+}
+
+TraceHeader ReadHeader(Members& members) {
+  TraceHeader header;
+  if (members.TextOf("schema") != kTraceSchema)
+    members.Refuse("\"schema\" is not " + Quoted(kTraceSchema));
+  if (const auto version = members.NumberOf<std::uint64_t>("version"); version != kTraceVersion)
+    members.Refuse("version " + std::to_string(version) + " of the format, where this program knows version " +
+                   std::to_string(kTraceVersion));
+  const auto start = ParseTime(members.TextOf("start"));
+  if (!start)
+    members.Refuse(start.error());
+  header.start = start.value_or(0);
+  header.channel = members.TextOf("channel");
+  header.program = members.TextOf("program");
+  return header;
+}
+
+TraceCall ReadCall(Members& members) {
+  TraceCall call;
+  const std::string name = members.TextOf("op");
+  const auto known = std::find_if(kChannelOperations.begin(), kChannelOperations.end(),
+                                  [&](const ChannelOperationTraits& traits) { return traits.name == name; });
+  if (known == kChannelOperations.end()) {
+    members.Refuse("unknown operation " + Quoted(name));
+    return call;
+  }
+  call.operation = known->operation;
+  const TraceShape& shape = call.Shape();
+  call.start = members.NumberOf<std::uint64_t>("t");
+  call.duration = members.NumberOf<std::uint64_t>("us");
+  call.owner = members.NumberOf<std::uint64_t>("owner");
+  call.result = members.NumberOf<std::int64_t>("result");
+  for (std::size_t i = 0; i < shape.numbers.size() && !shape.numbers[i].empty(); ++i)
+    call.numbers[i] = members.NumberOf<std::int64_t>(shape.numbers[i]);
+  if (!shape.text.empty())
+    call.text = members.TextOf(shape.text);
+  if (shape.sends || shape.receives)
+    call.bytes = members.BytesOf("hex");
+  if (members.Has("progress"))
+    call.progress = members.NumbersOf("progress");
+  return call;
+}
+
+TraceEvent ReadEvent(Members& members, const rapidjson::Value& object) {
+  TraceEvent event;
+  event.name = members.TextOf("event");
+  event.start = members.NumberOf<std::uint64_t>("t");
+  for (const auto& member : object.GetObject()) {
+    const std::string name(member.name.GetString(), member.name.GetStringLength());
+    if (name != "event" && member.value.IsString())
+      event.fields.emplace_back(name, members.TextOf(name));
+  }
+  return event;
+}
+
+TraceLine ReadLine(Members& members, const rapidjson::Value& object) {
+  if (members.Has("schema"))
+    return ReadHeader(members);
+  if (members.Has("op"))
+    return ReadCall(members);
+  if (members.Has("event"))
+    return ReadEvent(members, object);
+  members.Refuse("neither a header (\"schema\"), nor a call (\"op\"), nor an event (\"event\")");
+  return {};
+}
+
+} // namespace
+
+void AppendTraceLine(std::string& file, const TraceHeader& header) {
+  AppendObject(file, [&](JsonWriter& json) {
+    WriteText(json, "schema", kTraceSchema);
+    WriteCount(json, "version", kTraceVersion);
+    WriteText(json, "start", TraceTimeText(header.start));
+    WriteText(json, "channel", header.channel);
+    WriteText(json, "program", header.program);
+  });
+}
+
+void AppendTraceLine(std::string& file, const TraceCall& call) {
+  AppendObject(file, [&](JsonWriter& json) {
+    const TraceShape& shape = call.Shape();
+    WriteCount(json, "t", call.start);
+    WriteKey(json, "op");
+    json.String(call.Name().data(), static_cast<rapidjson::SizeType>(call.Name().size()));
+    WriteCount(json, "owner", call.owner);
+    if (!shape.text.empty())
+      WriteText(json, shape.text, call.text);
+    for (std::size_t i = 0; i < shape.numbers.size() && !shape.numbers[i].empty(); ++i)
+      WriteNumber(json, shape.numbers[i], call.numbers[i]);
+    if (shape.sends || shape.receives)
+      WriteBytes(json, call.bytes);
+    if (!call.progress.empty()) {
+      WriteKey(json, "progress");
+      json.StartArray();
+      for (const std::uint32_t step : call.progress)
+        json.Uint(step);
+      json.EndArray();
+    }
+    WriteNumber(json, "result", call.result);
+    WriteCount(json, "us", call.duration);
+  });
+}
+
+void AppendTraceLine(std::string& file, const TraceEvent& event) {
+  AppendObject(file, [&](JsonWriter& json) {
+    WriteCount(json, "t", event.start);
+    WriteText(json, "event", event.name);
+    for (const auto& [name, text] : event.fields)
+      WriteText(json, name, text);
+  });
+}
+
+tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line) {
+  // No recursion: a line may nest as deep as it is long.
+  constexpr unsigned kFlags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
+  rapidjson::Document document;
+  document.Parse<kFlags>(line.data(), line.size());
+  if (document.HasParseError())
+    return tl::unexpected("column " + std::to_string(document.GetErrorOffset() + 1) + ": " +
+                          rapidjson::GetParseError_En(document.GetParseError()));
+  if (!document.IsObject())
+    return tl::unexpected<std::string>("not a JSON object");
+  Members members(document);
+  TraceLine read = ReadLine(members, document);
+  if (!members.Problem().empty())
+    return tl::unexpected(members.Problem());
+  return read;
+}
+
+std::string TraceTimeText(std::int64_t time) {
+  using namespace std::chrono;
+  const sys_time<microseconds> moment{microseconds(time)};
+  const auto day = floor<days>(moment);
+  const year_month_day date{day};
+  const hh_mm_ss clock{moment - day};
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d.%06dZ", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+  return text;
+}
+
+} // namespace host

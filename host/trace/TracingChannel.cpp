@@ -1,0 +1,138 @@
+#include "host/trace/TracingChannel.h"
+
+#include "host/channel/ChannelErrors.h"
+
+#include <algorithm>
+#include <new>
+
+namespace host {
+namespace {
+
+// Notes a transfer's reports on their way to whom they are for.
+struct ProgressNotes {
+  TransferProgressCallback callback;
+  void* context;
+  std::vector<std::uint32_t>& steps;
+
+  static std::int32_t Take(void* context, std::uint32_t stepsDone) {
+    const auto& notes = *static_cast<ProgressNotes*>(context);
+    try {
+      notes.steps.push_back(stepsDone);
+    } catch (const std::bad_alloc&) {
+      // The transfer matters more.
+    }
+    return notes.callback(notes.context, stepsDone);
+  }
+};
+
+void TakeGiven(const ChannelCall& call, TraceCall& record) {
+  const ChannelArguments& given = call.arguments;
+  switch (call.operation) {
+  case ChannelOperation::kGetInfoString:
+    record.numbers = {given.number, given.code};
+    break;
+  case ChannelOperation::kTransmitFile:
+    record.text = given.path ? given.path : "";
+    [[fallthrough]];
+  case ChannelOperation::kTransmitFileFromMemory:
+    record.numbers = {given.fileId, given.fileType, given.fileMode, given.steps};
+    break;
+  case ChannelOperation::kDeleteDeviceFile:
+    record.numbers = {given.fileId};
+    break;
+  default:
+    record.numbers = {given.number};
+    break;
+  }
+  record.bytes = given.bytes;
+}
+
+void TakeAnswer(const ChannelCall& call, TraceCall& record) {
+  const ChannelArguments& given = call.arguments;
+  record.result = call.answer;
+  if (call.operation == ChannelOperation::kGetInfoString)
+    record.text = call.text ? call.text : "";
+  if (call.answer != 0)
+    return;
+  if (call.operation == ChannelOperation::kReceive && given.buffer && call.moved)
+    record.bytes.assign(given.buffer, static_cast<std::size_t>(*call.moved));
+  if (given.entry)
+    record.numbers = {given.number, given.entry->fileId, given.entry->fileType, given.entry->fileSize};
+  if (given.info)
+    record.numbers = {given.info->freeFactorA, given.info->freeFactorB, given.info->fileCount, given.info->bytesInFiles,
+                      given.info->bytesOnDevice};
+}
+
+} // namespace
+
+void TracingChannel::Around(ChannelCall& call) {
+  TraceCall record;
+  record.operation = call.operation;
+  ProgressNotes notes{call.arguments.callback, call.arguments.context, record.progress};
+  if (notes.callback) {
+    call.arguments.callback = ProgressNotes::Take;
+    call.arguments.context = &notes;
+  }
+  record.start = m_writer.Now();
+  call.Forward();
+  record.duration = m_writer.Now() - record.start;
+  Trace(call, record);
+}
+
+void TracingChannel::Trace(const ChannelCall& call, TraceCall& record) noexcept {
+  try {
+    TakeGiven(call, record);
+    TakeAnswer(call, record);
+    record.owner = OwnerOf(call);
+    m_writer.Write(record);
+  } catch (const std::bad_alloc&) {
+    // The call matters more than its record.
+  }
+}
+
+std::uint64_t TracingChannel::OwnerOf(const ChannelCall& call) {
+  const std::lock_guard guard(m_mutex);
+  if (!call.arguments.owner)
+    return m_holder;
+  auto known = std::find(m_owners.begin(), m_owners.end(), call.arguments.owner);
+  if (known == m_owners.end())
+    known = m_owners.insert(known, call.arguments.owner);
+  const auto owner = static_cast<std::uint64_t>(known - m_owners.begin()) + 1;
+  if (call.operation == ChannelOperation::kLock && call.answer == kChannelOk) {
+    m_holder = owner;
+    ++m_depth;
+  } else if (call.operation == ChannelOperation::kUnlock && owner == m_holder && --m_depth == 0) {
+    m_holder = 0;
+  }
+  return owner;
+}
+
+std::int32_t TracingChannel::WaitUntilSent() {
+  const std::int32_t code = ForwardingChannel::WaitUntilSent();
+  if (code != kChannelOk)
+    WriteEvent(kTraceNotSent, code);
+  return code;
+}
+
+bool TracingChannel::HasEnded() {
+  if (!ForwardingChannel::HasEnded())
+    return false;
+  const bool told = [this] {
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_ended, true);
+  }();
+  if (!told)
+    WriteEvent(kTraceChannelEnded, kNotOpen);
+  return true;
+}
+
+void TracingChannel::WriteEvent(std::string_view name, std::int32_t code) noexcept {
+  try {
+    const char* const reason = ForwardingChannel::Inner()->GetInfoString(OND_INFO_ERROR, code);
+    m_writer.Write(TraceEvent{std::string(name), m_writer.Now(), {{"code", std::to_string(code)}, {"reason", reason}}});
+  } catch (const std::bad_alloc&) {
+    // As above.
+  }
+}
+
+} // namespace host

@@ -1,0 +1,36 @@
+// Writes what happens on a channel to a trace.
+#pragma once
+
+#include "host/channel/ForwardingChannel.h"
+#include "host/trace/TraceWriter.h"
+
+#include <mutex>
+#include <vector>
+
+namespace host {
+
+// Goes around all other decorators that have a say in what clients see. The writer outlives it. [as the channel inside]
+class TracingChannel : public ForwardingChannel {
+public:
+  TracingChannel(std::unique_ptr<Channel> inner, TraceWriter& writer)
+      : ForwardingChannel(std::move(inner)), m_writer(writer) {}
+
+  // What a replay has to know beside the calls.
+  std::int32_t WaitUntilSent() override;
+  bool HasEnded() override;
+
+private:
+  void Around(ChannelCall& call) override;
+  void Trace(const ChannelCall& call, TraceCall& record) noexcept;
+  std::uint64_t OwnerOf(const ChannelCall& call);
+  void WriteEvent(std::string_view name, std::int32_t code) noexcept;
+
+  TraceWriter& m_writer;
+  std::mutex m_mutex;                // guards the fields below
+  std::vector<const void*> m_owners; // as they appeared
+  std::uint64_t m_holder = 0;        // who has the lock; 0: nobody
+  std::uint64_t m_depth = 0;         // how often
+  bool m_ended = false;              // which has been told
+};
+
+} // namespace host
