@@ -2,6 +2,7 @@
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/commandline/TraceCommand.h"
 #include "host/console/Module.h"
 #include "host/console/ModuleProcessor.h"
 #include "host/support/StreamSetup.h"
@@ -77,6 +78,8 @@ int Main(int argc, char** argv) {
     return List();
   case host::Command::kRun:
     return Run(*line);
+  case host::Command::kTraceShow:
+    return host::ShowTrace(kProgram, *line);
   default:
     return ShowWindows(*line);
   }

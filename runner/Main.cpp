@@ -3,6 +3,7 @@
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/RunCommand.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/commandline/TraceCommand.h"
 #include "host/support/StreamSetup.h"
 #include "runner/CheckCommand.h"
 #include "runner/NativeProcessor.h"
@@ -48,6 +49,8 @@ int Main(int argc, char** argv) {
     return Run(*line);
   case host::Command::kCheck:
     return Check(*line);
+  case host::Command::kTraceShow:
+    return host::ShowTrace(kProgram, *line);
   default:
     return UsageError("a script or a command is missing; --help tells more");
   }

@@ -55,13 +55,30 @@ void Describe(CLI::App& app, const CommandRow& row, CommandLine& line) {
   }
 }
 
+// The command of a row, in its group if it has one.
+CLI::App* AddCommand(CLI::App& app, const CommandRow& row) {
+  const std::string name(row.name);
+  const std::size_t blank = name.find(' ');
+  if (blank == std::string::npos)
+    return app.add_subcommand(name, std::string(row.description));
+  const std::string group = name.substr(0, blank);
+  const auto groups = app.get_subcommands([&](const CLI::App* command) { return command->get_name() == group; });
+  CLI::App* parent = groups.empty() ? nullptr : groups.front();
+  if (!parent) {
+    parent = app.add_subcommand(group, "Shows and converts " + group + "s")->require_subcommand(1);
+    parent->set_help_flag("-h,--help", "print this and exit");
+    parent->footer("");
+  }
+  return parent->add_subcommand(name.substr(blank + 1), std::string(row.description));
+}
+
 // What a program that does nothing by itself must be told first; anything else is a script, or an option in front of
 // one.
 bool IsCommand(std::string_view program, std::string_view word) {
   if (word == "-h" || word == "--help" || word == "--version")
     return true;
   return std::any_of(Commands().begin(), Commands().end(), [&](const CommandRow& row) {
-    return row.program == program && !row.name.empty() && row.name == word;
+    return row.program == program && !row.name.empty() && row.name.substr(0, row.name.find(' ')) == word;
   });
 }
 
@@ -145,7 +162,7 @@ tl::expected<CommandLine, int> ParseCommandLine(std::string_view program, int ar
       app.name(std::string(program));
       app.description(std::string(row.description));
     } else {
-      described = app.add_subcommand(std::string(row.name), std::string(row.description));
+      described = AddCommand(app, row);
       described->parse_complete_callback([&line, &row] { line.command = row.command; });
     }
     Describe(*described, row, line);

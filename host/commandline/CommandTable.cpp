@@ -8,6 +8,9 @@
 namespace host {
 namespace {
 
+constexpr std::string_view kShowDescription = "Prints a trace of a run as text, and what it amounts to";
+constexpr std::string_view kTraceCodes = "Exits with 0, or with 5 when the file cannot be read or is no trace.";
+
 constexpr CommandRow kCommands[] = {
     {"ondscript", Command::kHelp, "", "Runs and checks device scripts.",
      "  ondscript sweep.dcs\n"
@@ -29,6 +32,10 @@ constexpr CommandRow kCommands[] = {
      "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
      "  generate | ondscript check -\n",
      "A check exits with 0 when it finds nothing, with 1 when it finds a problem, with 5 when a file cannot be read."},
+    {"ondscript", Command::kTraceShow, "trace show", kShowDescription,
+     "  ondscript trace show bench.jsonl\n"
+     "  ondscript trace show bench.jsonl --only sent --only received --times last\n",
+     kTraceCodes},
     {"ondhost", Command::kWindows, "",
      "Works with a device through OndDeviceClient.dll: with windows, or from a script.",
      "  ondhost\n"
@@ -45,6 +52,10 @@ constexpr CommandRow kCommands[] = {
      "  ondhost run sweep.dcs --channel serial:COM3:115200:8N1\n"
      "  ondhost run flash.dcs --fault TransmitFile:2=6\n",
      "A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call."},
+    {"ondhost", Command::kTraceShow, "trace show", kShowDescription,
+     "  ondhost trace show bench.jsonl\n"
+     "  ondhost trace show bench.jsonl --only sent --only received --times last\n",
+     kTraceCodes},
     {"ondhost", Command::kList, "list", "Prints the kinds of object that the module makes", "  ondhost list\n", ""},
 };
 
@@ -55,6 +66,7 @@ constexpr unsigned operator|(Command a, Command b) {
 std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kRun = static_cast<unsigned>(Command::kRun);
   constexpr unsigned kCheck = static_cast<unsigned>(Command::kCheck);
+  constexpr unsigned kShow = static_cast<unsigned>(Command::kTraceShow);
   constexpr unsigned kWithChannel = Command::kWindows | Command::kRun;
   return {
       {kRun, "FILE", "", "the script; - reads it from standard input", Occurrence::kNeeded},
@@ -65,8 +77,16 @@ std::vector<OptionRow> MakeOptions() {
        "milliseconds that the simulated device takes for each block of 512 bytes of a transfer"},
       {kWithChannel, "--fault", "OPERATION[:N]=CODE",
        "the N-th call (without N: every call) of a channel operation answers CODE", Occurrence::kRepeated},
+      {kRun, "--trace", "FILE", "write each call of the channel to this file; an older trace is replaced"},
       {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
        "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
+      {kShow, "FILE", "", "the trace, as --trace of run has written it", Occurrence::kNeeded},
+      {kShow, "--only", "WHAT", "print only sent, received, events, or an operation as Transmit",
+       Occurrence::kRepeated},
+      {kShow, "--times", "WHICH",
+       "time stamps: absolute (UTC), start (since the start, the default) or last (since the "
+       "line before)"},
+      {kShow, "--gap", "MS", "milliseconds of silence that end a block of bytes (otherwise 20)"},
       {kRun, "--keep-going", "", "do not stop the script when it uses a channel that is closed for good"},
       {kRun, "--get", "NAME", "print this variable of --set after the run", Occurrence::kRepeated},
   };

@@ -14,12 +14,14 @@ enum class Command : unsigned {
   kRun = 4,
   kCheck = 8,
   kList = 16,
+  kTraceShow = 32,
+  kTraceExport = 64,
 };
 
 struct CommandRow {
   std::string_view program;
   Command command;
-  std::string_view name; // empty where nothing is named
+  std::string_view name; // empty where nothing is named; "GROUP NAME" of a command in a group
   std::string_view description;
   std::string_view examples; // lines, each with its end
   std::string_view notes;    // what else a user must know, mostly about exit codes

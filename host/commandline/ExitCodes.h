@@ -11,7 +11,7 @@ enum ExitCode : int {
   kExitUsage = 2,         // the call itself is wrong
   kExitNoModule = 3,      // OndDeviceClient.dll cannot be used
   kExitNoChannel = 4,     // the channel cannot be set up, or has ended
-  kExitStream = 5,        // a file to check, standard input or standard output fails
+  kExitStream = 5,        // a file to check, a trace, standard input or standard output fails
 };
 
 // Why a run ended with this result, for users; empty for success.

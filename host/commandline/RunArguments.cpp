@@ -38,6 +38,9 @@ tl::expected<RunArguments, std::string> ReadRunArguments(const CommandLine& line
   if (!variables)
     return tl::unexpected(variables.error());
   arguments.variables = std::move(*variables);
+  arguments.trace = line.Value("--trace", "");
+  if (line.Has("--trace") && arguments.trace.empty())
+    return tl::unexpected<std::string>("--trace: the file has no name");
   arguments.keepGoing = line.Has("--keep-going");
   arguments.gets = line.All("--get");
   for (const std::string& name : arguments.gets) {

@@ -10,6 +10,7 @@ namespace host {
 struct RunArguments {
   std::string script; // a path as typed, or "-" for standard input
   ChannelOptions channel;
+  std::string trace;               // a path as typed; empty: no trace is wanted
   std::vector<Variable> variables; // no two of the same name
   std::vector<std::string> gets;   // each the name of one of the variables
   bool keepGoing = false;          // also when the channel has ended

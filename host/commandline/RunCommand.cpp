@@ -5,9 +5,11 @@
 #include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/commandline/TraceCommand.h"
 #include "host/commandline/TransferLine.h"
 #include "host/support/Files.h"
 #include "host/support/StreamSetup.h"
+#include "host/trace/TracingChannel.h"
 
 #include <new>
 #include <optional>
@@ -127,13 +129,21 @@ tl::expected<std::optional<std::string>, int> ReadScript(std::string_view progra
   return std::move(*text);
 }
 
-// A channel that is open. Otherwise as above.
-tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program, const ChannelOptions& options) {
+// A channel that is open, and traced if that is wanted: `trace` must outlive it. Otherwise as above.
+tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program, const RunArguments& arguments,
+                                                        std::unique_ptr<TraceWriter>& trace) {
+  const ChannelOptions& options = arguments.channel;
   auto made = MakeChannel(options);
   if (!made) {
     const ChannelFailure& failure = made.error();
     PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
     return tl::unexpected<int>(failure.badText ? kExitUsage : kExitNoChannel);
+  }
+  if (!arguments.trace.empty()) {
+    trace = OpenTrace(program, arguments.trace, options.text);
+    if (!trace)
+      return tl::unexpected<int>(kExitStream);
+    made = std::make_unique<TracingChannel>(std::move(*made), *trace);
   }
   if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen()) {
     PrintMessage(program, options.text + ": " + ReasonOf(**made, code));
@@ -148,7 +158,8 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   const auto text = ReadScript(program, arguments.script);
   if (!text)
     return text.error();
-  auto opened = OpenChannel(program, arguments.channel);
+  std::unique_ptr<TraceWriter> trace;
+  auto opened = OpenChannel(program, arguments, trace);
   if (!opened)
     return opened.error();
   StandardOutput output;

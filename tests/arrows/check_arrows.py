@@ -36,7 +36,7 @@ def is_within(folder, folders):
 
 
 def is_of_the_system(header):
-    return header.endswith(".h") and not header.startswith("ond/")  # those of C++ and of libraries end otherwise
+    return header.endswith(".h") and not header.startswith(("ond/", "rapidjson/"))  # those of C++ and of libraries end otherwise
 
 
 def sources(root):

@@ -1,0 +1,20 @@
+// Traces on the command lines: `--trace`, and the command `trace`.
+#pragma once
+
+#include "host/commandline/CommandLine.h"
+#include "host/trace/TraceWriter.h"
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Begins a trace of the channel that `channelText` describes. Null when it cannot be written, which has been told on
+// standard error. So is a failure that comes later, once. `program` begins those messages and must stay.
+std::unique_ptr<TraceWriter> OpenTrace(std::string_view program, const std::string& path,
+                                       const std::string& channelText);
+
+// `trace show`: prints the trace on standard output. Returns the process's exit code.
+int ShowTrace(std::string_view program, const CommandLine& line);
+
+} // namespace host
