@@ -32,6 +32,8 @@ const char* ErrorCodeText(std::int64_t code) {
     return "Device does not take its data";
   case kNoDeviceFiles:
     return "Device files are not possible over a raw byte stream";
+  case kNotOnTape:
+    return "The tape has no such call";
   }
   return nullptr;
 }

@@ -13,10 +13,11 @@ namespace host {
 
 // What an operation was called with, as far as it has such a thing; pointers are the caller's.
 struct ChannelArguments {
-  void* owner = nullptr;      // of a lock
-  std::uint32_t number = 0;   // a lock's time-out, what a text is about, an index, which blocks to format
-  std::int64_t code = 0;      // that a text is asked for
-  char* buffer = nullptr;     // for what is received
+  void* owner = nullptr; // of a lock
+  std::uint32_t number =
+      0;                  // a lock's time-out, what a text is about, a buffer's size, an index, which blocks to format
+  std::int64_t code = 0;  // that a text is asked for
+  char* buffer = nullptr; // for what is received
   std::string_view bytes{};   // to be sent
   const char* path = nullptr; // of a local file
   std::uint8_t fileId = 0;
@@ -87,7 +88,7 @@ public:
   }
   std::int32_t Receive(char* buffer, std::uint32_t bufferSize, std::uint64_t* received) override {
     return Pass(
-        ChannelOperation::kReceive, {.buffer = buffer},
+        ChannelOperation::kReceive, {.number = bufferSize, .buffer = buffer},
         [&](const ChannelArguments&) { return m_inner->Receive(buffer, bufferSize, received); }, received);
   }
   std::int32_t Transmit(const char* data, std::uint64_t length, std::uint64_t* written) override {

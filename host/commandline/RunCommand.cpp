@@ -101,7 +101,9 @@ int ConcludeChannel(std::string_view program, const std::string& name, const Run
   if (end.interrupted && end.result != EONX_ERR_NONE)
     return end.result;
   const std::int32_t unsent = channel.WaitUntilSent();
-  if (unsent != 0)
+  if (unsent == kNotOnTape)
+    PrintMessage(program, name + ": " + ReasonOf(channel, unsent));
+  else if (unsent != 0)
     PrintMessage(program, name + ": not everything was sent: " + ReasonOf(channel, unsent));
   else if (ended)
     PrintMessage(program, name + ": " + ReasonOf(channel, kNotOpen));

@@ -49,13 +49,8 @@ void WriteKey(JsonWriter& json, std::string_view key) {
 
 void WriteText(JsonWriter& json, std::string_view key, std::string_view text) {
   WriteKey(json, key);
-  const auto write = [&](std::string_view utf8) {
-    json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
-  };
-  if (IsUtf8(text))
-    write(text);
-  else
-    write(FromLatin1(text));
+  const std::string utf8 = ToUtf8(text);
+  json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
 
 // Text between quotation marks that needs no look at each of its characters.
@@ -312,6 +307,10 @@ tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line) {
   if (!members.Problem().empty())
     return tl::unexpected(members.Problem());
   return read;
+}
+
+std::string ToUtf8(std::string_view text) {
+  return IsUtf8(text) ? std::string(text) : FromLatin1(text);
 }
 
 std::string TraceTimeText(std::int64_t time) {

@@ -21,6 +21,9 @@ using TraceLine = std::variant<TraceHeader, TraceCall, TraceEvent>;
 // Reads a line without its end, or tells what is wrong with it. Members that it does not know are left alone.
 tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line);
 
+// The same text where it is UTF-8; otherwise what it is as Latin-1.
+std::string ToUtf8(std::string_view text);
+
 // "2026-11-21T20:46:28.123456Z" of microseconds since 1970.
 std::string TraceTimeText(std::int64_t time);
 

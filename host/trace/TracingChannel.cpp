@@ -1,6 +1,7 @@
 #include "host/trace/TracingChannel.h"
 
 #include "host/channel/ChannelErrors.h"
+#include "host/trace/CallRecord.h"
 
 #include <algorithm>
 #include <new>
@@ -24,44 +25,6 @@ struct ProgressNotes {
     return notes.callback(notes.context, stepsDone);
   }
 };
-
-void TakeGiven(const ChannelCall& call, TraceCall& record) {
-  const ChannelArguments& given = call.arguments;
-  switch (call.operation) {
-  case ChannelOperation::kGetInfoString:
-    record.numbers = {given.number, given.code};
-    break;
-  case ChannelOperation::kTransmitFile:
-    record.text = given.path ? given.path : "";
-    [[fallthrough]];
-  case ChannelOperation::kTransmitFileFromMemory:
-    record.numbers = {given.fileId, given.fileType, given.fileMode, given.steps};
-    break;
-  case ChannelOperation::kDeleteDeviceFile:
-    record.numbers = {given.fileId};
-    break;
-  default:
-    record.numbers = {given.number};
-    break;
-  }
-  record.bytes = given.bytes;
-}
-
-void TakeAnswer(const ChannelCall& call, TraceCall& record) {
-  const ChannelArguments& given = call.arguments;
-  record.result = call.answer;
-  if (call.operation == ChannelOperation::kGetInfoString)
-    record.text = call.text ? call.text : "";
-  if (call.answer != 0)
-    return;
-  if (call.operation == ChannelOperation::kReceive && given.buffer && call.moved)
-    record.bytes.assign(given.buffer, static_cast<std::size_t>(*call.moved));
-  if (given.entry)
-    record.numbers = {given.number, given.entry->fileId, given.entry->fileType, given.entry->fileSize};
-  if (given.info)
-    record.numbers = {given.info->freeFactorA, given.info->freeFactorB, given.info->fileCount, given.info->bytesInFiles,
-                      given.info->bytesOnDevice};
-}
 
 } // namespace
 

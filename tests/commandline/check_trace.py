@@ -151,7 +151,7 @@ def check_while_running():
     try:
         if wait_for("the first records", lambda: path.exists() and path.read_text().count("\n") > 5):
             expect(["run", "talk.dcs", "--trace", str(path)], 5,
-                   message=b"cannot write the trace long.jsonl: another program uses it")
+                   message=b"cannot write the trace long.jsonl: it is in use")
             for _ in range(3):
                 now = time.time()
                 lines = path.read_text().splitlines()

@@ -1,6 +1,7 @@
 #include "host/channel/factory/ChannelFactory.h"
 
 #include "host/channel/LockingChannel.h"
+#include "host/channel/replay/ReplayChannel.h"
 #include "host/channel/stream/StreamChannel.h"
 #include "host/support/Text.h"
 
@@ -42,6 +43,16 @@ Made MakeSerial(const ChannelOptions& options, const std::string& settings) {
   return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line));
 }
 
+Made MakeReplay(const ChannelOptions& options, const std::string& settings) {
+  const ReplaySettings replay = ParseReplaySettings(settings);
+  if (replay.file.empty())
+    return BadText(Quoted(options.text) + ": expected " + std::string(kReplayForm));
+  auto channel = ReplayChannel::Open(replay);
+  if (!channel)
+    return tl::unexpected(ChannelFailure{channel.error()});
+  return std::move(*channel);
+}
+
 // The only list of kinds: how users write one, and how it is made from the settings behind its name and colon.
 struct ChannelKind {
   std::string_view form;
@@ -49,7 +60,8 @@ struct ChannelKind {
 
   std::string_view Name() const { return form.substr(0, form.find(':')); }
 };
-constexpr ChannelKind kKinds[] = {{"sim", MakeSimulated}, {kTcpForm, MakeTcp}, {kSerialForm, MakeSerial}};
+constexpr ChannelKind kKinds[] = {
+    {"sim", MakeSimulated}, {kTcpForm, MakeTcp}, {kSerialForm, MakeSerial}, {kReplayForm, MakeReplay}};
 
 Made MakeSource(const ChannelOptions& options) {
   const std::size_t colon = options.text.find(':');

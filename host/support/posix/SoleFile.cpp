@@ -20,12 +20,20 @@ bool IsRegular(int file) {
 } // namespace
 
 tl::expected<SoleFile, std::string> SoleFile::Open(const std::string& path) {
-  const int descriptor = open(SystemPath(path).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  return OpenLocked(path, O_RDWR | O_CREAT, LOCK_EX);
+}
+
+tl::expected<SoleFile, std::string> SoleFile::Hold(const std::string& path) {
+  return OpenLocked(path, O_RDONLY | O_NONBLOCK, LOCK_SH);
+}
+
+tl::expected<SoleFile, std::string> SoleFile::OpenLocked(const std::string& path, int mode, int lock) {
+  const int descriptor = open(SystemPath(path).c_str(), mode | O_CLOEXEC, 0666);
   if (descriptor < 0)
     return tl::unexpected(SystemErrorText(errno));
   SoleFile file(descriptor);
-  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0)
-    return tl::unexpected(errno == EWOULDBLOCK ? std::string("another program uses it") : SystemErrorText(errno));
+  if (flock(descriptor, lock | LOCK_NB) != 0)
+    return tl::unexpected(errno == EWOULDBLOCK ? std::string("it is in use") : SystemErrorText(errno));
   return file;
 }
 

@@ -15,12 +15,20 @@ HANDLE HandleOf(std::intptr_t native) {
 } // namespace
 
 tl::expected<SoleFile, std::string> SoleFile::Open(const std::string& path) {
-  const HANDLE handle = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+  return OpenLocked(path, static_cast<int>(GENERIC_READ | GENERIC_WRITE), OPEN_ALWAYS);
+}
+
+tl::expected<SoleFile, std::string> SoleFile::Hold(const std::string& path) {
+  return OpenLocked(path, static_cast<int>(GENERIC_READ), OPEN_EXISTING);
+}
+
+tl::expected<SoleFile, std::string> SoleFile::OpenLocked(const std::string& path, int mode, int creation) {
+  const HANDLE handle = CreateFileA(path.c_str(), static_cast<DWORD>(mode), FILE_SHARE_READ, nullptr,
+                                    static_cast<DWORD>(creation), FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle != INVALID_HANDLE_VALUE)
     return SoleFile(reinterpret_cast<std::intptr_t>(handle));
   const DWORD error = GetLastError();
-  return tl::unexpected(error == ERROR_SHARING_VIOLATION ? std::string("another program uses it")
+  return tl::unexpected(error == ERROR_SHARING_VIOLATION ? std::string("it is in use")
                                                          : SystemErrorText(static_cast<int>(error)));
 }
 
