@@ -80,6 +80,8 @@ int Main(int argc, char** argv) {
     return Run(*line);
   case host::Command::kTraceShow:
     return host::ShowTrace(kProgram, *line);
+  case host::Command::kTraceExport:
+    return host::ExportTrace(kProgram, *line);
   default:
     return ShowWindows(*line);
   }

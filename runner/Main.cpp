@@ -51,6 +51,8 @@ int Main(int argc, char** argv) {
     return Check(*line);
   case host::Command::kTraceShow:
     return host::ShowTrace(kProgram, *line);
+  case host::Command::kTraceExport:
+    return host::ExportTrace(kProgram, *line);
   default:
     return UsageError("a script or a command is missing; --help tells more");
   }

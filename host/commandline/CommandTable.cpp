@@ -9,7 +9,9 @@ namespace host {
 namespace {
 
 constexpr std::string_view kShowDescription = "Prints a trace of a run as text, and what it amounts to";
-constexpr std::string_view kTraceCodes = "Exits with 0, or with 5 when the file cannot be read or is no trace.";
+constexpr std::string_view kExportDescription = "Writes a trace as a capture file (pcapng), for network analysers";
+constexpr std::string_view kTraceCodes =
+    "Exits with 0, or with 5 when the trace cannot be read or is none, or the result cannot be written.";
 
 constexpr CommandRow kCommands[] = {
     {"ondscript", Command::kHelp, "", "Runs and checks device scripts.",
@@ -36,6 +38,8 @@ constexpr CommandRow kCommands[] = {
      "  ondscript trace show bench.jsonl\n"
      "  ondscript trace show bench.jsonl --only sent --only received --times last\n",
      kTraceCodes},
+    {"ondscript", Command::kTraceExport, "trace export", kExportDescription,
+     "  ondscript trace export bench.jsonl bench.pcapng\n", kTraceCodes},
     {"ondhost", Command::kWindows, "",
      "Works with a device through OndDeviceClient.dll: with windows, or from a script.",
      "  ondhost\n"
@@ -56,6 +60,8 @@ constexpr CommandRow kCommands[] = {
      "  ondhost trace show bench.jsonl\n"
      "  ondhost trace show bench.jsonl --only sent --only received --times last\n",
      kTraceCodes},
+    {"ondhost", Command::kTraceExport, "trace export", kExportDescription,
+     "  ondhost trace export bench.jsonl bench.pcapng\n", kTraceCodes},
     {"ondhost", Command::kList, "list", "Prints the kinds of object that the module makes", "  ondhost list\n", ""},
 };
 
@@ -80,7 +86,10 @@ std::vector<OptionRow> MakeOptions() {
       {kRun, "--trace", "FILE", "write each call of the channel to this file; an older trace is replaced"},
       {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
        "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
-      {kShow, "FILE", "", "the trace, as --trace of run has written it", Occurrence::kNeeded},
+      {Command::kTraceShow | Command::kTraceExport, "FILE", "", "the trace, as --trace of run has written it",
+       Occurrence::kNeeded},
+      {static_cast<unsigned>(Command::kTraceExport), "OUT", "", "the capture; an older one is replaced",
+       Occurrence::kNeeded},
       {kShow, "--only", "WHAT", "print only sent, received, events, or an operation as Transmit",
        Occurrence::kRepeated},
       {kShow, "--times", "WHICH",

@@ -2,7 +2,9 @@
 
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/StandardStreams.h"
+#include "host/support/Files.h"
 #include "host/support/Text.h"
+#include "host/trace/CaptureFile.h"
 #include "host/trace/TraceReader.h"
 #include "host/trace/TraceText.h"
 
@@ -31,6 +33,13 @@ tl::expected<TraceTextOptions, std::string> ReadTextOptions(const CommandLine& l
     return tl::unexpected("--gap " + gap + ": expected milliseconds, 0 to " + std::to_string(kLongestGap));
   options.gap = std::uint64_t{milliseconds} * 1000;
   return options;
+}
+
+// Whether a capture may be written to a path: nothing is there, or an older capture.
+bool MayBecomeCapture(const std::string& path) {
+  const auto held = SoleFile::Hold(path);
+  const std::string beginning = held ? held->Beginning(16) : std::string();
+  return beginning.empty() || IsCapture(beginning);
 }
 
 // Nothing when it is no trace, which has been told.
@@ -74,6 +83,22 @@ int ShowTrace(std::string_view program, const CommandLine& line) {
   StandardOutput output;
   WriteTraceText(*trace, *options, [&output](std::string_view text) { output.Write(text); });
   return ExitCodeOf(program, output);
+}
+
+int ExportTrace(std::string_view program, const CommandLine& line) {
+  const auto trace = LoadTrace(program, line.Value("FILE", ""));
+  if (!trace)
+    return kExitStream;
+  const std::string path = line.Value("OUT", "");
+  if (!MayBecomeCapture(path)) {
+    PrintMessage(program, path + " is not a capture, and is not replaced by one");
+    return kExitStream;
+  }
+  if (!WriteWholeFile(path, CaptureOf(*trace))) {
+    PrintMessage(program, path + ": the file cannot be written");
+    return kExitStream;
+  }
+  return 0;
 }
 
 } // namespace host

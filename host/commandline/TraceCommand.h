@@ -17,4 +17,7 @@ std::unique_ptr<TraceWriter> OpenTrace(std::string_view program, const std::stri
 // `trace show`: prints the trace on standard output. Returns the process's exit code.
 int ShowTrace(std::string_view program, const CommandLine& line);
 
+// `trace export`: writes the trace as a capture file. As above.
+int ExportTrace(std::string_view program, const CommandLine& line);
+
 } // namespace host

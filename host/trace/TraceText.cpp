@@ -81,7 +81,7 @@ public:
 private:
   void Write(const TraceCall& call) {
     if (!IsTransfer(call)) {
-      WriteLine(call.start, std::string(call.Name()) + Details(call) + Answer(call));
+      WriteLine(call.start, RecordText(call));
       WriteBytes(call.bytes);
     } else if (!call.bytes.empty()) {
       const bool sends = call.operation == ChannelOperation::kTransmit;
@@ -95,12 +95,7 @@ private:
     }
   }
 
-  void Write(const TraceEvent& event) {
-    std::string text = "* " + event.name;
-    for (const auto& [name, value] : event.fields)
-      text.append(" ").append(name).append(" ").append(Quoted(value));
-    WriteLine(event.start, text);
-  }
+  void Write(const TraceEvent& event) { WriteLine(event.start, RecordText(event)); }
 
   void FlushBlock() {
     const std::string block = std::exchange(m_block, {});
@@ -149,6 +144,17 @@ private:
 };
 
 } // namespace
+
+std::string RecordText(const TraceCall& call) {
+  return std::string(call.Name()) + Details(call) + Answer(call);
+}
+
+std::string RecordText(const TraceEvent& event) {
+  std::string text = "* " + event.name;
+  for (const auto& [name, value] : event.fields)
+    text.append(" ").append(name).append(" ").append(Quoted(value));
+  return text;
+}
 
 void WriteTraceText(const Trace& trace, const TraceTextOptions& options,
                     const std::function<void(std::string_view)>& write) {

@@ -5,6 +5,7 @@
 #include "host/trace/TraceReader.h"
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace host {
@@ -21,5 +22,9 @@ struct TraceTextOptions {
 // something else happens; receives that found nothing are only counted. A summary of what is shown comes last.
 void WriteTraceText(const Trace& trace, const TraceTextOptions& options,
                     const std::function<void(std::string_view)>& write);
+
+// A record without its bytes, in one line: "TransmitFile "a.bin" id 1 type 2 failed: 6 (Device full)".
+std::string RecordText(const TraceCall& call);
+std::string RecordText(const TraceEvent& event);
 
 } // namespace host

@@ -4,6 +4,9 @@
 import calendar
 import json
 import pathlib
+import shutil
+import struct
+import subprocess
 import time
 
 from calls import *
@@ -191,6 +194,45 @@ def check_show():
     expect(["trace"], 2, message=b"ubcommand")
 
 
+def blocks_of(capture):
+    """(type, body) of each block of a pcapng file."""
+    while capture:
+        kind, length = struct.unpack_from("<II", capture)
+        assert length % 4 == 0 and struct.unpack_from("<I", capture, length - 4) == (length,), (kind, length)
+        yield kind, capture[8:length - 4]
+        capture = capture[length:]
+
+
+def check_export():
+    """The capture as the format's own description reads it, and as an analyser does."""
+    long = 'F' * 2 * 70000
+    save("bench.jsonl", BENCH[:-1] + [f'{{"t":1700050,"op":"Transmit","owner":1,"hex":"{long}","result":0,"us":100}}'])
+    expect(["trace", "export", "bench.jsonl", "bench.pcapng"], 0)
+    blocks = list(blocks_of(pathlib.Path("bench.pcapng").read_bytes()))
+    check("the head of a capture", [kind for kind, _ in blocks] == [0x0A0D0D0A, 1] + [6] * 10 and
+          blocks[0][1][:4] == b"\x4d\x3c\x2b\x1a" and blocks[1][1][0] == 147, blocks[:2])
+    packets = [(high << 32 | low, body[20:20 + size]) for _, body in blocks[2:]
+               for high, low, size in [struct.unpack_from("<III", body, 4)]]
+    start = 1769903999500000
+    expected = [(10, b""), (1000, b"id\r"), (20000, b"One, "), (39000, b"two, and more!\n"), (500000, b"\xff"), (500010, b""),
+                (600000, b""), (1700000, b""), (1700050, b"\xff" * 65535), (1700050, b"\xff" * 4465)]
+    check("the packets", packets == [(start + time, data) for time, data in expected], packets)
+    analyser = shutil.which("tshark")
+    if analyser:
+        fields = ["frame.time_epoch", "frame.packet_flags_direction", "data.data", "frame.comment"]
+        shown = subprocess.run([analyser, "-r", "bench.pcapng", "-T", "fields", *(f"-e{field}" for field in fields)],
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=TIMEOUT, check=False)
+        lines = shown.stdout.decode().splitlines()
+        check("an analyser", len(lines) == 10 and lines[1] == "1769903999.501000000\t0x00000002\t69640d\tTransmit" and
+              lines[4] == "1769904000.000000000\t0x00000001\tff\tReceive" and "failed: 6 (Device full)" in lines[5],
+              shown.stdout.decode()[:2000] + shown.stderr.decode())
+    else:
+        print("SKIPPED: there is no tshark to read the capture")
+    expect(["trace", "export", "bench.jsonl", "bench.jsonl"], 5, message=b"bench.jsonl is not a capture, and is not replaced by one")
+    expect(["trace", "export", "bench.jsonl", "none/bench.pcapng"], 5, message=b"none/bench.pcapng: the file cannot be written")
+    expect(["trace", "export", "none", "bench.pcapng"], 5, message=b"none: the file cannot be read")
+
+
 def check_bad_traces():
     for text, message in BAD_FILES.items():
         pathlib.Path("bad.jsonl").write_text(text)
@@ -200,4 +242,4 @@ def check_bad_traces():
         expect(["trace", "show", "bad.jsonl"], 5, message=f"bad.jsonl:3: {message}".encode())
 
 
-run_checks(check_run, check_while_running, check_show, check_bad_traces)
+run_checks(check_run, check_while_running, check_show, check_export, check_bad_traces)
