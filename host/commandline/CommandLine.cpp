@@ -119,6 +119,16 @@ std::string Mistake(const CLI::App& app, const CommandLine& line) {
   return {};
 }
 
+// An option that does not exist comes first: its value was taken for a file, or what is said to be missing is missing
+// because of it.
+std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
+  for (const std::string& word : app.remaining(true)) {
+    if (word.size() > 1 && word.front() == '-')
+      return "there is no option " + word;
+  }
+  return error.what();
+}
+
 // Otherwise the process's exit code.
 tl::expected<void, int> Parse(CLI::App& app, std::vector<std::string> words, const CommandLine& line) {
   try {
@@ -128,7 +138,7 @@ tl::expected<void, int> Parse(CLI::App& app, std::vector<std::string> words, con
   } catch (const CLI::CallForHelp&) {
     return tl::unexpected(Print(app.get_name(), app.help()));
   } catch (const CLI::ParseError& error) {
-    return tl::unexpected(UsageError(app.get_name(), error.what()));
+    return tl::unexpected(UsageError(app.get_name(), Complaint(app, error)));
   }
   if (const std::string mistake = Mistake(app, line); !mistake.empty())
     return tl::unexpected(UsageError(app.get_name(), mistake));

@@ -48,7 +48,9 @@ def check_values():
 
 USAGE_ERRORS = [
     (["run"], b"FILE is required"),
-    (["run", "a", "--walk"], b"--walk"),
+    (["run", "a", "--walk"], b"there is no option --walk;"),
+    (["run", "--walk"], b"there is no option --walk;"),
+    (["run", "--walk", "b", "a"], b"there is no option --walk;"),
     (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
     # What follows is the same code in both programs.
     (["run", "a", "b"], b"b"),
