@@ -13,9 +13,9 @@ public:
 
   // Modeless: makes the window, hidden unless the template says otherwise. False when that fails or OnInitDialog
   // throws.
-  bool CreateModeless(HWND parent);
+  bool CreateModeless(HWND parent) { return Create(parent); }
   // Modal, on any thread, over the middle of its owner or of the screen. What EndDialog was given, or -1 when the
-  // window cannot be made.
+  // window cannot be made or somebody destroyed it.
   INT_PTR DoModal(HWND parent);
 
 protected:
@@ -30,13 +30,21 @@ protected:
 
   // --- not meant to be
 
-  void EndDialog(INT_PTR answer) { ::EndDialog(GetSafeHwnd(), answer); }
+  // Of a modal dialog: hides it at once, and DoModal returns when its turn comes.
+  void EndDialog(INT_PTR answer);
 
 private:
+  bool Create(HWND parent);
+  void RunUntilEnded();
+  bool IsEnded() const { return m_isEnded || !GetSafeHwnd(); }
+  void EnableOwner();
   static INT_PTR CALLBACK DialogProc(HWND window, UINT number, WPARAM wParam, LPARAM lParam);
 
   UINT m_templateId = 0;
   const DLGTEMPLATE* m_layout = nullptr; // instead of the template among the resources
-  bool m_isModal = false;
   bool m_initFailed = false;
+  bool m_isModal = false; // from here on for modal dialogs
+  bool m_isEnded = false;
+  INT_PTR m_answer = -1;
+  HWND m_disabledOwner = nullptr;
 };

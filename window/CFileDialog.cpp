@@ -1,6 +1,7 @@
 #include "window/CFileDialog.h"
 
 #include "window/MessageBoxes.h"
+#include "window/SystemBox.h"
 
 #include <algorithm>
 #include <cstring>
@@ -39,6 +40,7 @@ std::size_t CFileDialog::Ask(SystemDialog dialog, HWND parent, DWORD flags, std:
   request.lpstrTitle = title.c_str();
   request.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
   request.Flags = kCommonFlags | flags;
+  const CSystemBox box(parent);
   return dialog(&request) ? request.nFileOffset : 0;
 }
 

@@ -1,6 +1,7 @@
 #include "window/MessageBoxes.h"
 
 #include "window/CDialog.h"
+#include "window/SystemBox.h"
 #include "window/WholeText.h"
 #include "window/WindowPlace.h"
 
@@ -158,7 +159,7 @@ bool CMessageWindow::OnInitDialog() {
 int ShowMessageBox(HWND owner, const std::string& text, const std::string& caption, UINT type) {
   const BoxText measured(text, WorkArea(owner));
   if ((type & MB_TYPEMASK) != MB_OK || measured.FitsSystemBox()) {
-    const NextWindowOverOwner place(owner);
+    const CSystemBox box(owner);
     return MessageBoxA(owner, text.c_str(), caption.c_str(), type);
   }
   CMessageWindow window(text, measured.Width(), caption, type);

@@ -122,11 +122,15 @@ void EndingRun::SelectAll(int list) const {
   SendMessageA(Control(list), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
 }
 
+void EndingRun::ServeMessages() {
+  MSG message;
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+    DispatchMessageA(&message);
+}
+
 void EndingRun::PumpWhile(const std::function<bool()>& condition) {
   while (condition()) {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-      DispatchMessageA(&message);
+    ServeMessages();
     Sleep(1);
   }
 }
@@ -159,7 +163,14 @@ void EndingRun::Away(const std::string& place) {
   if (GetCurrentThreadId() == m_host.ThreadId())
     DoDeed();
   else
-    m_host.Send([this] { DoDeed(); });
+    SendDeed();
+}
+
+void EndingRun::SendDeed() {
+  m_host.Send([this] {
+    DoDeed();
+    ServeMessages(); // and with them what was to wake a loop
+  });
 }
 
 void EndingRun::DoDeed() {
@@ -261,7 +272,7 @@ void EndingRun::AnswerBoxes() {
       continue;
     const bool isTurn = IsTurn("\"" + Window(box).Text() + "\"");
     if (isTurn)
-      m_host.Do([this] { DoDeed(); });
+      SendDeed();
     if (!isTurn || (m_deed & kEndings) == 0)
       Answer(Window(box)); // otherwise it has to go by itself
   }

@@ -64,8 +64,10 @@ public:
   std::string End();
 
 private:
+  static void ServeMessages();
   void Away(const std::string& place);
   bool IsTurn(const std::string& place);
+  void SendDeed();
   void DoDeed();
   void Close();
   void Complain(const std::string& what);
