@@ -29,16 +29,16 @@ bool IsUtf8(std::string_view script) {
   return following == 0;
 }
 
-// The position of the first byte outside of comments that is not ASCII.
-std::size_t FindForeignByte(std::string_view script) {
+// The position of the first byte that is wanted where it stands.
+std::size_t FindByte(std::string_view script, bool (*isWanted)(char c, bool inText, bool inComment)) {
   bool inText = false;
   bool inComment = false;
   for (std::size_t i = 0; i < script.size(); ++i) {
     const char c = script[i];
+    if (isWanted(c, inText, inComment))
+      return i;
     if (inComment)
       inComment = c != '\n' && c != '\r';
-    else if (!IsAscii(c))
-      return i;
     else if (inText && c == '\\')
       ++i; // an escape's letter, perhaps a quote
     else if (c == '"')
@@ -47,6 +47,14 @@ std::size_t FindForeignByte(std::string_view script) {
       inComment = c == '#' && !inText;
   }
   return std::string_view::npos;
+}
+
+bool EndsScript(char c, bool inText, bool) {
+  return c == '\0' && !inText;
+}
+
+bool IsForeign(char c, bool, bool inComment) {
+  return !IsAscii(c) && !inComment;
 }
 
 EncodingHint HintAt(std::string_view script, std::size_t position, const char* text) {
@@ -62,7 +70,9 @@ std::optional<EncodingHint> FindEncodingHint(std::string_view script) {
     return HintAt(script, 0, "the script is saved as UTF-16; it must be 8-bit text");
   if (script.starts_with("\xEF\xBB\xBF"))
     return HintAt(script, 0, "the script begins with a byte-order mark; save it without one");
-  const std::size_t position = FindForeignByte(script);
+  if (const std::size_t end = FindByte(script, EndsScript); end != std::string_view::npos)
+    return HintAt(script, end, "the script ends here, at a zero byte");
+  const std::size_t position = FindByte(script, IsForeign);
   if (position == std::string_view::npos || !IsUtf8(script))
     return std::nullopt;
   return HintAt(script, position, "this character is saved in UTF-8; Windows reads its bytes in its own code page");

@@ -1,4 +1,4 @@
-// Scripts that an editor has saved in an encoding that is not theirs.
+// Scripts that an editor has saved in an encoding that is not theirs, or with a zero byte.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,6 @@ struct EncodingHint {
   std::uint64_t column; // in bytes, from 1
 };
 
-// Looks at a script's bytes: UTF-16, a byte-order mark, or characters in UTF-8 outside of comments. A guess: bytes of
-// another encoding may happen to look like that.
+// Looks at a script's bytes: UTF-16, a byte-order mark, characters in UTF-8 outside of comments, a zero byte outside of
+// string constants. A guess: bytes of another encoding may happen to look like that.
 std::optional<EncodingHint> FindEncodingHint(std::string_view script);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -50,7 +51,11 @@ ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit) {
 ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit) {
   if (!IsRegularFile(path))
     return tl::unexpected(ReadFailure::kUnreadable);
-  const OpenFile file(std::fopen(SystemPath(path).c_str(), "rb"));
+  const std::string systemPath = SystemPath(path);
+  std::error_code unknown; // the size of a name that this library does not take is found by reading
+  if (const auto size = std::filesystem::file_size(systemPath, unknown); !unknown && size > limit)
+    return tl::unexpected(ReadFailure::kTooLarge);
+  const OpenFile file(std::fopen(systemPath.c_str(), "rb"));
   if (!file)
     return tl::unexpected(ReadFailure::kUnreadable);
   return ReadToEnd(file.get(), limit);

@@ -5,6 +5,7 @@ files of the simulated device, the ways to start a script.
 
 import os
 import pathlib
+import resource
 import subprocess
 import time
 
@@ -176,6 +177,8 @@ def check_checker():
         ('print(1); # 20 °C'.encode(), 0, b""),
         ('print("20 °C, µ"); # °'.encode("latin-1"), 0, b""),
         (b'print("\xC3\xA9 \xE9");', 0, b""),
+        (b'print("\0 \\"\0");\n \0 x(;', 0, b"2:2: note: the script ends here, at a zero byte\n"),
+        (b'print("\xE9"); # \0 x(;', 0, b"1:15: note: the script ends here, at a zero byte\n"),
     ):
         expect(["check", "-"], code, output and b"<stdin>:" + output, text=text)
     pathlib.Path("open.dcs").write_bytes(b"while (1) {\n  print(1);\n\n")
@@ -186,6 +189,9 @@ def check_checker():
     with open("huge.dcs", "wb") as huge:
         huge.truncate(4 << 30)  # takes no room on the disk
     expect(["run", "huge.dcs"], 18, message=b"huge.dcs: out of memory")
+    expect(["check", "huge.dcs"], 5, message=b"huge.dcs: the file is too long for a script: 4 GiB or more")
+    used = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss
+    check("it is refused before it is read", used < 1 << 20, f"  {used} KiB of memory were used")
     os.remove("huge.dcs")
     expect(["check"], 2, message=b"FILE is required")
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
