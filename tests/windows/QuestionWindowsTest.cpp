@@ -156,3 +156,28 @@ TEST_CASE("a question goes with its object, and so does the refusal in front of 
   CHECK_FALSE(question.Exists());
   CHECK(bench.channel.LockDepth() == 0);
 }
+
+// Both have a message loop of their own, inside of the question's.
+TEST_CASE("a question goes with its object, also while its menu is open or it is being moved") {
+  struct Case {
+    WPARAM command;
+    LPARAM key;
+    DWORD state;
+  };
+  for (const Case& c : {Case{SC_KEYMENU, ' ', GUI_INMENUMODE}, Case{SC_MOVE, 0, GUI_INMOVESIZE}}) {
+    CAPTURE(c.command);
+    ScriptBench bench;
+    bench.Start(R"(userinputdword("Calibration", "P", 1);)");
+    const Window question = Window::WaitForTop(kQuestion);
+    question.Activate();
+    PostMessageA(question.Handle(), WM_SYSCOMMAND, c.command, c.key);
+    WaitFor("the menu or the move to begin", [&] {
+      GUITHREADINFO thread{};
+      thread.cbSize = sizeof(thread);
+      return GetGUIThreadInfo(GetWindowThreadProcessId(question.Handle(), nullptr), &thread) &&
+             (thread.flags & c.state) != 0;
+    });
+    bench.client.Delete();
+    CHECK_FALSE(question.Exists());
+  }
+}

@@ -219,3 +219,23 @@ TEST_CASE("New makes an empty script and opens it in the editor") {
   bench.window.PressControl(IDC_SCRIPT_EDIT);
   closeEditor();
 }
+
+TEST_CASE("New asks before it takes a name, and the question goes with the object") {
+  ScriptBench bench;
+  bench.folder.Write("old.dcs", "exit();");
+  bench.window.PressControl(IDC_SCRIPT_NEW);
+  const auto ask = [&] {
+    Window question;
+    Window::WaitForTop("New script file").TypeFileName(bench.folder.PathOf("old.dcs"));
+    WaitFor("the question", [&] {
+      question = Window::FindTop("New script file");
+      return GetDlgItem(question.Handle(), IDYES) != nullptr;
+    });
+    return question;
+  };
+  ask().PressControl(IDNO); // the file dialog comes again
+  const Window question = ask();
+  bench.client.Delete();
+  CHECK_FALSE(question.Exists());
+  CHECK(bench.folder.Read("old.dcs") == "exit();");
+}
