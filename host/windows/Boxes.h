@@ -1,15 +1,14 @@
 // Message boxes of the host's windows.
 #pragma once
 
-#include <string>
-#include <windows.h>
+#include "window/MessageBoxes.h"
 
 namespace host {
 
 // Shows a box and returns when the user has answered. Messages are served meanwhile: the windows may have been closed
 // when it returns.
 inline void ShowError(HWND owner, const std::string& text) {
-  MessageBoxA(owner, text.c_str(), "Error", MB_OK | MB_ICONEXCLAMATION);
+  ShowMessageBox(owner, text, "Error", MB_OK | MB_ICONEXCLAMATION);
 }
 
 inline void ShowChannelError(HWND owner, const std::string& reason) {
@@ -17,7 +16,7 @@ inline void ShowChannelError(HWND owner, const std::string& reason) {
 }
 
 inline void ShowNote(HWND owner, const std::string& caption, const std::string& text) {
-  MessageBoxA(owner, text.c_str(), caption.c_str(), MB_OK | MB_ICONINFORMATION);
+  ShowMessageBox(owner, text, caption, MB_OK | MB_ICONINFORMATION);
 }
 
 } // namespace host

@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <iterator>
+#include <numeric>
 #include <winsock2.h>
 
 namespace {
@@ -181,6 +182,8 @@ TEST_CASE("a channel that a script uses stays") {
   RunningScript run(R"(print("on\n"); while (1) { })");
   run.host.WaitForText(IDC_CHANNEL_STATE, "open, used by a tool");
   run.host.Main().PressControl(IDM_CONNECT);
+  const RECT main = run.host.Main().Place(), box = run.host.WaitForTop("Error").Place();
+  CHECK(box.left == std::midpoint(main.left, main.right) - (box.right - box.left) / 2);
   run.host.AnswerError("A tool uses the channel just now. Stop its script or its copy first.");
   run.window.PressControl(IDC_SCRIPT_EXECUTE);
   run.host.AnswerError("Error executing script: Error 21");
