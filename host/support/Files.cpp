@@ -62,11 +62,14 @@ ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit) {
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& bytes) {
+  const std::optional<std::string> place = ReplaceablePath(path);
+  if (!place)
+    return false;
   std::string beside;
-  OpenFile file = CreateBeside(path, beside);
+  OpenFile file = CreateBeside(*place, beside);
   if (!file)
     return false;
-  if (WriteAndClose(std::move(file), bytes) && ReplaceLocalFile(beside, path))
+  if (WriteAndClose(std::move(file), bytes) && ReplaceLocalFile(beside, *place))
     return true;
   RemoveLocalFile(beside);
   return false;

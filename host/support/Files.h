@@ -22,7 +22,8 @@ ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit);
 // The same of a whole file; folders, devices and pipes, whose end may never come, count as unreadable.
 ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit);
 // Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure,
-// and so is whatever else lies there.
+// and so is whatever else lies there. A link stays one, its file gets the bytes. What is no regular file, or may not be
+// written, stays as it is, and the writing fails.
 bool WriteWholeFile(const std::string& path, const std::string& bytes);
 
 // --- the system part
@@ -37,6 +38,8 @@ std::string ScriptPath(const std::string& typed);
 std::string PathInFolder(const std::string& folder, const std::string& name);
 // Whether a file is there, and no folder, device or pipe, whose end may never come.
 bool IsRegularFile(const std::string& path);
+// Where the bytes of a file have to be put, behind links; nothing when something that may not be replaced lies there.
+std::optional<std::string> ReplaceablePath(const std::string& path);
 // A new file to write to; null when there cannot be one, with EEXIST in errno when something has that name.
 std::FILE* CreateNewFile(const std::string& path);
 bool ReplaceLocalFile(const std::string& from, const std::string& to);

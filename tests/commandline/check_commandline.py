@@ -156,6 +156,33 @@ def check_device():
         os.mkfifo("pipe")  # reading it would never end
         expect(["run", "-"], 0, b"\nLocal file cannot be read during TransmitFile (pipe)\n8",
                text=b'print(transmitfile("pipe", 1, 1, 0, 1));')
+        check_foreign_files()
+
+
+def check_foreign_files():
+    """What stands in the device's folder under its names, but is not its own."""
+    os.chmod(".", 0o755)  # for the user that nobody is, whom rights concern
+    folder = pathlib.Path("foreign")
+    folder.mkdir(mode=0o777)
+    folder.chmod(0o777)
+    (folder / "old.bin").write_bytes(b"old")
+    (folder / "old.bin").chmod(0o666)
+    (folder / "001-type1.bin").symlink_to("old.bin")
+    os.mkfifo(folder / "001-type2.bin")
+    (folder / "002-type1.bin").symlink_to("new.bin")
+    os.mkfifo(folder / "003-type1.bin")
+    (folder / "004-type1.bin").write_bytes(b"old")
+    (folder / "004-type1.bin").chmod(0o444)
+    (folder / "005-type1.bin").symlink_to("005-type1.bin")
+    become_nobody = (lambda: os.setuid(65534)) if os.getuid() == 0 else None
+    for file_id in range(1, 6):
+        script = f'transmitfilefromstring("new", {file_id}, 1, 0);'.encode()
+        code, output, _ = Call(["run", "-", "--device-dir", str(folder)], script, prepare=become_nobody).end()
+        check(f"file {file_id}", code == (0 if file_id < 3 else 21), (code, output))
+    check("a link's file is written", (folder / "old.bin").read_bytes() == b"new" and (folder / "001-type1.bin").is_symlink())
+    check("or made", (folder / "new.bin").read_bytes() == b"new" and (folder / "002-type1.bin").is_symlink())
+    check("pipes stay", (folder / "001-type2.bin").is_fifo() and (folder / "003-type1.bin").is_fifo())
+    check("what may not be written stays", (folder / "004-type1.bin").read_bytes() == b"old")
 
 
 def check_checker():

@@ -73,8 +73,9 @@ bool StoreFolder::RemoveOthers(std::uint8_t id, const std::string& kept) const {
   bool removed = true;
   for (const std::string& text : *names) {
     const auto name = ParseName(text);
-    if (name && name->id == id && text != kept)
-      removed = RemoveLocalFile(PathInFolder(m_path, text)) && removed;
+    const std::string path = PathInFolder(m_path, text);
+    if (name && name->id == id && text != kept && IsRegularFile(path)) // nothing else is the device's
+      removed = RemoveLocalFile(path) && removed;
   }
   return removed;
 }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace host {
 
@@ -55,6 +56,20 @@ std::string PathInFolder(const std::string& folder, const std::string& name) {
 bool IsRegularFile(const std::string& path) {
   struct stat status = {};
   return stat(SystemPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::optional<std::string> ReplaceablePath(const std::string& path) {
+  constexpr int kMostLinks = 40; // as the system itself follows
+  std::filesystem::path place = SystemPath(path);
+  std::error_code error;
+  for (int links = 0; is_symlink(symlink_status(place, error)); ++links) {
+    if (links == kMostLinks)
+      return std::nullopt;
+    place = place.parent_path() / read_symlink(place, error);
+  }
+  const bool isNew = !exists(place, error) && !error;
+  return isNew || (IsRegularFile(place) && access(place.c_str(), W_OK) == 0) ? std::optional(place.string())
+                                                                             : std::nullopt;
 }
 
 std::FILE* CreateNewFile(const std::string& path) {

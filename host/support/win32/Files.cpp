@@ -35,6 +35,13 @@ bool IsRegularFile(const std::string& path) {
   return file.IsOpen() && GetFileType(file.Get()) == FILE_TYPE_DISK;
 }
 
+std::optional<std::string> ReplaceablePath(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  constexpr DWORD kKept = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+  const bool isKept = attributes != INVALID_FILE_ATTRIBUTES && ((attributes & kKept) != 0 || !IsRegularFile(path));
+  return isKept ? std::nullopt : std::optional(path);
+}
+
 std::FILE* CreateNewFile(const std::string& path) {
   const int file = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
   return file < 0 ? nullptr : _fdopen(file, "wb");
