@@ -223,6 +223,10 @@ def main():
     tests = load_tests({name for folder in options.folders for name in FOLDERS[folder][1]})
     equivalents = load_equivalents()
     report = Report()
+    places_now = {mutant.key() for mutant in sum(found.values(), [])}
+    for path, before, after in equivalents:
+        if path.split("/")[0] in found and (path, before, after) not in places_now:
+            report.say(f"equivalents.txt: this is gone from {path}\n- {before}\n+ {after}")
     for folder, mutants in found.items():
         count, names = FOLDERS[folder]
         count = options.count or count
