@@ -13,6 +13,7 @@ may write files. --accept writes the .out files anew from what was printed; look
 """
 
 import argparse
+import os
 import pathlib
 import re
 import shlex
@@ -51,6 +52,10 @@ def main():
     parser.add_argument("expected", type=pathlib.Path)
     parser.add_argument("scratch", type=pathlib.Path)
     options = parser.parse_args(sys.argv[1:split])
+    if options.windows:
+        # Shown when a script fails: how far its program came, and whether Wine ended it. An exit code that Windows knows and
+        # Linux does not (a multiple of 256) reaches us as 1.
+        os.environ.setdefault("WINEDEBUG", "err+all,+seh,+process,+loaddll,+pid")
     # Programs are named from here, and started in the scripts' folders.
     command = [str(pathlib.Path(part).resolve()) if "/" in part else part
                for part in sys.argv[split + 1:]]
