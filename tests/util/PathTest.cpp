@@ -1,4 +1,5 @@
 #include "util/Path.h"
+#include "tests/support/Cases.h"
 #include "util/LastSeparator.h"
 #include "util/ScriptPath.h"
 
@@ -29,11 +30,7 @@ Joined Join(const std::string& folder, const std::string& file) {
   return joined;
 }
 
-std::string Relative(const std::string& base, const std::string& path) {
-  std::string result = "untouched";
-  MakeRelativePath(base, path, &result);
-  return result;
-}
+constexpr const char* kCases = "util/Path.cases";
 
 // The rule of the clean-up word by word: scan from the start, remove, scan from the start again.
 Joined JoinByTheBook(const std::string& folder, const std::string& file) {
@@ -70,86 +67,34 @@ Joined JoinByTheBook(const std::string& folder, const std::string& file) {
 } // namespace
 
 TEST_CASE("the last separator, in a code page with characters of two bytes") {
-  // Those of code page 932, in which the katakana So is "\x83\\".
   const auto isLeadByte = [](char byte) {
     const auto value = static_cast<unsigned char>(byte);
     return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
   };
-  constexpr std::size_t kNone = std::string_view::npos;
-  struct Row {
-    std::string path;
-    std::size_t separator;
-  };
-  const Row rows[] = {
-      {"", kNone},        {"a.dcs", kNone},         {"C:\\x\\a.dcs", 4},
-      {"C:\\x\\", 4},     {"C:\\x\\\x83\\.dcs", 4}, {"C:\\\x83\\\\a.dcs", 5},
-      {"C:\\\x83\\", 2},  {"C:\\\x83\x83\\", 5}, // a character whose second byte looks like a first one
-      {"C:\\\xB1\\a", 4},                        // one byte, above 127
-      {"C:\\x\\\x83", 4},                        // half a character at the end
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.path);
-    CHECK(LastSeparator(row.path, isLeadByte) == row.separator);
-  }
+  CheckCases(kCases, "the last separator", [&](const Words& given) -> Words {
+    const std::size_t place = LastSeparator(given[0], isLeadByte);
+    return {place == std::string_view::npos ? "none" : std::to_string(place)};
+  });
 }
 
 TEST_CASE("SplitFileName") {
-  struct Row {
-    std::string path;
-    std::string folder;
-    std::string file;
-  };
-  const Row rows[] = {
-      {"", "", ""},
-      {"a.bin", "", "a.bin"},
-      {"C:\\x\\a.bin", "C:\\x", "a.bin"},
-      {"C:\\x\\", "C:\\x", "before"}, // names no file: what was there stays
-      {"\\", "", "\\"},               // the first character is never a separator
-      {"\\a", "", "\\a"},
-      {"\\\\srv", "\\", "srv"},
-      {"C:/x/a.bin", "", "C:/x/a.bin"},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.path);
+  CheckCases(kCases, "SplitFileName", [](const Words& given) -> Words {
+    SplitFileName(given[0], nullptr, nullptr);
     std::string folder = "before";
     std::string file = "before";
-    SplitFileName(row.path, &folder, &file);
-    CHECK(folder == row.folder);
-    CHECK(file == row.file);
-
-    SplitFileName(row.path, nullptr, nullptr);
-    std::string inPlace = row.path;
+    SplitFileName(given[0], &folder, &file);
+    std::string inPlace = given[0];
     SplitFileName(inPlace, &inPlace, nullptr);
-    CHECK(inPlace == row.folder);
-  }
+    CHECK(inPlace == folder);
+    return {folder, file};
+  });
 }
 
 TEST_CASE("ConcatenatePathAndFile") {
-  struct Row {
-    std::string folder;
-    std::string file;
-    int ok;
-    std::string path;
-  };
-  const Row rows[] = {
-      {"", "a\\..\\b", 1, "a\\..\\b"},
-      {"C:\\jobs", "x.bin", 1, "C:\\jobs\\x.bin"},
-      {"C:\\jobs\\", "x.bin", 1, "C:\\jobs\\x.bin"},
-      // Climbing above the start
-      {"C:\\a", "..\\..\\b", 0, "..\\..\\b"},
-      {"C:", "..\\b", 0, "..\\b"},
-      {"", "..\\b", 1, "..\\b"},
-      // One dot takes the two bytes in front of it, again and again
-      {"C:\\a", ".\\b", -1, kOutOfRange},
-      {"C:\\jobs", "...a.\\b", 1, "C:\\jobs\\...\\b"},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.folder);
-    CAPTURE(row.file);
-    const Joined joined = Join(row.folder, row.file);
-    CHECK(joined.ok == row.ok);
-    CHECK(joined.path == row.path);
-  }
+  CheckCases(kCases, "ConcatenatePathAndFile", [](const Words& given) -> Words {
+    const Joined joined = Join(given[0], given[1]);
+    return {std::to_string(joined.ok), joined.path};
+  });
 }
 
 TEST_CASE("cleaning up in one pass gives what starting over gives") {
@@ -180,13 +125,6 @@ TEST_CASE("cleaning up takes time in proportion to the length") {
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(20));
 }
 
-TEST_CASE("which paths are absolute") {
-  for (const char* path : {"C:", "C:a", "\\\\", "\\\\srv\\a"})
-    CHECK_MESSAGE(IsAbsolutePath(path) == 1, path);
-  for (const char* path : {"", ":", "a", "\\a", "\\", "ab:"})
-    CHECK_MESSAGE(IsAbsolutePath(path) == 0, path);
-}
-
 TEST_CASE("capital letters, the German ones too") {
   for (unsigned code = 0; code < 256; ++code) {
     const bool isSmall = (code >= 'a' && code <= 'z') || code == 0xE4 || code == 0xF6 || code == 0xFC;
@@ -195,59 +133,20 @@ TEST_CASE("capital letters, the German ones too") {
 }
 
 TEST_CASE("MakeRelativePath") {
-  struct Row {
-    std::string base;
-    std::string path;
-    std::string relative;
-  };
-  const Row rows[] = {
-      {"C:\\jobs", "C:\\jobs\\a.bin", "a.bin"},
-      {"C:\\jobs\\sub\\deep", "C:\\bin\\a.bin", "..\\..\\..\\bin\\a.bin"},
-      {"C:\\a", "D:\\b", "D:\\b"},
-      {"c:\\JOBS", "C:\\jobs\\x.bin", "x.bin"},
-      {"C:\\\xE4\xF6\xFC", "C:\\\xC4\xD6\xDC\\x.bin", "x.bin"},
-      {"", "C:\\x.bin", "C:\\x.bin"},
-      {"jobs", "java", "java"}, // they share letters but no folder
-      // A base that is only the beginning of a name counts as the folder
-      {"C:\\jobs", "C:\\jobsX\\a.bin", "\\a.bin"},
-      {"C:\\jobs\\", "C:\\jobs\\a.bin", ".bin"},
-      {"C:\\jobs", "C:\\jobs", ""},
-      {"C:\\jobs\\sub", "C:\\jobs", ""}, // a folder around the base has no relative text
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.base);
-    CAPTURE(row.path);
-    CHECK(Relative(row.base, row.path) == row.relative);
-    std::string inPlace = row.path;
-    MakeRelativePath(row.base, inPlace, &inPlace);
-    CHECK(inPlace == row.relative);
-  }
+  CheckCases(kCases, "MakeRelativePath", [](const Words& given) -> Words {
+    std::string relative = "untouched";
+    MakeRelativePath(given[0], given[1], &relative);
+    std::string inPlace = given[1];
+    MakeRelativePath(given[0], inPlace, &inPlace);
+    CHECK(inPlace == relative);
+    return {relative};
+  });
 }
 
-TEST_CASE("a script's names from its base directory") {
-  struct Row {
-    std::string name;
-    std::string path;
-    std::string withoutBase; // where there is no base directory
-  };
-  const Row rows[] = {
-      {"", "", ""},
-      {"a", "Z:\\dir\\a", ""},
-      {"sub/a\\..\\b", "Z:\\dir\\sub/a\\..\\b", ""},
-      {"\\", "", ""},
-      {"/", "", ""},
-      {"\\a", "Z:\\a", "\\a"},
-      {"/a/b", "Z:\\a/b", "\\a/b"},
-      {"\\:", "Z:\\:", "\\:"},
-      {"\\\\srv\\x", "\\\\srv\\x", "\\\\srv\\x"},
-      {"//srv/x", "\\\\srv/x", "\\\\srv/x"},
-      {"/\\srv", "\\\\srv", "\\\\srv"},
-      {"C:a", "C:a", "C:a"},
-      {std::string("a\0b", 3), "", ""},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.name);
-    CHECK(ResolveScriptPath("Z:\\dir", row.name) == row.path);
-    CHECK(ResolveScriptPath("", row.name) == row.withoutBase);
-  }
+TEST_CASE("which paths are absolute, and what names in scripts mean") {
+  CheckCases(kCases, "IsAbsolutePath",
+             [](const Words& given) { return Words{std::to_string(IsAbsolutePath(given[0]))}; });
+  CheckCases(kCases, "names in scripts", [](const Words& given) {
+    return Words{ResolveScriptPath("Z:\\dir", given[0]), ResolveScriptPath("", given[0])};
+  });
 }
