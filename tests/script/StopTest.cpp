@@ -7,72 +7,46 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <future>
-#include <thread>
+#include <mutex>
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// Transfers report their steps until they are asked to abort; something always waits to be received.
-class EndlessChannel : public GuardedChannel {
-public:
-  EndlessChannel() {
-    duringTransfer = [](TransferProgressCallback report, void* context) {
+// A run on a channel whose transfers report their steps until they are asked to abort, and which always has something
+// to receive. It is stopped a moment after its first output.
+struct StoppedRun {
+  ScriptHarness harness;
+  std::string output;
+  Clock::duration tookToEnd{}; // from the stop request
+
+  StoppedRun(const std::string& script, const TemporaryFolder& folder) {
+    harness.Channel().duringTransfer = [](TransferProgressCallback report, void* context) {
       for (std::uint32_t step = 0; report(context, step) == 0; step = std::min(step + 1, 39U))
         platform::Sleep(1);
-      return kAborted;
+      return 77;
     };
-    duringReceive = [](char* buffer, std::uint32_t) {
+    harness.Channel().duringReceive = [](char* buffer, std::uint32_t) {
       buffer[0] = 'x';
       return 1;
     };
+    std::promise<void> begun;
+    std::once_flag first;
+    harness.onOutput = [&] { std::call_once(first, [&] { begun.set_value(); }); };
+    auto run = std::async(std::launch::async, [&] { return harness.Run(script, folder.Path().c_str()); });
+    CHECK_MESSAGE(begun.get_future().wait_for(30s) == std::future_status::ready, "no output within 30 s");
+    // So that it waits by now; when it does not yet, the stop must work just the same.
+    CHECK_MESSAGE(run.wait_for(10ms) == std::future_status::timeout, "it ended without being stopped");
+    const auto stopped = Clock::now();
+    harness.Session().StopScript();
+    output = run.get();
+    tookToEnd = Clock::now() - stopped;
+    CHECK(harness.Channel().LockDepth() == 0);
   }
-
-private:
-  static constexpr std::int32_t kAborted = 77;
 };
-
-struct StoppedRun {
-  std::promise<void> begun;
-  std::atomic<bool> ended{false};
-  Clock::duration tookToEnd{}; // from the stop request
-  EONX_ERR_ERRCODE_ result = EONX_ERR_NONE;
-  std::string output;
-  std::vector<std::string> transfers;
-};
-
-void Collect(void* context, const char* text) {
-  auto& run = *static_cast<StoppedRun*>(context);
-  if (run.output.empty())
-    run.begun.set_value();
-  run.output += text;
-}
-
-// Stops the script a moment after its first output.
-void StopAfterOutput(const std::string& script, const TemporaryFolder& folder, StoppedRun& run) {
-  EndlessChannel channel;
-  ScriptSession session(&channel);
-  session.SetChannel(&channel);
-  session.PrepareRun();
-  std::thread worker([&] {
-    run.result = session.ExecuteScript(script, folder.Path().c_str(), Collect, &run);
-    run.ended = true;
-  });
-  const bool begun = run.begun.get_future().wait_for(30s) == std::future_status::ready;
-  std::this_thread::sleep_for(10ms); // so that it waits by now; when it does not yet, the stop must work just the same
-  CHECK_MESSAGE(!run.ended, "it ended without being stopped");
-  const auto stopped = Clock::now();
-  session.StopScript();
-  worker.join();
-  run.tookToEnd = Clock::now() - stopped;
-  run.transfers = channel.Calls("TransmitFile");
-  CHECK_MESSAGE(begun, "no output within 30 s");
-  CHECK(channel.LockDepth() == 0);
-}
 
 } // namespace
 
@@ -80,11 +54,9 @@ TEST_CASE("a stop request ends delays, transfers, reading and sub-scripts within
   const TemporaryFolder folder;
   folder.Write("sub.dcs", "print(\"go\"); delay(-1); func f() { print(\"go\"); while (1) { delay(100000); } }");
   folder.Write("list.dcj", "a\t1\t1\tnormal\nb\t1\t1\tnormal\n");
-  struct Row {
-    std::string script;
-    std::string ending;
-  };
-  const Row rows[] = {
+  const struct {
+    std::string script, ending;
+  } rows[] = {
       {"print(\"go\"); while (1) { }", "Processing aborted"},
       {"print(\"go\"); delay(4294967295);", "Processing aborted"},
       {"print(\"go\"); print(receivestring());", "Processing aborted"},
@@ -95,14 +67,13 @@ TEST_CASE("a stop request ends delays, transfers, reading and sub-scripts within
       {"transmitfilefromstring(\"a\", 1, 1, 0);", "System function failed"},
       {"executejobfile(\"list.dcj\");", "System function failed"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     CAPTURE(row.script);
     // The machine may be busy with something else; polling or a lost wake-up would show in every try.
     auto quickest = Clock::duration::max();
     for (int attempt = 0; attempt < 5 && quickest >= 50ms; ++attempt) {
-      StoppedRun run;
-      StopAfterOutput(row.script, folder, run);
-      CHECK(run.result == EONX_ERR_SCRIPT);
+      StoppedRun run(row.script, folder);
+      CHECK(run.harness.Result() == EONX_ERR_SCRIPT);
       CHECK_MESSAGE(run.output.find(row.ending + " near line 1/") != std::string::npos, run.output);
       quickest = std::min(quickest, run.tookToEnd);
     }
@@ -116,34 +87,29 @@ TEST_CASE("a stop request ends a job list that goes on after errors") {
   for (int i = 0; i < 100; ++i)
     list += "a\t1\t1\tnormal\n";
   folder.Write("list.dcj", list);
-  StoppedRun run;
-  StopAfterOutput("print(executejobfile(\"list.dcj\", 1, 1));", folder, run);
-  CHECK(run.result == EONX_ERR_NONE); // it asked for failures to be ignored
+  StoppedRun run("print(executejobfile(\"list.dcj\", 1, 1));", folder);
+  CHECK(run.harness.Result() == EONX_ERR_NONE); // it asked for failures to be ignored
   CHECK(run.output.ends_with(" during ExecuteJobFile (list.dcj)\n77"));
-  CHECK(run.transfers.size() == 1);
+  CHECK(run.harness.Channel().Calls("TransmitFile").size() == 1);
 }
 
 TEST_CASE("a job list that a stop request cuts short ends the script though nothing failed") {
   const TemporaryFolder folder;
   folder.Write("list.dcj", "a\t1\t1\tnormal\nb\t1\t1\tnormal\nc\t1\t1\tnormal\n");
-  struct Row {
-    std::size_t stopDuring; // transfer, from 1
-    std::size_t transfers;
-    EONX_ERR_ERRCODE_ result;
-  };
-  for (const Row& row : {Row{1, 1, EONX_ERR_SCRIPT}, Row{2, 2, EONX_ERR_SCRIPT}, Row{3, 3, EONX_ERR_NONE}}) {
-    CAPTURE(row.stopDuring);
+  for (std::size_t stopDuring = 1; stopDuring <= 3; ++stopDuring) { // which transfer
+    CAPTURE(stopDuring);
     ScriptHarness harness;
     std::size_t transfer = 0;
     harness.Channel().duringTransfer = [&](TransferProgressCallback, void*) {
-      if (++transfer == row.stopDuring)
+      if (++transfer == stopDuring)
         harness.Session().StopScript();
       return 0;
     };
     const std::string output = harness.Run("executejobfile(\"list.dcj\", 1, 1);", folder.Path().c_str());
-    CHECK(harness.Channel().Calls("TransmitFile").size() == row.transfers);
-    CHECK(harness.Result() == row.result);
-    CHECK((output.find("Processing aborted near line 1/") != std::string::npos) == (row.result != EONX_ERR_NONE));
+    const bool isCutShort = stopDuring < 3;
+    CHECK(harness.Channel().Calls("TransmitFile").size() == stopDuring);
+    CHECK(harness.Result() == (isCutShort ? EONX_ERR_SCRIPT : EONX_ERR_NONE));
+    CHECK((output.find("Processing aborted near line 1/") != std::string::npos) == isCutShort);
   }
 }
 
@@ -154,7 +120,8 @@ TEST_CASE("a stop request that comes before the run begins is not forgotten, one
   for (const char* script : {"while (1) { }", "executesubscript(\"sub.dcs\");"}) {
     harness.Session().PrepareRun();
     harness.Session().StopScript();
-    CHECK(harness.Session().ExecuteScript(script, folder.Path().c_str(), nullptr, nullptr) == EONX_ERR_SCRIPT);
+    harness.RunPrepared(script, folder.Path().c_str());
+    CHECK(harness.Result() == EONX_ERR_SCRIPT);
   }
   CHECK(harness.Run("var int32 i; while (i < 3) { i += 1; } print(i);") == "3");
 }
