@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
-#include <string_view>
 
 namespace {
 
@@ -25,15 +24,6 @@ std::string WordOf(std::string_view text) {
   return word;
 }
 
-Words WordsOf(std::string_view text) {
-  Words words;
-  for (std::size_t end = 0; end != std::string_view::npos; text.remove_prefix(std::min(end + 1, text.size()))) {
-    end = text.find('|');
-    words.push_back(WordOf(text.substr(0, end)));
-  }
-  return words;
-}
-
 std::string LineOf(const Words& words) {
   std::string line;
   for (const std::string& word : words)
@@ -42,6 +32,15 @@ std::string LineOf(const Words& words) {
 }
 
 } // namespace
+
+Words WordsOf(std::string_view text) {
+  Words words;
+  for (std::size_t end = 0; end != std::string_view::npos; text.remove_prefix(std::min(end + 1, text.size()))) {
+    end = text.find('|');
+    words.push_back(WordOf(text.substr(0, end)));
+  }
+  return words;
+}
 
 std::string ReadTestFile(const std::string& file) {
   std::ifstream stream(std::string(OND_TESTS_FOLDER "/") + file, std::ios::binary);

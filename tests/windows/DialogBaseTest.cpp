@@ -137,30 +137,6 @@ TEST_CASE("OK, the close box and Escape ask the host by every route") {
   host.Do([&] { DestroyWindow(eventWindow); });
 }
 
-TEST_CASE("the status follows the channel while it is connected") {
-  const TestHost host;
-  GuardedChannel channel;
-  const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);
-  const Window status = client.Show(kCaption).Control(IDC_SCRIPT_CONFIGURATION);
-  CHECK(status.Text() == "No communication device...");
-
-  client.Connect(&channel);
-  const std::string head = "Channel description: Bench 4\nChannel configuration: 115200 8N1\nState: ";
-  CHECK(status.Text() == head + "open");
-  channel.state = 2;
-  WaitFor("the status timer to notice the closed channel", [&] { return status.Text() == head + "closed"; });
-
-  // Somebody else holds the channel: the text is blank until it is free.
-  int other = 0;
-  REQUIRE(channel.Lock(&other, 0) == 0);
-  WaitFor("the status to go blank", [&] { return status.Text().empty(); });
-  channel.Unlock(&other);
-  WaitFor("the status to come back", [&] { return status.Text() == head + "closed"; });
-
-  client.Connect(nullptr);
-  CHECK(status.Text() == "No communication device...");
-}
-
 TEST_CASE("controls follow the edges that their placement names") {
   const TestHost host;
   const TestClient client(host, ONX_OBJ_SCRIPT_PROCESSOR);

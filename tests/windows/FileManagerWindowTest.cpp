@@ -1,29 +1,7 @@
-// The File Manager's window as a whole, and the device's side of it.
+// The File Manager's window where a text of steps cannot show it: places, sizes, numbers of files.
 #include "tests/windows/FileManagerBench.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr const char* kFormatQuestion = "You have selected to format the device.\n"
-                                        "This will destroy all data stored on the device.\n\n"
-                                        "Yes: Format all blocks on the device\n"
-                                        "No: Format only the blocks that are marked as used\n"
-                                        "Cancel: Have mercy on me!";
-
-std::string DeleteQuestion(std::size_t files) {
-  return "Deleting " + std::to_string(files) + (files == 1 ? " file" : " files") + " from device, are you sure?";
-}
-
-// Presses a button whose action asks first, and answers it.
-void PressAndAnswer(FileManagerBench& bench, int id, const std::string& caption, const std::string& question,
-                    int answer) {
-  bench.device.ForgetCalls();
-  bench.Press(id);
-  Window::AnswerBox(caption, question, answer);
-}
-
-} // namespace
 
 TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring") {
   FileManagerBench bench;
@@ -44,62 +22,6 @@ TEST_CASE("the lists' columns, with room for the scroll bar that many rows bring
   CHECK(width(bench.Local()) < localBefore);
   CHECK(width(bench.Device()) < deviceBefore);
   CHECK((GetWindowLongA(bench.Local().Handle().Handle(), GWL_STYLE) & WS_HSCROLL) == 0);
-}
-
-TEST_CASE("which buttons are enabled") {
-  FileManagerBench bench;
-  struct Case {
-    bool connected, open, rows, localSelected, deviceSelected;
-    const char* enabled;
-  };
-  const char* const always = "Add files Clear Load job Close";
-  const Case cases[] = {
-      {false, true, true, true, true, "Save job"},
-      {true, false, true, true, true, "Save job"},
-      {true, true, false, false, false, "Refresh Format"},
-      {true, true, true, true, false, "Save job Copy selected -> Copy all -> Refresh Format"},
-      {true, true, false, false, true, "Refresh Format Delete file(s)"},
-  };
-  const auto list = [&](std::initializer_list<int> ids) {
-    std::string enabled;
-    for (const int id : ids) {
-      if (bench.window.Control(id).Enabled())
-        enabled += (enabled.empty() ? "" : " ") + bench.window.Control(id).Text();
-    }
-    return enabled;
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.enabled);
-    bench.Press(IDC_FM_CLEAR);
-    if (c.rows)
-      bench.Drop({"C:\\a.bin", "C:\\b.bin"});
-    bench.Local().Select(c.localSelected ? std::vector{1} : std::vector<int>{});
-    bench.Device().Select(c.deviceSelected ? std::vector{0, 2} : std::vector<int>{});
-    bench.device.state = c.open ? 1 : 2;
-    bench.client.Connect(c.connected ? &bench.device : nullptr);
-    CHECK(list({4040, 4022, 4026, 4024, 4037, 4023}) == c.enabled);
-    CHECK(list({4025, 4038, 4039, 1}) == always);
-  }
-}
-
-TEST_CASE("without a channel the rows alone enable saving, at once") {
-  const FileManagerBench bench(FileManagerBench::Channel::kNone);
-  const Window save = bench.window.Control(IDC_FM_SAVE_JOB);
-  bench.Drop({"C:\\a.bin", "C:\\b.bin"});
-  CHECK(save.Enabled());
-  bench.Local().Select({0, 1});
-  bench.Local().Handle().Send(WM_KEYDOWN, VK_DELETE);
-  bench.host.Settle();
-  CHECK_FALSE(save.Enabled());
-}
-
-TEST_CASE("the keyboard stays in the window when the focused button is disabled") {
-  FileManagerBench bench;
-  const Window refresh = bench.window.Control(IDC_FM_REFRESH);
-  refresh.Focus();
-  bench.device.state = 0;
-  WaitFor("\"Refresh\" to be disabled", [&] { return !refresh.Enabled(); });
-  bench.window.Control(IDOK).WaitForFocus();
 }
 
 TEST_CASE("dialogs and boxes come up over the middle of the window, but on the screen") {
@@ -132,154 +54,9 @@ TEST_CASE("dialogs and boxes come up over the middle of the window, but on the s
   }
 }
 
-TEST_CASE("the directory is read when the window opens and on \"Refresh\"") {
-  FileManagerBench bench;
-  CHECK(Joined(bench.device.Calls()) == kRefresh);
-  CHECK(bench.DeviceRows() == "3|1|100, 7|2|400, 200|0|500");
-
-  bench.device.directory = {{255, 255, 4294967295}};
-  bench.device.info = {4294967295, 4294967295, 1, 4294967295, 4294967295};
-  bench.device.ForgetCalls();
-  bench.Press(IDC_FM_REFRESH);
-  CHECK(Joined(bench.device.Calls()) == "Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock");
-  CHECK(bench.DeviceRows() == "255|255|4294967295");
-  CHECK(bench.Summary() ==
-        "4294967295 bytes in 1 files\nrequire 4294967295 bytes on disk\n18446744065119617025 bytes free");
-}
-
-TEST_CASE("a refresh in which one call fails") {
-  FileManagerBench bench;
-  struct Case {
-    const char* operation;
-    const char* log;
-    const char* summary;
-    const char* rows;
-  };
-  const char* const good = "1000 bytes in 3 files\nrequire 1536 bytes on disk\n51200 bytes free";
-  const char* const allRows = "3|1|100, 7|2|400, 200|0|500";
-  const Case cases[] = {
-      {"ReadDirectory",
-       "Lock 500, ReadDirectory, GetInfoString 5, Count, Entry 0, Count, Entry 1, Count, Entry 2, Count, Unlock",
-       "Could not read device directory:\nerror 5", allRows},
-      {"Info", kRefresh, "0 bytes in 0 files\nrequire 0 bytes on disk\n0 bytes free", allRows},
-      {"Entry", kRefresh, good, "0|0|0, 7|2|400, 200|0|500"},
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.operation);
-    bench.device.Fail(c.operation, {5});
-    bench.device.ForgetCalls();
-    bench.Press(IDC_FM_REFRESH);
-    bench.CheckCalls(c.log);
-    CHECK(bench.Summary() == c.summary);
-    CHECK(bench.DeviceRows() == c.rows);
-  }
-  bench.Press(IDC_FM_REFRESH);
-  CHECK(bench.Summary() == good);
-}
-
-TEST_CASE("deleting asks, deletes in the list's order up to the first failure and reads the directory again") {
-  struct Case {
-    std::vector<int> rows;
-    int answer;
-    const char* failing; // operation
-    std::deque<std::int32_t> codes;
-    const char* error;
-    const char* calls;
-  };
-  const Case cases[] = {
-      {{0}, IDNO, "", {}, nullptr, ""},
-      {{2, 0},
-       IDYES,
-       "",
-       {},
-       nullptr,
-       "Lock 500, Delete 3, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock"},
-      {{0, 1, 2},
-       IDYES,
-       "Delete",
-       {0, 6},
-       "Could not delete file with ID 7: error 6",
-       "Lock 500, Delete 3, Delete 7, GetInfoString 6, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Entry 1, "
-       "Count, Unlock, Unlock"},
-      {{0}, IDYES, "Lock", {0, 1}, kLockedText, "Lock 500, Delete 3, Lock 500, Unlock"},
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.calls);
-    FileManagerBench bench;
-    bench.device.Fail(c.failing, c.codes);
-    bench.Device().Select(c.rows);
-    PressAndAnswer(bench, IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(c.rows.size()), c.answer);
-    if (c.error)
-      Window::AnswerBox("Error", c.error);
-    bench.CheckCalls(c.calls);
-  }
-}
-
-TEST_CASE("a row whose first column is no number is not deleted") {
-  FileManagerBench bench;
-  bench.Device().SetText(0, 0, "abc");
-  bench.Device().SetText(1, 0, " 263x"); // 7 in 8 bits
-  bench.Device().Select({0, 1, 2});
-  PressAndAnswer(bench, IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(3), IDYES);
-  bench.CheckCalls(
-      "Lock 500, Delete 7, Delete 200, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock");
-  CHECK(bench.DeviceRows() == "3|1|100");
-}
-
-TEST_CASE("formatting") {
-  FileManagerBench bench;
-  struct Case {
-    int answer;
-    std::int32_t code;
-    const char* log;
-  };
-  const Case cases[] = {
-      {IDYES, 0, "Lock 500, Format 0, Lock 500, ReadDirectory, Info, Count, Unlock, Unlock"},
-      {IDNO, 0, "Lock 500, Format 1, Lock 500, ReadDirectory, Info, Count, Unlock, Unlock"},
-      {IDCANCEL, 0, "Lock 500, Unlock"},
-      {IDYES, -3,
-       "Lock 500, Format 0, Lock 500, ReadDirectory, Info, Count, Entry 0, Count, Unlock, Unlock, GetInfoString -3"},
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.answer);
-    bench.device.directory = {{3, 1, 100}};
-    bench.device.ForgetCalls();
-    bench.device.Fail("Format", {c.code});
-    bench.Press(IDC_FM_FORMAT);
-    const Window box = Window::WaitForTop("WARNING");
-    CHECK((GetWindowLongA(GetDlgItem(box.Handle(), IDCANCEL), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON);
-    CHECK(bench.device.LockDepth() >= 1); // the channel is held while the question is open
-    Window::AnswerBox("WARNING", kFormatQuestion, c.answer);
-    if (c.code != 0)
-      Window::AnswerBox("Error", "Could not format device: error -3");
-    bench.CheckCalls(c.log);
-  }
-}
-
-TEST_CASE("while another client holds the channel every action says so and touches nothing") {
-  FileManagerBench bench;
-  bench.Drop({"C:\\a.bin"});
-  bench.Local().Select({0});
-  bench.Device().Select({0});
-  for (const int id : {IDC_FM_COPY_SELECTED, IDC_FM_DELETE_FILES})
-    WaitFor("the buttons to be enabled", [&] { return bench.window.Control(id).Enabled(); });
-  int other = 0;
-  REQUIRE(bench.device.Lock(&other, 0) == 0);
-  bench.device.ForgetCalls();
-  for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_COPY_ALL, IDC_FM_COPY_SELECTED, IDC_FM_DELETE_FILES}) {
-    CAPTURE(id);
-    bench.Press(id);
-    if (id == IDC_FM_DELETE_FILES)
-      Window::AnswerBox("Warning", DeleteQuestion(1), IDYES);
-    Window::AnswerBox("Error", kLockedText);
-  }
-  CHECK(Joined(bench.device.Calls()) == "Lock 500, Lock 500, Lock 500, Lock 500, Lock 500");
-  bench.device.Unlock(&other);
-}
-
 TEST_CASE("a window opened while the channel is locked") {
   TestHost host;
-  FileDevice device;
+  BenchDevice device;
   TestClient client(host, ONX_OBJ_FILE_MANAGER);
   client.Connect(&device);
   int other = 0;
@@ -306,49 +83,104 @@ TEST_CASE("a window opened while the channel is locked") {
   device.Unlock(&other);
 }
 
-TEST_CASE("what happens behind an open question") {
-  struct Question {
-    int button;
-    const char* caption;
-    std::string text;
-    int no;
-  };
-  const Question questions[] = {
-      {IDC_FM_DELETE_FILES, "Warning", DeleteQuestion(1), IDNO},
-      {IDC_FM_FORMAT, "WARNING", kFormatQuestion, IDCANCEL},
-  };
-  for (const Question& question : questions) {
-    CAPTURE(question.caption);
-    FileManagerBench bench;
-    FileDevice second;
-    const auto ask = [&] {
-      bench.Device().Select({0});
-      bench.Press(question.button);
-      return Window::WaitForTop(question.caption);
-    };
-    const auto answer = [&](int button) {
-      Window::AnswerBox(question.caption, question.text, button);
-      bench.WaitUntilIdle();
-    };
-
-    // The channel goes, or another one comes: nothing is done to either, and no lock stays behind.
-    for (FileDevice* const next : {static_cast<FileDevice*>(nullptr), &second}) {
-      ask();
-      bench.client.Connect(next);
-      CHECK(bench.device.LockDepth() == 0);
-      bench.device.ForgetCalls();
-      answer(IDYES);
-      bench.CheckCalls("");
-      CHECK(second.Calls().empty());
-      bench.client.Connect(&bench.device);
-    }
-
-    // A program presses buttons.
-    ask();
-    bench.device.ForgetCalls();
-    for (const int id : {IDC_FM_REFRESH, IDC_FM_FORMAT, IDC_FM_DELETE_FILES, IDC_FM_COPY_ALL})
-      bench.window.Send(WM_COMMAND, static_cast<WPARAM>(id));
-    CHECK(Joined(bench.device.Calls()) == "");
-    answer(question.no);
+TEST_CASE("names of any length and of every printable character") {
+  const FileManagerBench bench;
+  const auto named = [](std::size_t length) { return "C:\\" + std::string(length - 3, 'n'); };
+  std::string printable;
+  for (int c = 0x20; c < 0x100; ++c) {
+    const bool undefined = c == 0x7F || c == 0x81 || c == 0x8D || c == 0x8F || c == 0x90 || c == 0x9D;
+    if (!undefined)
+      printable += static_cast<char>(c);
   }
+  bench.Drop({named(259), named(260), named(261), named(1000), printable});
+  CHECK(bench.Local().Text(0, 0) == named(259));
+  for (const int row : {1, 2, 3})
+    CHECK(bench.Local().Text(row, 0) == named(260));
+  CHECK(bench.Local().Text(4, 0) == printable);
+}
+
+TEST_CASE("ten thousand dropped files") {
+  const FileManagerBench bench;
+  std::vector<std::string> paths;
+  for (int i = 0; i < 10000; ++i)
+    paths.push_back("C:\\files\\" + std::to_string(i));
+  bench.Drop(paths);
+  CHECK(bench.Local().Text(0, 0) == paths.front());
+  CHECK(bench.Local().Text(9999, 0) == paths.back());
+  bench.Local().Select({-1}); // all of them
+  bench.TypeInList(VK_DELETE);
+  WaitFor("the rows to go", [&] { return bench.Local().Count() == 0; });
+}
+
+TEST_CASE("the progress dialog shows how far the copy is") {
+  FileManagerBench bench;
+  const std::string longPath = "C:\\" + std::string(240, 'w') + "\\end&name.bin";
+  bench.Drop({"C:\\a.bin", "C:\\b.bin", longPath});
+  bench.device.hold = true;
+  bench.Press(IDC_FM_COPY_ALL);
+  WaitFor("the first transfer", [&] { return bench.device.transfers == 1; });
+  const Window progress = Window::WaitForTop("Progress");
+  CHECK_FALSE(bench.window.Enabled());
+
+  const auto shows = [&](const std::string& count, LRESULT total, LRESULT file) {
+    WaitFor("\"" + count + "\", " + std::to_string(total) + " and " + std::to_string(file) + " percent", [&] {
+      return progress.Control(4044).Text() == count && progress.Control(4043).Send(PBM_GETPOS) == total &&
+             progress.Control(4042).Send(PBM_GETPOS) == file;
+    });
+  };
+  shows("0 files of 3 copied so far...", 0, 40);
+  CHECK(progress.Control(4045).Text() == "Currently copying C:\\a.bin");
+  bench.device.steps = 75;
+  shows("0 files of 3 copied so far...", 0, 75);
+
+  // On to the next file, which stands still in turn.
+  const auto next = [&](std::uint32_t steps) {
+    const int before = bench.device.transfers;
+    bench.device.steps = steps;
+    bench.device.beforeHold = [&] { bench.device.hold = true; };
+    bench.device.hold = false;
+    WaitFor("the next transfer", [&] { return bench.device.transfers == before + 1; });
+  };
+  next(0);
+  shows("1 file of 3 copied so far...", 33, 0);
+  next(100);
+  shows("2 files of 3 copied so far...", 66, 100);
+  const std::string name = progress.Control(4045).Text();
+  CHECK(name.starts_with("Currently copying ...w"));
+  CHECK(name.ends_with("w\\end&name.bin"));
+  bench.device.beforeHold = nullptr;
+  bench.device.hold = false;
+  progress.WaitUntilGone("the progress dialog");
+  bench.WaitUntilIdle();
+}
+
+TEST_CASE("the report names every failed file, however many there are") {
+  FileManagerBench bench;
+  const int kFiles = 300;
+  std::vector<std::string> paths(kFiles);
+  std::string report;
+  for (int i = 0; i < kFiles; ++i) {
+    paths[static_cast<std::size_t>(i)] = "C:\\file " + std::to_string(i) + ".bin";
+    report += (i == 0 ? "" : "\r\n") + ("Error during copying " + paths[static_cast<std::size_t>(i)]) + ": error 5";
+  }
+  bench.Drop(paths);
+  bench.device.Fail("TransmitFile", std::deque<std::int32_t>(kFiles, 5));
+  bench.Press(IDC_FM_COPY_ALL);
+  const Window box = Window::WaitForTop("Error");
+  CHECK_FALSE(bench.window.Enabled());
+  CHECK(box.BoxText() == report);
+  RECT screen{};
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &screen, 0);
+  CHECK(box.Place().top >= screen.top);
+  CHECK(box.Place().bottom <= screen.bottom);
+  const Window text = box.Control(0xFFFF);
+  box.Activate();
+  box.Control(IDOK).WaitForFocus();
+  TypeKey(VK_TAB);
+  text.WaitForFocus();
+  TypeKeyWith(VK_CONTROL, VK_END);
+  WaitFor("the text to scroll to its end", [&] { return text.Send(EM_GETFIRSTVISIBLELINE) > kFiles / 2; });
+  TypeKey(VK_RETURN);
+  box.WaitUntilGone("the report");
+  bench.WaitUntilIdle();
 }

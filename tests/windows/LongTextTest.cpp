@@ -109,7 +109,8 @@ TEST_CASE("the prompt of a question and of a list") {
       const RECT value = question.Control(c.value).PlaceInside();
       CHECK(value.top >= question.Control(c.prompt).PlaceInside().bottom);
       CHECK(question.Control(IDOK).PlaceInside().top >= value.bottom);
-      question.Activate(); // with the focus in the list, or in the field, its text selected
+      question.Activate();
+      question.Control(c.value).WaitForFocus(); // in the field the text is selected
       TypeKey(c.key);
       TypeKey(VK_RETURN);
       bench.WaitForLine(c.answer);
@@ -167,6 +168,7 @@ TEST_CASE("a message") {
       if (text.scrolls)
         CheckShownWhole(text, box, 0xFFFF);
       box.Activate();
+      box.Control(IDOK).WaitForFocus();
       TypeKey(key);
       bench.WaitForLine("on");
       bench.WaitForEnd();

@@ -53,12 +53,6 @@ struct ScriptBench {
   void WaitForEnd() const {
     WaitFor("the script to end", [&] { return channel.LockDepth() == 0 && execute.Text() == "Execute script"; });
   }
-  // Stops the script that runs.
-  void Stop() const {
-    execute.Press();
-    Window::AnswerBox("Error", "Error executing script: error 21");
-    WaitForEnd();
-  }
   // Runs a script that succeeds; the log afterwards.
   Lines Run(const std::string& script) {
     channel.ForgetCalls();

@@ -1,23 +1,5 @@
-// The Script Processor's window: scripts run, write their log, and end, whatever happens to the window.
+// The Script Processor's window where a text of steps cannot show it.
 #include "tests/windows/ScriptBench.h"
-
-TEST_CASE("the log's lines") {
-  ScriptBench bench;
-  struct Case {
-    std::string name;
-    const char* script;
-    Lines lines;
-  };
-  const Case cases[] = {
-      {"overwritten from its start", R"(print("abc\rX\n");)", {"Xbc"}},
-      {"continued by the next output", R"(print("ab"); print("c\n");)", {"abc"}},
-      {"overwritten across outputs", R"(print("12345"); print("\rab"); print("c\n"); print("d");)", {"abc45", "d"}},
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.name);
-    CHECK(Joined(bench.Run(c.script)) == Joined(c.lines));
-  }
-}
 
 TEST_CASE("the log keeps the last 5001 lines and scrolls to the end") {
   ScriptBench bench;
@@ -48,58 +30,6 @@ TEST_CASE("horizontal scrolling covers the widest line that is there") {
   CHECK(bench.log.Send(LB_GETHORIZONTALEXTENT) == 0);
 }
 
-TEST_CASE("a failed script shows its diagnostic in the log, then a box") {
-  const ScriptBench bench;
-  bench.Start(R"(var dword d; print("a\n"); d = 1 / d;)");
-  Window::AnswerBox("Error", "Error executing script: error 21");
-  bench.WaitForEnd();
-  const std::string log = Joined(bench.Logged());
-  CHECK(log.starts_with("a, Division by 0 error near line 1/"));
-  CHECK(log.ends_with(" during executing"));
-}
-
-TEST_CASE("failures before a script runs") {
-  ScriptBench bench;
-  bench.Run(R"(print("old\n");)");
-
-  SUBCASE("no channel") {
-    bench.client.Connect(nullptr);
-    bench.execute.Press();
-    Window::AnswerBox("Error", "No communication device available!");
-    CHECK(bench.execute.Text() == "Execute script");
-    CHECK(bench.Logged().empty()); // cleared at every start
-  }
-  SUBCASE("the file was deleted after it was chosen") {
-    DeleteFileA(bench.folder.PathOf("test.dcs").c_str());
-    bench.execute.Press();
-    Window::AnswerBox("Error", "Error executing script: error 8");
-    bench.WaitForEnd();
-  }
-}
-
-TEST_CASE("a script that fails behind an open file dialog is told of afterwards") {
-  const ScriptBench bench;
-  bench.Start("delay(300); exit(1);");
-  bench.window.PressControl(IDC_SCRIPT_BROWSE);
-  const Window dialog = Window::WaitForTop("Open a script file");
-  WaitFor("the diagnostic", [&] { return bench.log.ItemCount() > 0; });
-  bench.host.Settle();
-  CHECK_FALSE(Window::FindTop("Error").Exists());
-  dialog.PressControl(IDCANCEL);
-  Window::AnswerBox("Error", "Error executing script: error 21");
-  bench.WaitForEnd();
-}
-
-TEST_CASE("Stop ends a script, and the same button starts the next one") {
-  ScriptBench bench;
-  bench.Start(R"(print("on\n"); while (1) { })");
-  bench.WaitForLine("on");
-  CHECK(bench.execute.Text() == "Stop script");
-  bench.Stop();
-  CHECK(bench.Logged().back().starts_with("Processing aborted"));
-  CHECK(Joined(bench.Run(R"(print("again\n");)")) == "again");
-}
-
 TEST_CASE("a window that goes away ends the host's own run of its object") {
   const ScriptBench bench;
   HWND window = bench.window.Handle();
@@ -122,29 +52,6 @@ TEST_CASE("a window that goes away at once after the start ends its script") {
     CHECK(bench.channel.LockDepth() == 0);
     bench.Show();
   }
-}
-
-TEST_CASE("hiding the window does not disturb its script") {
-  ScriptBench bench;
-  bench.Start(R"(print("on\n"); while (1) { transmitstring("x"); })");
-  bench.WaitForLine("on");
-  bench.window.PressControl(IDOK);
-  bench.window.WaitUntilGone("the window");
-  bench.channel.ForgetCalls();
-  WaitFor("the hidden window's script to go on", [&] { return bench.channel.Calls().size() > 10; });
-  bench.client.Show(kScriptCaption);
-  bench.Stop();
-}
-
-TEST_CASE("the channel is taken away during a run") {
-  const ScriptBench bench;
-  bench.Start(R"(print("on\n"); while (1) { transmitstring("x"); })");
-  bench.WaitForLine("on");
-  bench.client.Connect(nullptr); // the run keeps what it began with
-  CHECK(bench.channel.LockDepth() > 0);
-  bench.execute.Press();
-  Window::AnswerBox("Error", "Error executing script: 21");
-  WaitFor("the lock to go back to the channel that gave it", [&] { return bench.channel.LockDepth() == 0; });
 }
 
 TEST_CASE("long lines, every byte, and a script of 50 MiB") {
@@ -181,7 +88,7 @@ TEST_CASE("a whole session by keyboard alone") {
   bench.window.Control(IDC_SCRIPT_BROWSE).WaitForFocus();
   TypeKey(VK_RETURN);
   const Window chooser = Window::WaitForTop("Open a script file");
-  chooser.Activate();
+  chooser.FileNameField().Focus();
   TypeText(bench.folder.PathOf("keys.dcs"));
   TypeKey(VK_RETURN);
   chooser.WaitUntilGone("the file dialog");
@@ -238,4 +145,29 @@ TEST_CASE("New asks before it takes a name, and the question goes with the objec
   bench.client.Delete();
   CHECK_FALSE(question.Exists());
   CHECK(bench.folder.Read("old.dcs") == "exit();");
+}
+
+// Both have a message loop of their own, inside of the question's.
+TEST_CASE("a question goes with its object, also while its menu is open or it is being moved") {
+  struct Case {
+    WPARAM command;
+    LPARAM key;
+    DWORD state;
+  };
+  for (const Case& c : {Case{SC_KEYMENU, ' ', GUI_INMENUMODE}, Case{SC_MOVE, 0, GUI_INMOVESIZE}}) {
+    CAPTURE(c.command);
+    ScriptBench bench;
+    bench.Start(R"(userinputdword("Calibration", "P", 1);)");
+    const Window question = Window::WaitForTop("Calibration");
+    question.Activate();
+    PostMessageA(question.Handle(), WM_SYSCOMMAND, c.command, c.key);
+    WaitFor("the menu or the move to begin", [&] {
+      GUITHREADINFO thread{};
+      thread.cbSize = sizeof(thread);
+      return GetGUIThreadInfo(GetWindowThreadProcessId(question.Handle(), nullptr), &thread) &&
+             (thread.flags & c.state) != 0;
+    });
+    bench.client.Delete();
+    CHECK_FALSE(question.Exists());
+  }
 }

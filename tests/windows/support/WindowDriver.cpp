@@ -1,8 +1,10 @@
 #include "tests/windows/support/WindowDriver.h"
 
 #include <doctest/doctest.h>
+#include <shlobj.h>
 
 #include <chrono>
+#include <cstring>
 
 namespace {
 
@@ -123,6 +125,7 @@ void Window::Focus() const {
   const Window top(GetAncestor(m_handle, GA_ROOT));
   top.Activate();
   top.Send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(m_handle), TRUE);
+  WaitForFocus();
 }
 
 void Window::WaitForFocus() const {
@@ -141,7 +144,20 @@ std::vector<std::string> Window::Items() const {
   return items;
 }
 
-void Window::TypeFileName(const std::string& path) const {
+void Window::DropFiles(const std::vector<std::string>& paths) const {
+  std::string names;
+  for (const std::string& path : paths)
+    names += path + '\0';
+  names += '\0';
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DROPFILES) + names.size());
+  auto* const drop = static_cast<DROPFILES*>(GlobalLock(memory));
+  drop->pFiles = sizeof(DROPFILES);
+  std::memcpy(drop + 1, names.data(), names.size());
+  GlobalUnlock(memory);
+  PostMessageA(m_handle, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
+}
+
+Window Window::FileNameField() const {
   // The dialog's one edit control, at whatever depth.
   const auto findEdit = [](HWND child, LPARAM found) -> BOOL {
     char kind[16] = "";
@@ -156,7 +172,11 @@ void Window::TypeFileName(const std::string& path) const {
     EnumChildWindows(m_handle, findEdit, reinterpret_cast<LPARAM>(&edit));
     return edit != nullptr;
   });
-  Window(edit).SetText(path);
+  return Window(edit);
+}
+
+void Window::TypeFileName(const std::string& path) const {
+  FileNameField().SetText(path);
   PressControl(IDOK);
 }
 

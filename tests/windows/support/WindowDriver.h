@@ -64,7 +64,13 @@ public:
   void Select(int index) const { Send(LB_SETCURSEL, static_cast<WPARAM>(index)); }
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
-  // --- the system's file dialogs: enters a path and confirms
+  // Drops files on the window, as the system does.
+  void DropFiles(const std::vector<std::string>& paths) const;
+
+  // --- the system's file dialogs
+  // The field for the name, once it is there.
+  Window FileNameField() const;
+  // Enters a path and confirms.
   void TypeFileName(const std::string& path) const;
   // The same in the one with that caption, which goes away.
   static void ChooseFile(const std::string& caption, const std::string& path, DWORD process = GetCurrentProcessId());
