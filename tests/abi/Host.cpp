@@ -153,11 +153,8 @@ void TestScript(CONXDeviceClient_0& processor, EchoChannel& channel) {
   Check(processor.Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0) == EONX_ERR_NONE, "a stop request without a run");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_NONE,
         "a run after it, without a function for the output");
-  Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address(""), 0, 0, 0) == EONX_ERR_EMPTY_PATH, "an empty path");
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT_FILE, Address("no such file.dcs"), 0, 0, 0) == EONX_ERR_FILE_OPEN,
         "a file that is not there");
-  Check(channel.IsFree(), "locks pair after a missing file");
-
   channel.refuseLock = true; // and must not be given back
   Check(processor.Call(ONX_CALL_EXECUTE_SCRIPT, Address("print(1);"), 0, 0, 0) == EONX_ERR_LOCKED, "a locked channel");
   channel.refuseLock = false;
@@ -172,24 +169,21 @@ TONXSCRIPTVARIABLE Record(const char* name, std::uint32_t type, const void* valu
   return record;
 }
 
+// Records lie one behind the other, and their fields where both sides look.
 void TestVariables(CONXDeviceClient_0& processor) {
-  const std::uint64_t number = 41;
+  const std::uint64_t number = 41, wide = 0x123456789ABCDEF0;
   TONXSCRIPTVARIABLE given[] = {Record("Counter", ONX_TYPE_INT32, &number, 0), Record("Odd", 7, nullptr, 0),
-                                Record("Text", ONX_TYPE_STRING, "a\0b", 3)};
+                                Record("Text", ONX_TYPE_STRING, "a\0b", 3), Record("Wide", ONX_TYPE_UINT64, &wide, 0)};
   Check(processor.Call(ONX_CALL_SET_VARIABLES, Address(given), 3, 0, 0) == EONX_ERR_NONE, "variables are set");
-  const std::uint64_t wide = 0x123456789ABCDEF0;
-  TONXSCRIPTVARIABLE more[] = {Record("Wide", ONX_TYPE_UINT64, &wide, 0)};
-  Check(processor.Call(ONX_CALL_SET_VARIABLES, Address(more), 1, 1, 0) == EONX_ERR_NONE, "a variable is added");
-
+  Check(processor.Call(ONX_CALL_SET_VARIABLES, Address(given + 3), 1, 1, 0) == EONX_ERR_NONE, "a variable is added");
   Output output;
   Check(RunScript(processor, "counter += 1; text += \"!\"; wide += 1;", output) == EONX_ERR_NONE, "a script uses them");
 
   TONXSCRIPTVARIABLE asked[] = {Record("COUNTER", 0, nullptr, 0), Record("odd", 0, nullptr, 0),
                                 Record("text", 0, nullptr, 0), Record("wide", 0, nullptr, 0)};
   std::uint64_t found = 99;
-  Check(processor.Call(ONX_CALL_GET_VARIABLES, Address(asked), 4, Address(&found), 0) == EONX_ERR_NONE,
-        "variables are read back");
-  Check(found == 3, "three of four names are found");
+  Check(processor.Call(ONX_CALL_GET_VARIABLES, Address(asked), 4, Address(&found), 0) == EONX_ERR_NONE && found == 3,
+        "three of four names are found");
   Check(asked[0].type == ONX_TYPE_INT32 && static_cast<std::uint32_t>(asked[0].value) == 42, "the number");
   Check(asked[1].type == 0 && asked[1].value == 0, "a record of an unknown type was passed over");
   const auto* text = reinterpret_cast<const char*>(asked[2].value);
@@ -197,7 +191,6 @@ void TestVariables(CONXDeviceClient_0& processor) {
             text[2] == 'b' && text[3] == '!',
         "the string with a zero byte");
   Check(asked[3].type == ONX_TYPE_UINT64 && asked[3].value == wide + 1, "the 64-bit number");
-  Check(processor.Call(ONX_CALL_GET_VARIABLES, Address(asked), 4, 0, 0) == EONX_ERR_NONE, "without a count");
 }
 
 // An object of the host's own, which the module must not end. Asking its type is all the module may do; what other

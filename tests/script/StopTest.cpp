@@ -136,3 +136,13 @@ TEST_CASE("an abandoned run ends at the next statement block, the one after it r
   harness.Session().StopScript(); // a mere stop leaves what has no loop alone
   CHECK(harness.Session().ExecuteScript("if (1) { print(1); }", nullptr, nullptr, nullptr) == EONX_ERR_NONE);
 }
+
+TEST_CASE("an output that abandons its run keeps the job list's transfer from beginning") {
+  const TemporaryFolder folder;
+  folder.Write("list.dcj", "a\t1\t1\tnormal\n");
+  ScriptHarness harness;
+  harness.onOutput = [&] { harness.Session().AbandonScript(); };
+  harness.Run("executejobfile(\"list.dcj\");", folder.Path().c_str());
+  CHECK(harness.Result() == EONX_ERR_SCRIPT);
+  CHECK(harness.Channel().Calls("TransmitFile").empty());
+}

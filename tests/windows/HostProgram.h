@@ -39,6 +39,14 @@ public:
   Window WaitForTop(const std::string& caption) const { return Window::WaitForTop(caption, m_process.dwProcessId); }
   void AnswerError(const std::string& text) const { Window::AnswerBox("Error", text, IDOK, m_process.dwProcessId); }
 
+  // An error that begins so, and confirms it.
+  void AnswerErrorLike(const std::string& beginning) const {
+    const Window box = WaitForTop("Error");
+    CHECK(box.BoxText().starts_with(beginning));
+    box.PressControl(IDOK);
+    box.WaitUntilGone("the box");
+  }
+
   void ChooseFile(const std::string& caption, const std::string& path) const {
     Window::ChooseFile(caption, path, m_process.dwProcessId);
   }

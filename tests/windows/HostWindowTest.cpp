@@ -147,10 +147,7 @@ TEST_CASE("the channel is disconnected and connected under an open tool") {
 
   main.Control(IDC_CHANNEL_TEXT).SetText("sin");
   main.PressControl(IDM_CONNECT);
-  const Window box = host.WaitForTop("Error");
-  CHECK(box.BoxText().starts_with("The channel cannot be opened: unknown channel \"sin\"; there are: sim"));
-  box.PressControl(IDOK);
-  box.WaitUntilGone("the box");
+  host.AnswerErrorLike("The channel cannot be opened: unknown channel \"sin\"; there are: sim");
   CHECK(status.Text() == "No communication device...");
   CHECK(main.Control(IDC_CHANNEL_TEXT).Enabled());
 
@@ -171,10 +168,8 @@ TEST_CASE("a channel that takes its time to open, and one that is lost") {
   host.Main().PressControl(IDM_CONNECT);
   host.WaitForText(IDC_CHANNEL_STATE, "not connected");
   host.Main().PressControl(IDM_CONNECT); // nobody listens any more
-  const Window box = host.WaitForTop("Error");
-  CHECK(box.BoxText().starts_with("The channel cannot be opened: "));
-  CHECK(host.Main().Control(IDC_CHANNEL_STATE).Text() == "not connected");
-  box.PressControl(IDOK);
+  host.AnswerErrorLike("The channel cannot be opened: ");
+  host.WaitForText(IDC_CHANNEL_STATE, "not connected");
   WaitFor("the text to be open to changes", [&] { return host.Main().Control(IDC_CHANNEL_TEXT).Enabled(); });
 }
 
@@ -239,9 +234,7 @@ TEST_CASE("closing the main window while a tool asks something") {
 TEST_CASE("what cannot be had is said, and the rest works") {
   SUBCASE("the channel of the command line") {
     HostProgram host("--channel nowhere");
-    const Window box = host.WaitForTop("Error");
-    CHECK(box.BoxText().find("unknown channel \"nowhere\"") != std::string::npos);
-    box.PressControl(IDOK);
+    host.AnswerErrorLike("The channel cannot be opened: unknown channel \"nowhere\"");
     host.WaitForText(IDC_CHANNEL_STATE, "not connected");
     host.Main().Control(IDC_CHANNEL_TEXT).SetText("sim");
     host.Main().PressControl(IDM_CONNECT);
@@ -253,10 +246,8 @@ TEST_CASE("what cannot be had is said, and the rest works") {
     const std::string alone = folder.PathOf("ondhost.exe");
     REQUIRE(CopyFileA(TestedHostPath().c_str(), alone.c_str(), TRUE));
     HostProgram host("", alone);
-    const Window box = host.WaitForTop("Error");
     const std::string problem = "cannot load " + folder.PathOf("OndDeviceClient.dll") + ": ";
-    CHECK(box.BoxText().starts_with("The tools are missing: " + problem));
-    box.PressControl(IDOK);
+    host.AnswerErrorLike("The tools are missing: " + problem);
     host.WaitForText(IDC_CHANNEL_STATE, "open");
     CHECK(host.Main().Control(IDC_TOOLS_PROBLEM).Text().starts_with(problem));
     host.CloseMain();

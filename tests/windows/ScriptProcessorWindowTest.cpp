@@ -80,32 +80,6 @@ TEST_CASE("long lines, every byte, and a script of 50 MiB") {
   }
 }
 
-TEST_CASE("a whole session by keyboard alone") {
-  const ScriptBench bench;
-  bench.folder.Write("keys.dcs", R"(print("typed\n");)");
-  bench.log.Focus();
-  TypeKey(VK_TAB);
-  bench.window.Control(IDC_SCRIPT_BROWSE).WaitForFocus();
-  TypeKey(VK_RETURN);
-  const Window chooser = Window::WaitForTop("Open a script file");
-  chooser.FileNameField().Focus();
-  TypeText(bench.folder.PathOf("keys.dcs"));
-  TypeKey(VK_RETURN);
-  chooser.WaitUntilGone("the file dialog");
-  WaitFor("the path", [&] { return bench.window.Control(IDC_SCRIPT_PATH).Text() == bench.folder.PathOf("keys.dcs"); });
-  bench.window.Activate();
-  bench.window.Control(IDC_SCRIPT_BROWSE).WaitForFocus();
-  for (const int id : {IDC_SCRIPT_COPY, IDC_SCRIPT_NEW, IDC_SCRIPT_EDIT, IDC_SCRIPT_EXECUTE}) {
-    TypeKey(VK_TAB);
-    bench.window.Control(id).WaitForFocus();
-  }
-  TypeKey(VK_SPACE);
-  bench.WaitForLine("typed");
-  bench.WaitForEnd();
-  TypeKey(VK_ESCAPE);
-  bench.window.WaitUntilGone("the window after Escape");
-}
-
 TEST_CASE("New makes an empty script and opens it in the editor") {
   const ScriptBench bench;
   const std::string path = bench.folder.PathOf("new.dcs");

@@ -4,17 +4,17 @@
 #include <doctest/doctest.h>
 
 TEST_CASE("Script Processor") {
-  RunSteps("ScriptProcessor.steps", ONX_OBJ_SCRIPT_PROCESSOR, "Script processor");
+  RunSteps("windows/steps/ScriptProcessor.steps", ONX_OBJ_SCRIPT_PROCESSOR, "Script processor");
 }
 
 TEST_CASE("questions") {
-  RunSteps("Questions.steps", ONX_OBJ_SCRIPT_PROCESSOR, "Script processor");
+  RunSteps("windows/steps/Questions.steps", ONX_OBJ_SCRIPT_PROCESSOR, "Script processor");
 }
 
 TEST_CASE("Terminal") {
-  RunSteps("Terminal.steps", ONX_OBJ_TERMINAL, "Terminal");
+  RunSteps("windows/steps/Terminal.steps", ONX_OBJ_TERMINAL, "Terminal");
 }
 
 TEST_CASE("File Manager") {
-  RunSteps("FileManager.steps", ONX_OBJ_FILE_MANAGER, "File manager");
+  RunSteps("windows/steps/FileManager.steps", ONX_OBJ_FILE_MANAGER, "File manager");
 }

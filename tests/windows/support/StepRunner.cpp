@@ -33,7 +33,7 @@ const std::map<std::string, int> kControls = {{"configuration", IDC_FM_CONFIGURA
                                               {"terminal configuration", IDC_TERMINAL_CONFIGURATION}};
 const std::map<std::string, WORD> kKeys = {{"RETURN", VK_RETURN}, {"ESCAPE", VK_ESCAPE}, {"TAB", VK_TAB},
                                            {"DELETE", VK_DELETE}, {"SPACE", VK_SPACE},   {"UP", VK_UP},
-                                           {"DOWN", VK_DOWN},     {"HOME", VK_HOME}};
+                                           {"DOWN", VK_DOWN},     {"HOME", VK_HOME},     {"PAGEDOWN", VK_NEXT}};
 
 Words SplitAtBlanks(const std::string& text) {
   std::istringstream stream(text);
@@ -131,6 +131,7 @@ StepRunner::Verbs StepRunner::ControlVerbs() {
        [this](const Words& words) { ExpectThat(words.at(1), [&] { return Control(words.at(0)).Enabled(); }); }},
       {"checked",
        [this](const Words& words) { ExpectThat(words.at(1), [&] { return Control(words.at(0)).Checked(); }); }},
+      {"scrolled", [this](const Words& words) { ExpectScrolled(words.at(0)); }},
       {"default", [this](const Words& words) { CHECK(TypeOf(Control(words.at(0))) == BS_DEFPUSHBUTTON); }},
   };
 }
@@ -139,6 +140,7 @@ StepRunner::Verbs StepRunner::KeyboardVerbs() {
   return {
       {"focus", [this](const Words& words) { Control(words.at(0)).Focus(); }},
       {"focus by hand", [this](const Words& words) { m_host.Do([&] { SetFocus(Control(words.at(0)).Handle()); }); }},
+      {"focus file name", [this](const Words&) { m_window.FileNameField().Focus(); }},
       {"focused", [this](const Words& words) { Control(words.at(0)).WaitForFocus(); }},
       {"keys", [this](const Words& words) { TypeKeys(words.at(0)); }},
       {"key down", [this](const Words& words) { Control(words.at(0)).Send(WM_KEYDOWN, kKeys.at(words.at(1))); }},
@@ -165,6 +167,8 @@ StepRunner::Verbs StepRunner::WindowVerbs() {
       {"choose", [this](const Words& words) { Choose(words.at(0), words.at(1)); }},
       {"name", [this](const Words& words) { m_window.TypeFileName(words.at(0)); }}, // in a file dialog, which stays
       {"shown", [this](const Words& words) { ExpectThat(words.at(0), [this] { return m_own.Visible(); }); }},
+      {"smallest", [this](const Words&) { m_own.Resize(0, 0); }},
+      {"shot", [this](const Words& words) { shoot(m_window, words.at(0)); }},
       {"show", [this](const Words&) { Show(); }},
       {"hide", [this](const Words&) { m_host.Do([this] { m_client->CloseDialogNonModal(); }); }},
       {"delete", [this](const Words&) { m_client.Delete(); }},
@@ -253,6 +257,10 @@ void StepRunner::ExpectThat(const std::string& yesOrNo, const std::function<bool
 
 void StepRunner::ExpectSelected(const std::string& list, const std::string& item) const {
   Expect(item, [&] { return std::to_string(Control(list).Send(LB_GETCURSEL)); });
+}
+
+void StepRunner::ExpectScrolled(const std::string& edit) const {
+  ExpectThat("yes", [&] { return Control(edit).Send(EM_GETFIRSTVISIBLELINE) > 0; });
 }
 
 // A list may change meanwhile, so it is read on the thread that changes it.
@@ -384,9 +392,10 @@ ListView StepRunner::List(const std::string& name) const {
 
 // --- sections
 
-void RunSteps(const std::string& file, std::uint32_t type, const char* caption) {
+void RunSteps(const std::string& file, std::uint32_t type, const char* caption,
+              const std::function<void(const Window&, const std::string&)>& shoot) {
   std::map<std::string, Words> sections;
-  std::istringstream lines(ReadTestFile("windows/steps/" + file));
+  std::istringstream lines(ReadTestFile(file));
   std::string name;
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('['))
@@ -397,6 +406,7 @@ void RunSteps(const std::string& file, std::uint32_t type, const char* caption) 
   for (const auto& [section, steps] : sections) {
     SUBCASE(section.c_str()) {
       StepRunner runner(type, caption);
+      runner.shoot = shoot;
       for (const std::string& step : steps)
         runner.Do(step);
     }

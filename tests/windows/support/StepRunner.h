@@ -14,6 +14,8 @@ class StepRunner {
 public:
   // Shows the window, connected to a device.
   StepRunner(std::uint32_t type, const char* caption);
+  // Takes a picture of the window that the steps work just now, for those who want one.
+  std::function<void(const Window&, const std::string& name)> shoot;
   void Do(const std::string& line);
 
 private:
@@ -52,6 +54,7 @@ private:
   void Expect(const std::string& wanted, const std::function<std::string()>& seen) const;
   void ExpectThat(const std::string& yesOrNo, const std::function<bool()>& holds) const;
   void ExpectSelected(const std::string& list, const std::string& item) const;
+  void ExpectScrolled(const std::string& edit) const;
   void ExpectItems(const std::string& list, const Words& items) const;
   void CheckCalls(const std::string& wanted);
   void CheckSent(const std::string& wanted);
@@ -67,5 +70,7 @@ private:
   Verbs m_verbs;
 };
 
-// Carries out each section of steps/FILE as a subcase of its own, with a new runner. For doctest's test cases.
-void RunSteps(const std::string& file, std::uint32_t type, const char* caption);
+// Carries out each section of a file below tests/ as a subcase of its own, in the order of their names, with a new
+// runner. For doctest's test cases.
+void RunSteps(const std::string& file, std::uint32_t type, const char* caption,
+              const std::function<void(const Window&, const std::string&)>& shoot = nullptr);

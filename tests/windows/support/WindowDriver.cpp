@@ -100,6 +100,17 @@ SIZE Window::ClientSize() const {
   return {client.right, client.bottom};
 }
 
+bool Window::IsWhole() const {
+  RECT area{}, seen{};
+  const bool isControl = (GetWindowLongA(m_handle, GWL_STYLE) & WS_CHILD) != 0;
+  if (isControl)
+    GetClientRect(GetParent(m_handle), &area);
+  else
+    SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+  const RECT place = isControl ? PlaceInside() : Place();
+  return IntersectRect(&seen, &place, &area) && EqualRect(&seen, &place);
+}
+
 Window Window::Control(int id) const {
   const HWND control = GetDlgItem(m_handle, id);
   if (!control)

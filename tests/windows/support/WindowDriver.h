@@ -32,6 +32,8 @@ public:
   RECT Place() const;       // on the screen
   RECT PlaceInside() const; // in the parent's client area
   SIZE ClientSize() const;
+  // Lies whole in its parent's client area, a window on the screen but for the task bar.
+  bool IsWhole() const;
 
   // The control with that id; fails the test when there is none.
   Window Control(int id) const;
