@@ -114,7 +114,9 @@ TEST_CASE("New asks before it takes a name, and the question goes with the objec
     });
     return question;
   };
-  ask().PressControl(IDNO); // the file dialog comes again
+  const Window first = ask();
+  first.PressControl(IDNO);
+  first.WaitUntilGone("the question"); // which has the file dialog's caption; that one comes again
   const Window question = ask();
   bench.client.Delete();
   CHECK_FALSE(question.Exists());
