@@ -41,7 +41,7 @@ class Call:
             pass  # it does not read standard input
 
     def end(self):
-        """Exit code (None: killed after the time-out), output, messages."""
+        """Exit code (None: killed after the time-out), output, messages; these with the line ends that they have here."""
         try:
             code = self.process.wait(TIMEOUT)
         except subprocess.TimeoutExpired:
@@ -50,7 +50,7 @@ class Call:
             code = None
         self.output.seek(0)
         self.messages.seek(0)
-        return code, self.output.read(), self.messages.read()
+        return code, self.output.read(), self.messages.read().replace(b"\r\n", b"\n")
 
 
 def expect(arguments, code, output=b"", message=b"", text=b""):
