@@ -1,6 +1,7 @@
 #include "host/trace/TraceLine.h"
 
 #include "host/support/Text.h"
+#include "host/support/Utf8.h"
 
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
@@ -18,30 +19,6 @@ using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
 constexpr std::size_t kLongestAscii = 4096; // bytes that are also shown as text
 
 // --- writing
-
-bool IsUtf8(std::string_view text) {
-  rapidjson::MemoryStream stream(text.data(), text.size());
-  while (stream.Tell() < text.size()) {
-    unsigned character = 0;
-    if (!rapidjson::UTF8<>::Decode(stream, &character))
-      return false;
-  }
-  return true;
-}
-
-std::string FromLatin1(std::string_view text) {
-  std::string utf8;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      utf8 += c;
-    } else {
-      utf8 += static_cast<char>(0xC0 | byte >> 6);
-      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-    }
-  }
-  return utf8;
-}
 
 void WriteKey(JsonWriter& json, std::string_view key) {
   json.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
@@ -307,10 +284,6 @@ tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line) {
   if (!members.Problem().empty())
     return tl::unexpected(members.Problem());
   return read;
-}
-
-std::string ToUtf8(std::string_view text) {
-  return IsUtf8(text) ? std::string(text) : FromLatin1(text);
 }
 
 std::string TraceTimeText(std::int64_t time) {

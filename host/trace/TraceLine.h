@@ -11,7 +11,7 @@
 
 namespace host {
 
-// Each appends one line with its end. Text that is no UTF-8 is taken for Latin-1.
+// Each appends one line with its end. Text that is no UTF-8 is taken for Windows-1252.
 void AppendTraceLine(std::string& file, const TraceHeader& header);
 void AppendTraceLine(std::string& file, const TraceCall& call);
 void AppendTraceLine(std::string& file, const TraceEvent& event);
@@ -20,9 +20,6 @@ using TraceLine = std::variant<TraceHeader, TraceCall, TraceEvent>;
 
 // Reads a line without its end, or tells what is wrong with it. Members that it does not know are left alone.
 tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line);
-
-// The same text where it is UTF-8; otherwise what it is as Latin-1.
-std::string ToUtf8(std::string_view text);
 
 // "2026-11-21T20:46:28.123456Z" of microseconds since 1970.
 std::string TraceTimeText(std::int64_t time);

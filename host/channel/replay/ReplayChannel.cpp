@@ -3,6 +3,7 @@
 #include "host/channel/ChannelErrors.h"
 #include "host/channel/replay/Difference.h"
 #include "host/support/Text.h"
+#include "host/support/Utf8.h"
 #include "host/trace/CallRecord.h"
 #include "host/trace/TraceLine.h"
 

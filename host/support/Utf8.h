@@ -1,0 +1,15 @@
+// Texts of scripts and devices, which are bytes, as UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// The same text where it is UTF-8; otherwise what it is as Windows-1252.
+std::string ToUtf8(std::string_view bytes);
+
+// Of a code below 0x10000.
+void AppendUtf8(std::string& text, unsigned code);
+
+} // namespace host
