@@ -35,8 +35,8 @@ function(ond_header_library target folder)
 endfunction()
 ond_header_library(ond_cli11 CLI)
 ond_header_library(ond_doctest doctest)
-ond_header_library(ond_expected tl)
 ond_header_library(ond_rapidjson rapidjson)
+ond_header_library(ond_expected tl)
 
 # Part of the module. Object libraries, so that everything a part exports reaches the DLL.
 function(ond_module_library name)

@@ -4,6 +4,11 @@ void NativeProcessor::Connect(COndDeviceComm_0* channel) {
   m_session.SetChannel(channel);
 }
 
+void NativeProcessor::Prepare() {
+  m_prompter.Return();
+  m_session.PrepareRun();
+}
+
 EONX_ERR_ERRCODE_ NativeProcessor::Execute(const std::string& text, OndScriptOutput output, void* context) {
   return m_session.ExecuteScript(text, nullptr, output, context);
 }

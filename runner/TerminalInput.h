@@ -17,9 +17,15 @@ public:
   void Interrupt() { m_interrupted.Raise(); }
   // From now on there are no lines any more; ends a call that waits. [any thread, also a signal handler]
   void Close() { m_closed.Raise(); }
+  // Again there may be lines. [the thread of ReadLine]
+  void Reopen() { m_closed.Clear(); }
+  // Whether nobody is there: standard input is no terminal, and ended before it gave a single line.
+  bool IsDeserted() const { return m_deserted; }
 
 private:
   host::Signal m_interrupted;
   host::Signal m_closed;
+  bool m_hasSpoken = false;
+  bool m_deserted = false;
   std::string m_read; // behind the line that was returned last
 };

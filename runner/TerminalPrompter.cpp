@@ -1,7 +1,7 @@
 #include "runner/TerminalPrompter.h"
 
+#include "host/answers/ItemAnswer.h"
 #include "host/support/Text.h"
-#include "runner/ItemAnswer.h"
 #include "scriptrt/question/NumberAnswer.h"
 
 #include <iostream>
@@ -90,7 +90,7 @@ std::optional<std::size_t> TerminalPrompter::AskItem(const std::string& caption,
   }
   const std::string inBrackets = initial < items.size() ? std::to_string(initial) : std::string();
   std::string hint = inBrackets.empty() ? "" : "Enter takes the item whose number is in brackets, ";
-  if (HasTextLikeNumber(items))
+  if (host::HasTextLikeNumber(items))
     hint += "a text that looks like a number stands in \"quotes\", ";
   ShowHeading(caption, hint + kCancel);
   for (std::size_t i = 0; i < items.size(); ++i)
@@ -100,6 +100,6 @@ std::optional<std::size_t> TerminalPrompter::AskItem(const std::string& caption,
                                  complaint = line.empty() ? "Type the number or the text of an item"
                                                           : host::Quoted(line) +
                                                                 " is neither the number nor the text of an item";
-                                 return FindItem(items, line.empty() ? inBrackets : line);
+                                 return host::FindItem(items, line.empty() ? inBrackets : line);
                                });
 }

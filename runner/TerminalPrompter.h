@@ -21,6 +21,10 @@ public:
   void TellStopping() { m_input.Interrupt(); }
   // Nobody is there any more: questions, an open one too, are cancelled from now on. [as above]
   void Leave() { m_input.Close(); }
+  // Somebody may be there again. [before a run]
+  void Return() { m_input.Reopen(); }
+  // Whether there was nobody to ask from the start. [the thread that asks]
+  bool IsDeserted() const { return m_input.IsDeserted(); }
 
 private:
   // What is typed behind the prompt; nothing means Cancel.

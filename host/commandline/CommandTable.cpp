@@ -2,6 +2,7 @@
 
 #include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/Variables.h"
+#include "host/report/Reports.h"
 
 #include <vector>
 
@@ -13,6 +14,11 @@ constexpr std::string_view kExportDescription = "Writes a trace as a capture fil
 constexpr std::string_view kTraceCodes =
     "Exits with 0, or with 5 when the trace cannot be read or is none, or the result cannot be written.";
 
+constexpr std::string_view kRunCodes =
+    "A run exits with its result: 0 success, 10 the part failed, 11 stopped by --timeout, 12 --answers does not fit,\n"
+    "21 the script failed or was stopped; 2 is a wrong call. Of several scripts, the first code counts that says that\n"
+    "something was not tested, then 10.";
+
 constexpr CommandRow kCommands[] = {
     {"ondscript", Command::kHelp, "", "Runs and checks device scripts.",
      "  ondscript sweep.dcs\n"
@@ -20,15 +26,16 @@ constexpr CommandRow kCommands[] = {
      "  ondscript check *.dcs\n",
      "`ondscript FILE` is `ondscript run FILE`, so that a script may begin with #!/usr/bin/env ondscript.\n"
      "`ondscript COMMAND --help` tells about a command."},
-    {"ondscript", Command::kRun, "run", "Runs a script and prints its output",
+    {"ondscript", Command::kRun, "run", "Runs scripts and prints their output",
      "  ondscript run sweep.dcs\n"
      "  echo 'print(\"hello\\n\");' | ondscript run -\n"
      "  ondscript run flash.dcs --device-dir /tmp/device --set unit:string=A17\n"
      "  ondscript run count.dcs --set rounds:dword=5 --set total:int64=0 --get total\n"
      "  ondscript run sweep.dcs --channel tcp:192.168.1.20:4000\n"
      "  ondscript run sweep.dcs --channel serial:/dev/ttyUSB0:115200:8N1\n"
-     "  ondscript run flash.dcs --fault TransmitFile:2=6\n",
-     "A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call."},
+     "  ondscript run flash.dcs --fault TransmitFile:2=6\n"
+     "  ondscript run power.dcs radio.dcs --answers bench.txt --timeout 60 --report html=A17.html\n",
+     kRunCodes},
     {"ondscript", Command::kCheck, "check", "Prints the first problem of each script as FILE:LINE:COLUMN: error: TEXT",
      "  ondscript check *.dcs\n"
      "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
@@ -48,14 +55,15 @@ constexpr CommandRow kCommands[] = {
      "  ondhost run sweep.dcs\n",
      "Without a command, the windows open, on the channel that the options describe.\n"
      "`ondhost COMMAND --help` tells about a command."},
-    {"ondhost", Command::kRun, "run", "Runs a script and prints its output",
+    {"ondhost", Command::kRun, "run", "Runs scripts and prints their output",
      "  ondhost run sweep.dcs\n"
      "  ondhost run flash.dcs --device-dir C:\\bench\\device --set unit:string=A17\n"
      "  ondhost run count.dcs --set rounds:dword=5 --set total:int64=0 --get total\n"
      "  ondhost run sweep.dcs --channel tcp:192.168.1.20:4000\n"
      "  ondhost run sweep.dcs --channel serial:COM3:115200:8N1\n"
-     "  ondhost run flash.dcs --fault TransmitFile:2=6\n",
-     "A run exits with its result: 0 success, 21 the script failed or was stopped; 2 is a wrong call."},
+     "  ondhost run flash.dcs --fault TransmitFile:2=6\n"
+     "  ondhost run power.dcs radio.dcs --answers bench.txt --timeout 60 --report html=A17.html\n",
+     kRunCodes},
     {"ondhost", Command::kTraceShow, "trace show", kShowDescription,
      "  ondhost trace show bench.jsonl\n"
      "  ondhost trace show bench.jsonl --only sent --only received --times last\n",
@@ -75,7 +83,8 @@ std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kShow = static_cast<unsigned>(Command::kTraceShow);
   constexpr unsigned kWithChannel = Command::kWindows | Command::kRun;
   return {
-      {kRun, "FILE", "", "the script; - reads it from standard input", Occurrence::kNeeded},
+      {kRun, "FILE", "", "the scripts, run one after the other; - reads one from standard input",
+       Occurrence::kNeededRepeated},
       {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
       {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelForms()},
       {kWithChannel, "--device-dir", "FOLDER", "where the simulated device keeps its files"},
@@ -98,6 +107,12 @@ std::vector<OptionRow> MakeOptions() {
       {kShow, "--gap", "MS", "milliseconds of silence that end a block of bytes (otherwise 20)"},
       {kRun, "--keep-going", "", "do not stop the script when it uses a channel that is closed for good"},
       {kRun, "--get", "NAME", "print this variable of --set after the run", Occurrence::kRepeated},
+      {kRun, "--get-file", "FILE", "write the variables of --get (without one: all of --set) there as JSON instead"},
+      {kRun, "--fail-on", "TEXT", "the part has failed when a printed line contains TEXT", Occurrence::kRepeated},
+      {kRun, "--result", "NAME", "the part has failed when this variable of --set is not 0 after the run"},
+      {kRun, "--timeout", "SECONDS", "stop a script that takes longer"},
+      {kRun, "--answers", "FILE", "answer the script's questions from FILE, whose lines are CAPTION = ANSWER"},
+      {kRun, "--report", "FORMAT=FILE", "write a report (" + ReportFormatNames() + ")", Occurrence::kRepeated},
   };
 }
 

@@ -1,19 +1,30 @@
 // What `run` and `check` are told beside their files.
 #pragma once
 
+#include "host/answers/AnswerFile.h"
 #include "host/commandline/ChannelArguments.h"
 #include "host/commandline/Variables.h"
+#include "host/report/Reports.h"
+
+#include <chrono>
+#include <optional>
 
 namespace host {
 
 // What `run` was asked to do.
 struct RunArguments {
-  std::string script; // a path as typed, or "-" for standard input
+  std::vector<std::string> scripts; // paths as typed, or "-" for standard input, once at most; one at least
   ChannelOptions channel;
   std::string trace;               // a path as typed; empty: no trace is wanted
   std::vector<Variable> variables; // no two of the same name
   std::vector<std::string> gets;   // each the name of one of the variables
-  bool keepGoing = false;          // also when the channel has ended
+  std::string getFile;             // where their values go; empty: to standard output
+  std::vector<std::string> failTexts;
+  std::string result; // the name of a number among the variables; empty: none
+  std::optional<std::chrono::milliseconds> timeout;
+  std::optional<AnswerBook> answers;
+  std::vector<ReportRequest> reports;
+  bool keepGoing = false; // also when the channel has ended
 };
 
 // The values of `--set`. These two otherwise say what is wrong, with the name of the option.

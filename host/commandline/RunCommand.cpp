@@ -1,119 +1,23 @@
 #include "host/commandline/RunCommand.h"
 
-#include "host/channel/ChannelErrors.h"
-#include "host/channel/WatchedChannel.h"
 #include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/ExitCodes.h"
-#include "host/commandline/StandardStreams.h"
+#include "host/commandline/RunSession.h"
 #include "host/commandline/TraceCommand.h"
-#include "host/commandline/TransferLine.h"
+#include "host/report/Verdict.h"
 #include "host/support/Files.h"
-#include "host/support/StreamSetup.h"
 #include "host/trace/TracingChannel.h"
 
+#include <algorithm>
 #include <new>
-#include <optional>
 
 namespace host {
 namespace {
 
-// Connected as long as it exists.
-class Connection {
-public:
-  Connection(ScriptProcessor& processor, Channel& channel) : m_processor(processor) { m_processor.Connect(&channel); }
-  ~Connection() { m_processor.Connect(nullptr); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
-private:
-  ScriptProcessor& m_processor;
-};
-
-struct OutputContext {
-  StandardOutput& output;
-  TransferLine& line;
-  ScriptProcessor& processor;
-  bool aborted = false; // the last piece is the diagnostic of a script that was stopped
-};
-
-void PrintOutput(void* context, const char* text) {
-  auto& target = *static_cast<OutputContext*>(context);
-  const std::string_view piece = text;
-  target.aborted = piece.starts_with("Processing aborted");
-  try {
-    target.line.Write(piece);
-  } catch (const std::bad_alloc&) {
-    target.output.GiveUp();
-  }
-  if (target.output.Failed())
-    target.processor.Stop(); // nobody could see what the script does
-}
-
-struct RunEnd {
-  EONX_ERR_ERRCODE_ result;
-  const char* interrupted; // by what; null: by nothing
-  bool stopped;            // by whatever asked for it; otherwise a script that failed did so by itself
-};
-
-// `text` is the script when it came from standard input.
-RunEnd Run(const RunArguments& arguments, const std::optional<std::string>& text, ScriptProcessor& processor,
-           StandardOutput& output, TransferLine& line) {
-  OutputContext context{output, line, processor};
-  const Interrupt interrupt([&processor](const InterruptCause& cause) { processor.StopFor(cause); });
-  const EONX_ERR_ERRCODE_ result = text ? processor.Execute(*text, PrintOutput, &context)
-                                        : processor.ExecuteFile(ScriptPath(arguments.script), PrintOutput, &context);
-  line.Flush();
-  output.Show(); // may wait for its reader
-  return {result, interrupt.Interrupted(), result == EONX_ERR_SCRIPT && context.aborted};
-}
-
-void PrintValues(const std::vector<std::string>& names, ScriptProcessor& processor, StandardOutput& output) {
-  if (!names.empty() && !output.AtLineStart())
-    output.Write("\n"); // so that every value has a line of its own
-  for (const std::string& name : names) {
-    std::vector<TONXSCRIPTVARIABLE> records{RecordToGet(name)};
-    if (processor.GetVariables(records) != 0)
-      output.Write(name + "=" + FormatValue(records.front()) + "\n");
-  }
-}
-
-void PrintRunEnd(std::string_view program, const std::string& script, const RunEnd& end) {
-  std::string text = ResultText(end.result);
-  if (end.interrupted && end.result == EONX_ERR_SCRIPT)
-    text = std::string("stopped by ") + end.interrupted;
-  else if (end.stopped)
-    text = "stopped, because the channel has ended";
-  else if (end.interrupted && end.result == EONX_ERR_NONE)
-    text = std::string("not stopped by ") + end.interrupted + ": the script went on to its end";
-  if (!text.empty())
-    PrintMessage(program, script.empty() ? text : script + ": " + text);
-}
-
-std::string ReasonOf(Channel& channel, std::int32_t code) {
-  return channel.GetInfoString(OND_INFO_ERROR, code);
-}
-
-// Tells what is wrong with the channel after a run; `ended`: the script went on using it after its end. Returns the
-// process's exit code.
-int ConcludeChannel(std::string_view program, const std::string& name, const RunEnd& end, bool ended,
-                    Channel& channel) {
-  // A script that its user stopped does not wait for its device.
-  if (end.interrupted && end.result != EONX_ERR_NONE)
-    return end.result;
-  const std::int32_t unsent = channel.WaitUntilSent();
-  if (unsent == kNotOnTape)
-    PrintMessage(program, name + ": " + ReasonOf(channel, unsent));
-  else if (unsent != 0)
-    PrintMessage(program, name + ": not everything was sent: " + ReasonOf(channel, unsent));
-  else if (ended)
-    PrintMessage(program, name + ": " + ReasonOf(channel, kNotOpen));
-  const bool failedByItself = end.result != EONX_ERR_NONE && !end.stopped;
-  return (ended || unsent != 0) && !failedByItself ? static_cast<int>(kExitNoChannel) : end.result;
-}
-
 // The script when it comes from standard input. Otherwise the process's exit code; what is wrong has been told.
-tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program, const std::string& script) {
-  if (script != "-")
+tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program,
+                                                         const std::vector<std::string>& scripts) {
+  if (std::find(scripts.begin(), scripts.end(), "-") == scripts.end())
     return std::nullopt;
   ReadResult text = ReadStandardInput();
   if (!text && text.error() == ReadFailure::kTooLarge) {
@@ -131,63 +35,91 @@ tl::expected<std::optional<std::string>, int> ReadScript(std::string_view progra
   return std::move(*text);
 }
 
-// A channel that is open, and traced if that is wanted: `trace` must outlive it. Otherwise as above.
-tl::expected<std::unique_ptr<Channel>, int> OpenChannel(std::string_view program, const RunArguments& arguments,
-                                                        std::unique_ptr<TraceWriter>& trace) {
+struct OpenFailure {
+  int code;    // the process's exit code
+  bool isTold; // on standard error
+  std::string text;
+};
+
+// A channel that is open, and traced if that is wanted: `trace` must outlive it.
+tl::expected<std::unique_ptr<Channel>, OpenFailure> OpenChannel(std::string_view program, const RunArguments& arguments,
+                                                                std::unique_ptr<TraceWriter>& trace) {
   const ChannelOptions& options = arguments.channel;
   auto made = MakeChannel(options);
   if (!made) {
     const ChannelFailure& failure = made.error();
-    PrintMessage(program, failure.badText ? "--channel: " + failure.text : failure.text);
-    return tl::unexpected<int>(failure.badText ? kExitUsage : kExitNoChannel);
+    return tl::unexpected(failure.badText ? OpenFailure{kExitUsage, false, "--channel: " + failure.text}
+                                          : OpenFailure{kExitNoChannel, false, failure.text});
   }
   if (!arguments.trace.empty()) {
     trace = OpenTrace(program, arguments.trace, options.text);
     if (!trace)
-      return tl::unexpected<int>(kExitStream);
+      return tl::unexpected(OpenFailure{kExitStream, true, arguments.trace + ": the trace cannot be written"});
     made = std::make_unique<TracingChannel>(std::move(*made), *trace);
   }
-  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen()) {
-    PrintMessage(program, options.text + ": " + ReasonOf(**made, code));
-    return tl::unexpected<int>(kExitNoChannel);
-  }
+  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen())
+    return tl::unexpected(
+        OpenFailure{kExitNoChannel, false, options.text + ": " + (*made)->GetInfoString(OND_INFO_ERROR, code)});
   return std::move(*made);
+}
+
+SessionRecord NewRecord(std::string_view program, const RunArguments& arguments) {
+  SessionRecord session;
+  session.program = program;
+  session.channel = arguments.channel.text;
+  session.begun = std::chrono::system_clock::now();
+  for (const std::string& script : arguments.scripts)
+    session.scripts.emplace_back().script = script;
+  return session;
+}
+
+// A report that cannot be written takes nothing away from what the scripts found out, so it only is told.
+void WriteReports(std::string_view program, const RunArguments& arguments, const SessionRecord& session) {
+  for (const ReportRequest& report : arguments.reports) {
+    std::string problem = "the report cannot be written";
+    try {
+      if (WriteWholeFile(report.path, report.format->make(session)))
+        continue;
+    } catch (const std::bad_alloc&) {
+      problem = "there is not enough memory for the report";
+    }
+    PrintMessage(program, report.path + ": " + problem);
+  }
+}
+
+// Returns the process's exit code.
+int Finish(std::string_view program, const RunArguments& arguments, SessionRecord& session) {
+  session.code = CodeOf(session.scripts);
+  // The values are results: who waits for them must not take an old file for the new one.
+  if (!arguments.getFile.empty() && !WriteWholeFile(arguments.getFile, MakeValuesFile(session))) {
+    PrintMessage(program, arguments.getFile + ": the values cannot be written");
+    session.code = kExitStream;
+  }
+  WriteReports(program, arguments, session);
+  return session.code;
 }
 
 } // namespace
 
 int RunCommand(std::string_view program, const RunArguments& arguments, ScriptProcessor& processor) {
-  const auto text = ReadScript(program, arguments.script);
-  if (!text)
-    return text.error();
+  const auto input = ReadScript(program, arguments.scripts);
+  if (!input)
+    return input.error();
+  SessionRecord record = NewRecord(program, arguments);
   std::unique_ptr<TraceWriter> trace;
-  auto opened = OpenChannel(program, arguments, trace);
-  if (!opened)
-    return opened.error();
-  StandardOutput output;
-  TransferLine line(output, IsOutputTerminal());
-  bool channelEnded = false;
-  WatchedChannel channel(std::make_unique<TransferWatch>(std::move(*opened), line), [&](WatchedChannel::Left left) {
-    channelEnded = true;
-    if (!arguments.keepGoing && left == WatchedChannel::Left::kNothing)
-      processor.Stop();
-  });
-  const Connection connection(processor, channel);
-  auto records = RecordsToSet(arguments.variables);
-  if (const EONX_ERR_ERRCODE_ result = processor.SetVariables(records); result != EONX_ERR_NONE) {
-    PrintMessage(program, ResultText(result));
-    return result;
+  auto channel = OpenChannel(program, arguments, trace);
+  if (!channel) {
+    if (!channel.error().isTold)
+      PrintMessage(program, channel.error().text);
+    ScriptRecord& first = record.scripts.front();
+    first.begun = record.begun;
+    first.code = channel.error().code;
+    first.verdict = VerdictOf(first.code);
+    first.reason = channel.error().text;
+  } else {
+    RunSession(program, arguments, *input, processor, std::move(*channel), trace.get()).RunInto(record.scripts);
   }
-
-  processor.ShowBeforeWaiting([&output] { output.Show(); });
-  const RunEnd end = Run(arguments, *text, processor, output, line);
-  const bool stoppedForOutput = output.Failed();
-  PrintValues(arguments.gets, processor, output);
-  if (!stoppedForOutput)
-    PrintRunEnd(program, arguments.script, end);
-  if (const int code = ExitCodeOf(program, output); code != 0)
-    return code;
-  return ConcludeChannel(program, arguments.channel.text, end, channelEnded, channel);
+  return Finish(program, arguments, record);
 }
 
 } // namespace host

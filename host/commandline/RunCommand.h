@@ -1,6 +1,7 @@
 // `run`, whichever way the script engine is reached.
 #pragma once
 
+#include "host/answers/AnswerDesk.h"
 #include "host/commandline/RunArguments.h"
 #include "host/support/Interrupt.h"
 
@@ -17,6 +18,8 @@ public:
 
   // The channel stays the caller's; null disconnects.
   virtual void Connect(COndDeviceComm_0* channel) = 0;
+  // Forgets stop requests of the run before, where a run does not do that itself.
+  virtual void Prepare() {}
   virtual EONX_ERR_ERRCODE_ Execute(const std::string& text, OndScriptOutput output, void* context) = 0;
   // `path` as scripts see paths.
   virtual EONX_ERR_ERRCODE_ ExecuteFile(const std::string& path, OndScriptOutput output, void* context) = 0;
@@ -26,14 +29,20 @@ public:
   // `show` puts on the screen what the script has printed; a processor that knows when the script asks or waits calls
   // it before.
   virtual void ShowBeforeWaiting(std::function<void()> /*show*/) {}
+  // Where the questions of scripts are answered from now on; null: as if there were no desk. The desk stays the
+  // caller's.
+  virtual void UseDesk(AnswerDesk* desk) = 0;
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
   // The same when the process has been asked to end. A processor that asks its questions itself tells the user, or
   // dismisses the questions when nobody may be there. [where an Interrupt calls]
   virtual void StopFor(const InterruptCause&) { Stop(); }
+  // Dismisses the question that is open, as by Cancel; to be called again and again while nobody answers. [any thread]
+  virtual void DismissQuestion() = 0;
 };
 
-// Sets up the channel, runs the script, prints its output and the values asked for. Returns the process's exit code.
+// Sets up the channel, runs the scripts, prints their output and the values asked for, writes the reports. Returns the
+// process's exit code.
 // `program` begins the messages on standard error.
 int RunCommand(std::string_view program, const RunArguments& arguments, ScriptProcessor& processor);
 

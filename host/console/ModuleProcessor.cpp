@@ -36,6 +36,10 @@ std::uint64_t ModuleProcessor::GetVariables(std::vector<TONXSCRIPTVARIABLE>& rec
   return found;
 }
 
+void ModuleProcessor::UseDesk(AnswerDesk* desk) {
+  m_questions.UseDesk(desk);
+}
+
 void ModuleProcessor::Stop() {
   m_processor->Call(ONX_CALL_STOP_SCRIPT, 0, 0, 0, 0);
 }

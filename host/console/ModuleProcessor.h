@@ -3,6 +3,7 @@
 
 #include "host/commandline/RunCommand.h"
 #include "host/console/Module.h"
+#include "host/console/QuestionWindows.h"
 
 namespace host {
 
@@ -16,10 +17,13 @@ public:
   EONX_ERR_ERRCODE_ ExecuteFile(const std::string& path, OndScriptOutput output, void* context) override;
   EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
+  void UseDesk(AnswerDesk* desk) override;
   void Stop() override;
+  void DismissQuestion() override { m_questions.Dismiss(); }
 
 private:
   Module::Object m_processor;
+  QuestionWindows m_questions;
 };
 
 } // namespace host

@@ -75,4 +75,19 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes) {
   return false;
 }
 
+bool CanWriteFile(const std::string& path) {
+  OpenFile file(CreateNewFile(path));
+  const bool isNew = file != nullptr;
+  if (!isNew && !IsRegularFile(path))
+    return false;
+  std::string beside = path;
+  if (!isNew)
+    file = CreateBeside(path, beside);
+  if (!file)
+    return false;
+  file.reset();
+  RemoveLocalFile(beside);
+  return true;
+}
+
 } // namespace host

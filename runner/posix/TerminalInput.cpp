@@ -38,11 +38,16 @@ std::optional<std::string> TerminalInput::ReadLine(const std::function<void()>& 
       m_read.append(piece.data(), static_cast<std::size_t>(count));
     } else if (count == 0 || (errno != EINTR && errno != EAGAIN)) {
       std::string rest = std::exchange(m_read, {});
-      if (rest.empty() || isatty(STDIN_FILENO) != 0)
+      const bool isTerminal = isatty(STDIN_FILENO) != 0;
+      if (rest.empty() || isTerminal) {
+        m_deserted = !isTerminal && !m_hasSpoken;
         return std::nullopt;
+      }
+      m_hasSpoken = true;
       return rest;
     }
   }
+  m_hasSpoken = true;
   std::string line = m_read.substr(0, end);
   m_read.erase(0, end + 1);
   if (line.ends_with('\r'))

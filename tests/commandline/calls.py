@@ -29,11 +29,13 @@ def check(what, condition, details=""):
 class Call:
     """A running program. Its output goes to files: Wine's background processes keep a pipe open long after its end."""
 
-    def __init__(self, arguments, text=b"", stdout=None, prepare=None, start=None):
-        """`prepare` is called in the new process before the program begins; `start` replaces what starts it."""
+    def __init__(self, arguments, text=b"", stdout=None, prepare=None, start=None, stdin=None):
+        """`stdin` stands for `text`; `prepare` is called in the new process before the program begins; `start` replaces what starts it."""
         self.output, self.messages = tempfile.TemporaryFile(), tempfile.TemporaryFile()
-        self.process = subprocess.Popen((start or command) + arguments, stdin=subprocess.PIPE,
+        self.process = subprocess.Popen((start or command) + arguments, stdin=stdin or subprocess.PIPE,
                                         stdout=stdout or self.output, stderr=self.messages, preexec_fn=prepare)
+        if stdin:
+            return
         try:
             self.process.stdin.write(text)
             self.process.stdin.close()
@@ -51,6 +53,13 @@ class Call:
         self.output.seek(0)
         self.messages.seek(0)
         return code, self.output.read(), self.messages.read().replace(b"\r\n", b"\n")
+
+
+def wait_for_file(path):
+    deadline = time.monotonic() + TIMEOUT
+    while not pathlib.Path(path).exists() and time.monotonic() < deadline:
+        time.sleep(0.01)
+    check(f"{path} is there", pathlib.Path(path).exists())
 
 
 def expect(arguments, code, output=b"", message=b"", text=b""):

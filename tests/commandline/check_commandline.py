@@ -54,7 +54,6 @@ USAGE_ERRORS = [
     (["run", "--walk", "b", "a"], b"there is no option --walk;"),
     (["run", "a", "--set", "n:dword=-1"], b"--set n:dword=-1: -1 is not within 0 to 4294967295"),
     # What follows is the same code in both programs.
-    (["run", "a", "b"], b"b"),
     (["run", "a", "--set", "[a:dword=1,b:dword=2]"], b"--set [a:dword=1,b:dword=2]: "),
     (["run", "a", "--set", "{}"], b"--set {}: "),
     (["run", "a", "--set", "count:dword=1", "--set", "COUNT:string=x"], b"--set COUNT:string=x: the variable is set twice"),

@@ -11,7 +11,7 @@ import socket
 import threading
 import time
 
-from calls import TIMEOUT, Call, Terminal, check, command, expect, name, run_checks
+from calls import TIMEOUT, Call, Terminal, check, command, expect, name, run_checks, wait_for_file
 
 
 def check_output_and_stop():
@@ -39,13 +39,6 @@ def transfer_call(prepare=None):
     call = Call(["run", "-", "--block-time", "60000"], TRANSFER, prepare=prepare)
     wait_for_file("sends")
     return call
-
-
-def wait_for_file(path):
-    deadline = time.monotonic() + TIMEOUT
-    while not pathlib.Path(path).exists() and time.monotonic() < deadline:
-        time.sleep(0.01)
-    check(f"{path} is there", pathlib.Path(path).exists())
 
 
 def expect_stopped(call, cause):
@@ -92,7 +85,7 @@ def check_shown_before_waiting():
     steps = ['transmitstring("x");'] + (['delay(0);', 'messagebox("Ready", "Go on");'] if name == "ondscript" else [])
     pathlib.Path("waits.dcs").write_text("var int32 i; while (i < 20) {" + "".join(f'print("(", ")"); {step}' for step in steps) + "i += 1; }")
     reading, writing = os.pipe2(os.O_DIRECT)  # reading takes what one write wrote
-    call = Call(["run", "waits.dcs"], stdout=writing)
+    call = Call(["run", "waits.dcs"], b"\n" * 20, writing)
     os.close(writing)
     pieces = []
     while piece := os.read(reading, 65536):

@@ -1,10 +1,11 @@
-#include "runner/ItemAnswer.h"
+#include "host/answers/ItemAnswer.h"
 
 #include "host/support/Text.h"
 
 #include <algorithm>
 #include <string_view>
 
+namespace host {
 namespace {
 
 std::string_view WithoutBlanks(std::string_view text) {
@@ -15,7 +16,7 @@ std::string_view WithoutBlanks(std::string_view text) {
 
 std::optional<std::size_t> NumberOfItem(const std::vector<std::string>& items, std::string_view text) {
   std::size_t number = 0;
-  if (!host::ParseNumber(text, number) || number >= items.size())
+  if (!ParseNumber(text, number) || number >= items.size())
     return std::nullopt;
   return number;
 }
@@ -23,7 +24,7 @@ std::optional<std::size_t> NumberOfItem(const std::vector<std::string>& items, s
 std::optional<std::size_t> ItemOfText(const std::vector<std::string>& items, std::string_view text) {
   if (const auto exact = std::find(items.begin(), items.end(), text); exact != items.end())
     return static_cast<std::size_t>(exact - items.begin());
-  const auto fits = [text](const std::string& item) { return host::EqualIgnoringCase(item, text); };
+  const auto fits = [text](const std::string& item) { return EqualIgnoringCase(item, text); };
   const auto first = std::find_if(items.begin(), items.end(), fits);
   if (first == items.end() || std::any_of(first + 1, items.end(), fits))
     return std::nullopt;
@@ -48,3 +49,5 @@ bool HasTextLikeNumber(const std::vector<std::string>& items) {
   return std::any_of(items.begin(), items.end(),
                      [&](const std::string& item) { return NumberOfItem(items, item).has_value(); });
 }
+
+} // namespace host
