@@ -17,6 +17,7 @@ namespace {
 
 using JsonWriter = rapidjson::Writer<rapidjson::StringBuffer>;
 constexpr std::size_t kLongestAscii = 4096; // bytes that are also shown as text
+constexpr std::size_t kUsualLine = 4096;    // characters
 
 // --- writing
 
@@ -30,36 +31,38 @@ void WriteText(JsonWriter& json, std::string_view key, std::string_view text) {
   json.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
 }
 
-// Text between quotation marks that needs no look at each of its characters.
-void WritePlain(JsonWriter& json, std::string_view key, const std::string& quoted) {
+// Room for a text of so many characters, none of which needs escaping: the library would look at each of them.
+char* WriteRoom(JsonWriter& json, rapidjson::StringBuffer& buffer, std::string_view key, std::size_t size) {
   WriteKey(json, key);
-  json.RawValue(quoted.data(), quoted.size(), rapidjson::kStringType);
+  json.RawValue("", 0, rapidjson::kStringType); // what stands in front of it
+  char* const room = buffer.Push(size + 2);
+  room[0] = room[size + 1] = '"';
+  return room + 1;
 }
 
-void WriteBytes(JsonWriter& json, std::string_view bytes) {
+char Printable(char c) {
+  return c < ' ' || c > '~' || c == '"' || c == '\\' ? '.' : c;
+}
+
+void WriteBytes(JsonWriter& json, rapidjson::StringBuffer& buffer, std::string_view bytes) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string quoted(bytes.size() * 2 + 2, '"');
-  auto place = quoted.begin() + 1;
+  char* room = WriteRoom(json, buffer, "hex", bytes.size() * 2);
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    *place++ = kDigits[byte >> 4];
-    *place++ = kDigits[byte & 15];
+    *room++ = kDigits[byte >> 4];
+    *room++ = kDigits[byte & 15];
   }
-  WritePlain(json, "hex", quoted);
-  if (bytes.empty() || bytes.size() > kLongestAscii)
-    return;
-  quoted.assign(bytes.size() + 2, '"');
-  std::transform(bytes.begin(), bytes.end(), quoted.begin() + 1,
-                 [](char c) { return c < ' ' || c > '~' || c == '"' || c == '\\' ? '.' : c; });
-  WritePlain(json, "ascii", quoted);
+  if (!bytes.empty() && bytes.size() <= kLongestAscii)
+    std::transform(bytes.begin(), bytes.end(), WriteRoom(json, buffer, "ascii", bytes.size()), Printable);
 }
 
 template <class Write>
 void AppendObject(std::string& file, Write write) {
   rapidjson::StringBuffer buffer;
+  buffer.Reserve(kUsualLine);
   JsonWriter json(buffer);
   json.StartObject();
-  write(json);
+  write(json, buffer);
   json.EndObject();
   file.append(buffer.GetString(), buffer.GetSize()).append(1, '\n');
 }
@@ -75,6 +78,14 @@ void WriteNumber(JsonWriter& json, std::string_view key, std::int64_t number) {
 }
 
 // --- reading
+
+// -1: none.
+int DigitOf(char c) {
+  if (c >= '0' && c <= '9')
+    return c - '0';
+  const char lower = ToLowerAscii(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
 
 // The members of a line's object. The first that is not as it should be is kept as the problem.
 class Members {
@@ -102,16 +113,16 @@ public:
 
   std::string BytesOf(std::string_view key) {
     const std::string digits = TextOf(key);
-    std::string bytes;
-    bytes.reserve(digits.size() / 2);
-    for (std::size_t i = 0; i < digits.size(); i += 2) {
-      unsigned char byte = 0;
-      if (!ParseNumber(std::string_view(digits).substr(i, 2), byte, 16) || i + 1 == digits.size()) {
-        Refuse(key, "pairs of hexadecimal digits", Find(key));
-        return {};
-      }
-      bytes += static_cast<char>(byte);
+    std::string bytes(digits.size() / 2, '\0');
+    bool fit = digits.size() % 2 == 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      const int high = DigitOf(digits[2 * i]);
+      const int low = DigitOf(digits[2 * i + 1]);
+      fit = fit && high >= 0 && low >= 0;
+      bytes[i] = static_cast<char>(high * 16 + low);
     }
+    if (!fit)
+      Refuse(key, "pairs of hexadecimal digits", Find(key));
     return bytes;
   }
 
@@ -226,7 +237,7 @@ TraceLine ReadLine(Members& members, const rapidjson::Value& object) {
 } // namespace
 
 void AppendTraceLine(std::string& file, const TraceHeader& header) {
-  AppendObject(file, [&](JsonWriter& json) {
+  AppendObject(file, [&](JsonWriter& json, rapidjson::StringBuffer&) {
     WriteText(json, "schema", kTraceSchema);
     WriteCount(json, "version", kTraceVersion);
     WriteText(json, "start", TraceTimeText(header.start));
@@ -236,7 +247,7 @@ void AppendTraceLine(std::string& file, const TraceHeader& header) {
 }
 
 void AppendTraceLine(std::string& file, const TraceCall& call) {
-  AppendObject(file, [&](JsonWriter& json) {
+  AppendObject(file, [&](JsonWriter& json, rapidjson::StringBuffer& buffer) {
     const TraceShape& shape = call.Shape();
     WriteCount(json, "t", call.start);
     WriteKey(json, "op");
@@ -247,7 +258,7 @@ void AppendTraceLine(std::string& file, const TraceCall& call) {
     for (std::size_t i = 0; i < shape.numbers.size() && !shape.numbers[i].empty(); ++i)
       WriteNumber(json, shape.numbers[i], call.numbers[i]);
     if (shape.sends || shape.receives)
-      WriteBytes(json, call.bytes);
+      WriteBytes(json, buffer, call.bytes);
     if (!call.progress.empty()) {
       WriteKey(json, "progress");
       json.StartArray();
@@ -261,7 +272,7 @@ void AppendTraceLine(std::string& file, const TraceCall& call) {
 }
 
 void AppendTraceLine(std::string& file, const TraceEvent& event) {
-  AppendObject(file, [&](JsonWriter& json) {
+  AppendObject(file, [&](JsonWriter& json, rapidjson::StringBuffer&) {
     WriteCount(json, "t", event.start);
     WriteText(json, "event", event.name);
     for (const auto& [name, text] : event.fields)

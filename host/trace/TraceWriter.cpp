@@ -88,11 +88,13 @@ void TraceWriter::Append(const Record& record) noexcept {
 
 // The thread's.
 void TraceWriter::WriteInTime() {
+  std::string lines;
   std::unique_lock lock(m_mutex);
   for (bool ending = false; !ending;) {
     m_wake.wait_for(lock, kFlushTime, [this] { return m_ending || m_pending.size() >= kMuch; });
     ending = m_ending;
-    const std::string lines = std::exchange(m_pending, {});
+    lines.clear();
+    lines.swap(m_pending); // both keep their memory
     if (m_failed || lines.empty())
       continue;
     lock.unlock();
