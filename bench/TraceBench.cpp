@@ -2,6 +2,7 @@
 #include "bench/SideBySide.h"
 #include "host/channel/replay/ReplayChannel.h"
 #include "host/trace/CallRecord.h"
+#include "host/trace/TraceWriter.h"
 #include "host/trace/TracingChannel.h"
 
 #include <cstdio>

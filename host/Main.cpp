@@ -64,7 +64,13 @@ int Run(const host::CommandLine& line) {
 
 int ShowWindows(const host::CommandLine& line) {
   const auto options = host::ReadChannelOptions(line);
-  return options ? host::RunWindows(kProgram, *options) : UsageError(options.error());
+  if (!options)
+    return UsageError(options.error());
+  const auto path = host::ReadTracePath(line);
+  if (!path)
+    return UsageError(path.error());
+  const auto trace = path->empty() ? nullptr : host::OpenTrace(kProgram, *path, options->text);
+  return path->empty() || trace ? host::RunWindows(kProgram, *options, trace.get()) : host::kExitStream;
 }
 
 int Main(int argc, char** argv) {

@@ -92,7 +92,7 @@ std::vector<OptionRow> MakeOptions() {
        "milliseconds that the simulated device takes for each block of 512 bytes of a transfer"},
       {kWithChannel, "--fault", "OPERATION[:N]=CODE",
        "the N-th call (without N: every call) of a channel operation answers CODE", Occurrence::kRepeated},
-      {kRun, "--trace", "FILE", "write each call of the channel to this file; an older trace is replaced"},
+      {kWithChannel, "--trace", "FILE", "write each call of the channel to this file; an older trace is replaced"},
       {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
        "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
       {Command::kTraceShow | Command::kTraceExport, "FILE", "", "the trace, as --trace of run has written it",

@@ -1,5 +1,6 @@
 #include "host/commandline/RunArguments.h"
 
+#include "host/commandline/TraceCommand.h"
 #include "host/support/Files.h"
 #include "host/support/Text.h"
 
@@ -118,9 +119,10 @@ tl::expected<RunArguments, std::string> ReadRunArguments(const CommandLine& line
   if (!variables)
     return tl::unexpected(variables.error());
   arguments.variables = std::move(*variables);
-  arguments.trace = line.Value("--trace", "");
-  if (line.Has("--trace") && arguments.trace.empty())
-    return tl::unexpected<std::string>("--trace: the file has no name");
+  auto trace = ReadTracePath(line);
+  if (!trace)
+    return tl::unexpected(trace.error());
+  arguments.trace = std::move(*trace);
   arguments.keepGoing = line.Has("--keep-going");
   for (const auto read : {ReadScripts, ReadGets, ReadVerdicts, ReadTimeout, ReadAnswers, ReadReports}) {
     if (std::string mistake = read(line, arguments); !mistake.empty())

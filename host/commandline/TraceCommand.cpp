@@ -56,6 +56,13 @@ std::optional<Trace> LoadTrace(std::string_view program, const std::string& path
 
 } // namespace
 
+tl::expected<std::string, std::string> ReadTracePath(const CommandLine& line) {
+  std::string path = line.Value("--trace", "");
+  if (line.Has("--trace") && path.empty())
+    return tl::unexpected<std::string>("--trace: the file has no name");
+  return path;
+}
+
 std::unique_ptr<TraceWriter> OpenTrace(std::string_view program, const std::string& path,
                                        const std::string& channelText) {
   TraceHeader header;

@@ -9,6 +9,9 @@
 
 namespace host {
 
+// The path of `--trace`, empty when it was not said. Otherwise what is wrong, with the name of the option.
+tl::expected<std::string, std::string> ReadTracePath(const CommandLine& line);
+
 // Begins a trace of the channel that `channelText` describes. Null when it cannot be written, which has been told on
 // standard error. So is a failure that comes later, once. `program` begins those messages and must stay.
 std::unique_ptr<TraceWriter> OpenTrace(std::string_view program, const std::string& path,

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/support/SoleFile.h"
-#include "host/trace/TraceRecord.h"
+#include "host/trace/TraceSink.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -15,7 +15,7 @@ namespace host {
 
 // Records go to a thread that writes them every half second, or sooner when many come: whatever ends the process, what
 // is older than a second stands in the file. Where the file cannot be written, the run goes on without a trace.
-class TraceWriter {
+class TraceWriter final : public TraceSink {
 public:
   // Begins the file at `path`, as a user typed it: an older trace is replaced, another file is refused. `onFailure` is
   // told once when it cannot be written any more, on the writer's thread. Otherwise the reason, with the path.
@@ -26,11 +26,10 @@ public:
   TraceWriter(const TraceWriter&) = delete;
   TraceWriter& operator=(const TraceWriter&) = delete;
 
-  // Microseconds since the trace began. [any thread]
-  std::uint64_t Now() const;
+  std::uint64_t Now() const override;
   // Without effect when memory runs out. [any thread]
-  void Write(const TraceCall& call) noexcept { Append(call); }
-  void Write(const TraceEvent& event) noexcept { Append(event); }
+  void Write(const TraceCall& call) noexcept override { Append(call); }
+  void Write(const TraceEvent& event) noexcept override { Append(event); }
 
 private:
   using Clock = std::chrono::steady_clock;

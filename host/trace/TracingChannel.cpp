@@ -36,9 +36,9 @@ void TracingChannel::Around(ChannelCall& call) {
     call.arguments.callback = ProgressNotes::Take;
     call.arguments.context = &notes;
   }
-  record.start = m_writer.Now();
+  record.start = m_sink.Now();
   call.Forward();
-  record.duration = m_writer.Now() - record.start;
+  record.duration = m_sink.Now() - record.start;
   Trace(call, record);
 }
 
@@ -47,7 +47,11 @@ void TracingChannel::Trace(const ChannelCall& call, TraceCall& record) noexcept 
     TakeGiven(call, record);
     TakeAnswer(call, record);
     record.owner = OwnerOf(call);
-    m_writer.Write(record);
+    const bool isLook =
+        call.operation == ChannelOperation::kGetState || call.operation == ChannelOperation::kGetInfoString;
+    if (isLook && record.owner == 0 && m_looks == TraceLooks::kLeftOut)
+      return;
+    m_sink.Write(record);
   } catch (const std::bad_alloc&) {
     // The call matters more than its record.
   }
@@ -92,7 +96,7 @@ bool TracingChannel::HasEnded() {
 void TracingChannel::WriteEvent(std::string_view name, std::int32_t code) noexcept {
   try {
     const char* const reason = ForwardingChannel::Inner()->GetInfoString(OND_INFO_ERROR, code);
-    m_writer.Write(TraceEvent{std::string(name), m_writer.Now(), {{"code", std::to_string(code)}, {"reason", reason}}});
+    m_sink.Write(TraceEvent{std::string(name), m_sink.Now(), {{"code", std::to_string(code)}, {"reason", reason}}});
   } catch (const std::bad_alloc&) {
     // As above.
   }

@@ -2,18 +2,21 @@
 #pragma once
 
 #include "host/channel/ForwardingChannel.h"
-#include "host/trace/TraceWriter.h"
+#include "host/trace/TraceSink.h"
 
 #include <mutex>
 #include <vector>
 
 namespace host {
 
-// Goes around all other decorators that have a say in what clients see. The writer outlives it. [as the channel inside]
+// States and texts that are asked for outside of a lock.
+enum class TraceLooks { kTraced, kLeftOut };
+
+// Goes around all other decorators that have a say in what clients see. The sink outlives it. [as the channel inside]
 class TracingChannel : public ForwardingChannel {
 public:
-  TracingChannel(std::unique_ptr<Channel> inner, TraceWriter& writer)
-      : ForwardingChannel(std::move(inner)), m_writer(writer) {}
+  TracingChannel(std::unique_ptr<Channel> inner, TraceSink& sink, TraceLooks looks = TraceLooks::kTraced)
+      : ForwardingChannel(std::move(inner)), m_sink(sink), m_looks(looks) {}
 
   // What a replay has to know beside the calls.
   std::int32_t WaitUntilSent() override;
@@ -25,7 +28,8 @@ private:
   std::uint64_t OwnerOf(const ChannelCall& call);
   void WriteEvent(std::string_view name, std::int32_t code) noexcept;
 
-  TraceWriter& m_writer;
+  TraceSink& m_sink;
+  const TraceLooks m_looks;
   std::mutex m_mutex;                // guards the fields below
   std::vector<const void*> m_owners; // as they appeared
   std::uint64_t m_holder = 0;        // who has the lock; 0: nobody

@@ -1,5 +1,6 @@
 #include "host/windows/ChannelPanel.h"
 
+#include "host/trace/TracingChannel.h"
 #include "host/windows/Boxes.h"
 #include "host/windows/ControlText.h"
 #include "host/windows/resource.h"
@@ -55,7 +56,7 @@ void ChannelPanel::Connect() {
     return;
   }
   Remember(GetDlgItem(m_window, IDC_CHANNEL_TEXT), m_options.text);
-  m_connected = m_slot.Replace(std::move(*made));
+  m_connected = m_slot.Replace(std::make_unique<TracingChannel>(std::move(*made), m_trace, TraceLooks::kLeftOut));
   m_connecting = m_connected;
   ShowConnected();
 }

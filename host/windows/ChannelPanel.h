@@ -3,6 +3,7 @@
 
 #include "host/channel/ChannelSlot.h"
 #include "host/channel/factory/ChannelFactory.h"
+#include "host/trace/TraceSink.h"
 
 #include <string>
 #include <windows.h>
@@ -13,7 +14,9 @@ namespace host {
 class ChannelPanel {
 public:
   // `options` are the command line's; its text is what the user finds typed in.
-  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options) : m_slot(slot), m_options(options) {}
+  // What tools do with a channel goes to `trace`.
+  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options, TraceSink& trace)
+      : m_slot(slot), m_options(options), m_trace(trace) {}
   ChannelPanel(const ChannelPanel&) = delete;
   ChannelPanel& operator=(const ChannelPanel&) = delete;
 
@@ -41,6 +44,7 @@ private:
 
   ChannelSlot& m_slot;
   ChannelOptions m_options;
+  TraceSink& m_trace;
   HWND m_window = nullptr;
   bool m_connected = false;  // a channel is plugged in
   bool m_connecting = false; // and has neither been seen open nor failed

@@ -54,7 +54,7 @@ void MainWindow::ConnectChannel() {
 }
 
 bool MainWindow::TakeKey(MSG& message) const {
-  return TranslateAcceleratorA(m_window, m_accelerators, &message) != 0 ||
+  return TranslateAcceleratorA(m_window, m_accelerators, &message) != 0 || m_trace.TakeKey(message) ||
          IsDialogMessageA(m_window, &message) != FALSE;
 }
 
@@ -147,6 +147,10 @@ bool MainWindow::OnCommand(UINT command, UINT notification) {
     else
       ConnectChannel();
     return true;
+  case IDM_TRACE:
+    m_trace.Toggle(m_window);
+    Refresh();
+    return true;
   case IDM_EXIT:
     Close();
     return true;
@@ -192,6 +196,7 @@ void MainWindow::Refresh() {
   const std::string failure = m_channel.TakeFailure();
   m_channel.Refresh();
   m_tools.Refresh();
+  CheckMenuItem(GetMenu(m_window), IDM_TRACE, m_trace.IsShown() ? MF_CHECKED : MF_UNCHECKED);
   if (failure.empty())
     return;
   ConnectTools();
@@ -201,6 +206,7 @@ void MainWindow::Refresh() {
 void MainWindow::Close() {
   m_tools.End();
   m_slot.Replace(nullptr); // nobody is left to use it
+  m_trace.End();
   if (m_window)
     DestroyWindow(m_window);
 }

@@ -4,13 +4,16 @@
 #include "host/windows/ChannelPanel.h"
 #include "host/windows/StretchLayout.h"
 #include "host/windows/ToolPanel.h"
+#include "host/windows/TraceWindow.h"
 
 namespace host {
 
 // Everything happens on the thread that makes it, the user-interface thread.
 class MainWindow {
 public:
-  explicit MainWindow(const ChannelOptions& options) : m_channel(m_slot, options) {}
+  // What goes over the channel is written to `trace` too, if there is one.
+  MainWindow(const ChannelOptions& options, TraceWriter* trace)
+      : m_log(trace), m_channel(m_slot, options, m_log), m_trace(m_log) {}
   ~MainWindow();
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
@@ -46,8 +49,10 @@ private:
   HACCEL m_accelerators = nullptr;
   SIZE m_smallest{};
   StretchLayout m_layout;
+  TraceLog m_log;
   ChannelSlot m_slot;
   ChannelPanel m_channel;
+  TraceWindow m_trace;
   ToolPanel m_tools; // behind the slot: ends before what its objects are connected to
 };
 

@@ -7,6 +7,7 @@
 
 #include <doctest/doctest.h>
 
+#include <commctrl.h>
 #include <cstdlib>
 #include <iterator>
 #include <numeric>
@@ -284,4 +285,20 @@ TEST_CASE("the keyboard alone") {
   main.Control(IDM_CONNECT).WaitForFocus();
   TypeKeyWith(VK_MENU, VK_F4);
   host.WaitForEnd();
+}
+
+TEST_CASE("the Trace window shows what the tools do, keeps the last of a flood and goes away") {
+  const RunningScript run("print(\"begun\\n\"); while (1 == 1) { transmitstring(\"x\"); }");
+  run.host.Main().Send(WM_COMMAND, IDM_TRACE);
+  const Window trace = run.host.WaitForTop("Trace");
+  const auto rows = [&] { return trace.Control(IDC_TRACE_LIST).Send(LVM_GETITEMCOUNT); };
+  constexpr LRESULT kMostRows = 20000;
+  WaitFor("the list to be full", [&] { return rows() == kMostRows; });
+  trace.PressControl(IDC_TRACE_CLEAR);
+  WaitFor("the list to fill again", [&] { return rows() == kMostRows; });
+  const auto last = [&] { return trace.Control(IDC_TRACE_LIST).Send(LVM_GETTOPINDEX); };
+  WaitFor("the list to follow", [&] { return last() > kMostRows / 2; });
+  trace.PressCloseBox();
+  WaitFor("its close box to hide it", [&] { return !trace.Visible(); });
+  run.host.CloseMain();
 }
