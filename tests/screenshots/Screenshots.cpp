@@ -65,6 +65,10 @@ TEST_CASE("Sample host") {
   for (const char* caption : {"Device host", "Terminal", "File manager", "Script processor"})
     Redraw(host.WaitForTop(caption));
   ShootPlace({0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}, "host-tools");
+  host.WaitForTop("File manager").PressControl(IDC_FM_REFRESH);
+  host.Main().Send(WM_COMMAND, IDM_TRACE);
+  Shoot(host.WaitForTop("Trace"), "host-trace");
+  host.WaitForTop("Trace").PressCloseBox();
   for (int tool = 0; tool < 3; ++tool)
     host.Main().PressControl(IDM_FIRST_TOOL + tool);
   host.Main().PressControl(IDM_CONNECT);
