@@ -1,6 +1,9 @@
 // Calls: the result's slot, the frame around the callee, the arguments, one behind the other on top of the frame.
 #include "script/code/Compiler.h"
 
+#include <algorithm>
+#include <span>
+
 namespace {
 constexpr std::uint32_t kFirstArgument = CONXScriptProgramFunc::kFirstParameter;
 }
@@ -147,10 +150,12 @@ bool Compiler::CompilePureCall(const CONXScriptFunc& function, NodeIndex at, Pre
   const PureFunction pure = function.GetPureFunction({types, count});
   if (!pure || m_top + count > 0xFFFF)
     return false;
-  for (std::size_t i = 0; i < count; ++i) {
-    slots[i] = InSlot(prepared->operands[i]);
-    prepared->operands[i].isOwned |= prepared->operands[i].isConstant;
+  const std::span<CodeOperand> operands(prepared->operands, count);
+  for (CodeOperand& operand : operands) {
+    operand.slot = InSlot(operand);
+    operand.isOwned |= operand.isConstant;
   }
+  std::ranges::transform(operands, slots, &CodeOperand::slot);
   Instruction instruction;
   instruction.op = Op::kCallPure;
   instruction.n = static_cast<std::uint16_t>(slots[2]);
@@ -159,9 +164,9 @@ bool Compiler::CompilePureCall(const CONXScriptFunc& function, NodeIndex at, Pre
   instruction.c = slots[1];
   instruction.pure = pure;
   Emit(instruction, NodeAt(argument).place);
-  for (std::size_t i = 0; i < count; ++i)
-    if (prepared->operands[i].IsText() && prepared->operands[i].isOwned)
-      Emit(Op::kRelease, slots[i]);
+  for (const CodeOperand& operand : operands)
+    if (operand.IsText() && operand.isOwned)
+      Emit(Op::kRelease, operand.slot);
   *result = EndCall(slot, function.GetResultType(), Wanted::kResult);
   return true;
 }

@@ -35,6 +35,20 @@ TEST_CASE("errors and their places") {
   }
 }
 
+TEST_CASE("a malformed token is reported where it stands, wherever that is") {
+  const std::string program =
+      "var int32 a ; func f ( var int32 p , func g ) { if ( p > 1 ) { a += g ( - p , & a ) ; } else { f = uint64 ( p ) "
+      "; } "
+      "while ( a ) { var string s ; a = 0 ; } if ( a ) { } func none ( ) { } } f ( ( 1 ) , & f ) ; ";
+  for (std::size_t at = program.find(' '); at != std::string::npos; at = program.find(' ', at + 1)) {
+    CAPTURE(at);
+    ScriptHarness harness;
+    CHECK(harness.Run(std::string(program).insert(at, " \"\\q\"")) == "Error in string near line 1/column " +
+                                                                          std::to_string(at + 1) + " (offset " +
+                                                                          std::to_string(at) + ") during parsing\n");
+  }
+}
+
 TEST_CASE("texts of all codes") {
   CHECK(ErrorText(kProcessingAborted) == "Processing aborted"s);
   CHECK(ErrorText(static_cast<ScriptError>(14)) == "Unknown error"s);
