@@ -2,15 +2,17 @@
 """Plants faults and counts which ones the tests notice:  mutate.py [--count N] [--seed N] [--again | --list] [FOLDER…]
 
 Each fault changes one place of the portable code (places.py says which and how). It is noticed when a native test fails or
-does not end in time. The places are not chosen by hand: of all candidates of a folder, in the order of the sources, every
-n-th is taken, so that COUNT remain; one that does not compile gives way to the next. Faults that change nothing that anybody
-could see stand in equivalents.txt, with the reason, and are neither planted nor counted.
+does not end in time; what survives a fast build is planted once more under sanitizers, which see leaks and overruns.
+The places are not chosen by hand: of all candidates of a folder, in the order of the sources, every n-th is taken, so that
+COUNT remain; one that does not compile gives way to the next. Faults that change nothing that anybody could see stand in
+equivalents.txt, with the reason, and are neither planted nor counted.
 
-All happens in build/mutation: a copy of the sources, so that the checkout is never touched, and a build of its own without
-sanitizers. The report is kept there too, as report.txt; --again plants what it says survived.
+All happens in build/mutation: a copy of the sources, so that the checkout is never touched, and builds of its own. The report is
+kept there too, as report.txt; --again plants what it says survived.
 """
 
 import argparse
+import functools
 import json
 import os
 import pathlib
@@ -26,7 +28,7 @@ import places  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 WORK = ROOT / "build/mutation"
-TREE, BUILD, REPORT = WORK / "tree", WORK / "native", WORK / "report.txt"
+TREE, REPORT = WORK / "tree", WORK / "report.txt"
 MEMORY = 6 << 30  # bytes that a program may ask for; some faults never stop asking
 # How many faults each folder gets when nothing is said, and the tests that can notice them, the nearest first.
 FOLDERS = {
@@ -34,7 +36,7 @@ FOLDERS = {
     "util": (25, ["util", "filemanager", "script", "scripts", "commandline"]),
     "script": (60, ["scripts", "script", "language_page", "commandline"]),
     "scriptrt": (25, ["builtins", "scripts", "script", "language_page", "questions", "commandline"]),
-    "host": (40, ["host", "commandline", "scripts", "streams", "channels"]),
+    "host": (40, ["host", "commandline", "scripts", "streams", "channels", "trace", "replay"]),
     "filemanager": (12, ["filemanager"]),
     "terminal": (12, ["terminal"]),
 }
@@ -54,14 +56,13 @@ def copy_tree():
             shutil.copy(source, target)
 
 
-def prepare():
-    """What a program under test starts with, however this one was started."""
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
-    signal.signal(signal.SIGINT, signal.SIG_DFL)
-
-
-def run(command, seconds, folder):
+def run(command, seconds, folder, memory=resource.RLIM_INFINITY):
     """Exit code and output of a command; None for a code when it did not end in time. Ends all that it started."""
+
+    def prepare():  # what a program under test starts with, however this one was started
+        resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
+        signal.signal(signal.SIGINT, signal.SIG_DFL)
+
     process = subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                start_new_session=True, preexec_fn=prepare)
     try:
@@ -77,51 +78,91 @@ def run(command, seconds, folder):
         process.wait()
 
 
-def build(targets):
-    return run(["cmake", "--build", BUILD, "-j1", "--target", *(targets or ["all"])], 1800, ROOT)
+class Build:
+    """A build of the copy."""
+
+    def __init__(self, name, options, memory=resource.RLIM_INFINITY):
+        self.name, self.options, self.memory = name, options, memory
+        self.folder = WORK / name
+
+    def make(self, targets):
+        return run(["cmake", "--build", self.folder, "-j1", "--target", *targets], 1800, ROOT)
+
+    def configure(self):
+        launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+        code, output = run(["cmake", "-S", TREE, "-B", self.folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug", *self.options,
+                            *launcher], 120, ROOT)
+        self.must(code == 0, "configuring fails", output)
+
+    def must(self, holds, what, output):
+        if not holds:
+            sys.exit(f"mutation: without a fault, {what} ({self.name})\n{output[-3000:]}")
 
 
-def configure():
-    launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
-    code, output = run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                        "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS", *launcher], 120, ROOT)
-    if code == 0:
-        code, output = build([])
-    if code != 0:
-        sys.exit(f"mutation: the build without faults fails\n{output[-3000:]}")
+FAST = Build("native", ["-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w -D_GLIBCXX_ASSERTIONS"], MEMORY)
+# Address sanitizer asks for terabytes that it never touches.
+SANITIZED = Build("sanitized", ["-DCMAKE_CXX_FLAGS_DEBUG=-O1 -w -D_GLIBCXX_ASSERTIONS", "-DOND_SANITIZE=ON"])
 
 
 class Test:
     """One of ctest's, with the time that it takes when all is well."""
 
-    def __init__(self, name, entry):
-        self.name = name
-        self.command = entry["command"]
-        self.folder = next(item["value"] for item in entry["properties"] if item["name"] == "WORKING_DIRECTORY")
+    def __init__(self, name, entry, build):
+        self.name = name if build is FAST else f"{name} ({build.name})"
+        self.build = build
+        self.command = [word.replace(str(FAST.folder), str(build.folder)) for word in entry["command"]]
+        folder = next(item["value"] for item in entry["properties"] if item["name"] == "WORKING_DIRECTORY")
+        self.folder = folder.replace(str(FAST.folder), str(build.folder))
         # Nothing is built but the programs that it names.
-        self.targets = [word.removeprefix(f"{BUILD}/") for word in self.command if word.startswith(f"{BUILD}/bin/")]
+        self.targets = [word.removeprefix(f"{build.folder}/") for word in self.command if word.startswith(f"{build.folder}/bin/")]
+        code, output = self.make()
+        build.must(code == 0, "the build fails", output)
         start = time.monotonic()
-        code, output = run(self.command, 600, self.folder)
-        if code != 0:
-            sys.exit(f"mutation: the test {name} fails without a fault\n{output[-3000:]}")
+        code, output = self.run(600)
+        build.must(code == 0, f"the test {name} fails", output)
         self.patience = 5 * (time.monotonic() - start) + 10
 
+    def make(self):
+        return self.build.make(self.targets or ["all"])
+
+    def run(self, seconds):
+        return run(self.command, seconds, self.folder, self.build.memory)
+
     def answer(self):
-        code, _ = run(self.command, self.patience, self.folder)
+        """What notices a fault: this test, "" for nothing, None when the fault does not compile."""
+        code, _ = self.make()
+        if code != 0:
+            return None
+        code, _ = self.run(self.patience)
         return "" if code == 0 else f"{self.name}, time-out" if code is None else self.name
 
 
-def load_tests(names):
-    """Tests by name; "scripts" is "scripts.ondscript"."""
-    listed = json.loads(subprocess.run(["ctest", "--show-only=json-v1"], cwd=BUILD, check=True, stdout=subprocess.PIPE).stdout)
-    entries = {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
-    return {name: Test(name, entries[name]) for name in sorted(names)}
+class Tests:
+    """By ctest's name, in each of the builds; "scripts" is "scripts.ondscript"."""
+
+    def __init__(self):
+        FAST.configure()
+        code, output = FAST.make(["all"])
+        FAST.must(code == 0, "the build fails", output)
+        listed = json.loads(subprocess.run(["ctest", "--show-only=json-v1"], cwd=FAST.folder, check=True,
+                                           stdout=subprocess.PIPE).stdout)
+        self.entries = {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
+        self.loaded = {}
+
+    def load(self, names, build):
+        """These must not be loaded for the first time while a fault is planted."""
+        if (build, names[0]) not in self.loaded:
+            build.configure()
+        for name in names:
+            if (build, name) not in self.loaded:
+                self.loaded[build, name] = Test(name, self.entries[name], build)
+        return [self.loaded[build, name] for name in names]
 
 
 def candidates(folder):
     """Of the sources and headers that take part in the native build."""
-    depended = subprocess.run(["ninja", "-C", BUILD, "-t", "deps"], check=True, stdout=subprocess.PIPE).stdout.decode()
-    paths = {(BUILD / line.strip()).resolve() for line in depended.splitlines() if line.startswith("    ")}
+    depended = subprocess.run(["ninja", "-C", FAST.folder, "-t", "deps"], check=True, stdout=subprocess.PIPE).stdout.decode()
+    paths = {(FAST.folder / line.strip()).resolve() for line in depended.splitlines() if line.startswith("    ")}
     return [mutant for path in sorted(paths) if path.is_relative_to(TREE / folder)
             for mutant in places.mutants(str(path.relative_to(TREE)), path.read_text())]
 
@@ -134,34 +175,27 @@ def order_of_choice(count, total, seed):
 
 
 def load_equivalents():
-    """(path, line before, line after) -> reason."""
+    """(path, or path and function; line before; line after) -> reason."""
     blocks = (ROOT / "tests/mutation/equivalents.txt").read_text().split("\n\n")[1:]
     rows = [block.strip().split("\n") for block in blocks]
-    return {(path, before.removeprefix("- "), after.removeprefix("+ ")): " ".join(reason)
-            for path, before, after, *reason in rows}
+    return {(place, before.removeprefix("- "), after.removeprefix("+ ")): " ".join(reason)
+            for place, before, after, *reason in rows}
 
 
 def load_survivors():
     """The same keys, of the last report."""
     lines = REPORT.read_text().splitlines()
-    return {(line.split()[1].split(":")[0], lines[i + 1].removeprefix("- "), lines[i + 2].removeprefix("+ "))
+    return {(line.removeprefix("survived ").split(",")[0], lines[i + 1].removeprefix("- "), lines[i + 2].removeprefix("+ "))
             for i, line in enumerate(lines) if line.startswith("survived ")}
 
 
 def plant(mutant, tests):
-    """What notices the fault: a test, "" for none, None when the fault does not compile."""
+    """What notices the fault, as Test.answer."""
     path = TREE / mutant.path
     whole = path.read_text()
     try:
         path.write_text(mutant.text)
-        for test in tests:
-            code, _ = build(test.targets)
-            if code != 0:
-                return None
-            answer = test.answer()
-            if answer:
-                return answer
-        return ""
+        return next((answer for answer in (test.answer() for test in tests) if answer != ""), "")
     finally:
         path.write_text(whole)
 
@@ -176,25 +210,36 @@ class Report:
         print(text, file=self.file, flush=True)
 
     def folder(self, name, mutants, count, tests, equivalents):
-        """Plants `count` of the mutants, the first ones that can be."""
+        """Plants `count` of the mutants, the first ones that can be. tests(build): those of the folder."""
         planted, noticed, late, equal, uncompiled = 0, 0, 0, 0, 0
+        survivors = []
         for mutant in mutants:
             if planted == count:
                 break
-            if mutant.key() in equivalents:
+            if mutant.keys() & equivalents.keys():
                 equal += 1
                 continue
-            answer = plant(mutant, tests)
+            answer = plant(mutant, tests(FAST))
             if answer is None:
                 uncompiled += 1
                 continue
             planted += 1
-            noticed += answer != ""
+            if not answer:
+                survivors.append(mutant)
+                continue
+            noticed += 1
             late += answer.endswith("time-out")
-            self.say(f"{'noticed ' if answer else 'survived'} {mutant.path}:{mutant.line} {mutant.kind}"
-                     f"{answer and ' by ' + answer}\n- {mutant.before}\n+ {mutant.after}")
+            self.tell(mutant, answer)
+        for mutant in survivors:
+            answer = plant(mutant, tests(SANITIZED)) or ""
+            noticed += bool(answer)
+            self.tell(mutant, answer)
         rate = f"{100 * noticed / planted:.0f} %" if planted else "-"
         self.rows.append(f"{name:12} {planted:8} {noticed:8} {rate:>6} {late:9} {equal:11} {uncompiled:11}")
+
+    def tell(self, mutant, answer):
+        self.say(f"{'noticed' if answer else 'survived'} {mutant.place()}, line {mutant.line}, {mutant.kind}"
+                 f"{answer and ' by ' + answer}\n- {mutant.before}\n+ {mutant.after}")
 
     def close(self):
         self.say(f"\n{'folder':12}  planted  noticed   rate  time-out  equivalent  uncompiled")
@@ -214,27 +259,26 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutation: ended from outside"))  # what was started is ended too
     survivors = load_survivors() if options.again else None
     copy_tree()
-    configure()
+    tests = Tests()
     found = {folder: candidates(folder) for folder in options.folders}
     if options.list:
         for mutant in sum(found.values(), []):
-            print(f"{mutant.path}:{mutant.line} {mutant.kind}\n- {mutant.before}\n+ {mutant.after}")
+            print(f"{mutant.place()}, line {mutant.line}, {mutant.kind}\n- {mutant.before}\n+ {mutant.after}")
         return
-    tests = load_tests({name for folder in options.folders for name in FOLDERS[folder][1]})
     equivalents = load_equivalents()
     report = Report()
-    places_now = {mutant.key() for mutant in sum(found.values(), [])}
-    for path, before, after in equivalents:
-        if path.split("/")[0] in found and (path, before, after) not in places_now:
-            report.say(f"equivalents.txt: this is gone from {path}\n- {before}\n+ {after}")
+    keys_now = set().union(*(mutant.keys() for mutant in sum(found.values(), [])))
+    for place, before, after in equivalents:
+        if place.split("/")[0] in found and (place, before, after) not in keys_now:
+            report.say(f"equivalents.txt: this is gone from {place}\n- {before}\n+ {after}")
     for folder, mutants in found.items():
         count, names = FOLDERS[folder]
         count = options.count or count
         chosen = [mutants[index] for index in order_of_choice(count, len(mutants), options.seed)]
         if options.again:
-            chosen = [mutant for mutant in mutants if mutant.key() in survivors]
+            chosen = [mutant for mutant in mutants if mutant.keys() & survivors]
             count = len(chosen)
-        report.folder(folder, chosen, count, [tests[name] for name in names], equivalents)
+        report.folder(folder, chosen, count, functools.partial(tests.load, names), equivalents)
     report.close()
 
 

@@ -4,6 +4,7 @@ The rules know the spelling that .clang-format gives the code: an operator betwe
 belongs to a type has not.
 """
 
+import collections
 import dataclasses
 import re
 
@@ -20,6 +21,8 @@ CONDITION = re.compile(r"\b(?:if|while) (?=\()")
 DECLARATION = re.compile(r"(?:const )?[\w:<>*& ]+ [*&]?(\w+) = ")
 RETURN = re.compile(r"\breturn ([^;]+);")
 SAME_AS_EMPTY = {"{}", "0", "false", "nullptr", "std::nullopt", "kScriptOk", "kChannelOk", "EONX_ERR_NONE"}
+# A function's head begins its line.
+FUNCTION = re.compile(r"^\w[\w:<>*&, ]*?\b(\w+)\(", re.MULTILINE)
 # A call or an assignment that is a line of its own, behind the end of another statement.
 STATEMENT = re.compile(r"(?<=[;{})])\n[ ]+(?!return\b|using\b|throw\b|delete\b)([\w:.>*()\[\]-]+(?:\(.*\)| [-+|&^]?= .*));(?=\n)")
 
@@ -27,14 +30,20 @@ STATEMENT = re.compile(r"(?<=[;{})])\n[ ]+(?!return\b|using\b|throw\b|delete\b)(
 @dataclasses.dataclass(frozen=True)
 class Mutant:
     path: str
+    function: str  # in whose body it stands; "" where none is
+    occurrence: int  # of the same change there, from 1
     line: int  # from 1
     kind: str
     before: str  # the line, without blanks at its ends
     after: str
     text: str  # the whole file
 
-    def key(self):
-        return self.path, self.before, self.after
+    def place(self):
+        return f"{self.path} {self.function}#{self.occurrence}"
+
+    def keys(self):
+        """All that it may be called: where a file or a function has the same line often, more tells which is meant."""
+        return {(place, self.before, self.after) for place in (self.path, f"{self.path} {self.function}", self.place())}
 
 
 def without_comments(text):
@@ -81,10 +90,15 @@ def changes(text):
 def mutants(path, text):
     """All of one file. A change over several lines (a long condition) is joined into the one where it begins."""
     found = []
-    for begin, end, new, kind in changes(text):
+    seen = collections.Counter()
+    functions = [(match.start(), match.group(1)) for match in FUNCTION.finditer(without_comments(text))]
+    for begin, end, new, kind in sorted(changes(text), key=lambda change: (change[0], change[3])):
         first = text.rfind("\n", 0, begin) + 1
         last = text.find("\n", end)
-        before, after = text[first:last], text[first:begin] + new + text[end:last]
-        found.append((begin, kind, Mutant(path, text.count("\n", 0, begin) + 1, kind, " ".join(before.split()),
-                                          " ".join(after.split()), text[:begin] + new + text[end:])))
-    return [mutant for _, _, mutant in sorted(found, key=lambda row: row[:2])]
+        before = " ".join(text[first:last].split())
+        after = " ".join((text[first:begin] + new + text[end:last]).split())
+        function = next((name for start, name in reversed(functions) if start <= begin), "")
+        seen[function, before, after] += 1
+        found.append(Mutant(path, function, seen[function, before, after], text.count("\n", 0, begin) + 1, kind, before, after,
+                            text[:begin] + new + text[end:]))
+    return found
