@@ -28,7 +28,11 @@ def check_results():
     expect(["run", "s.dcs", "--fault", "Lock=1"] + values, 20, b"n=-2\nS=C:\\\\x\n", b"s.dcs: the channel is locked")
     expect(["run", "s.dcs", "--device-dir", "none/device"] + values, 4, message=b"cannot use the folder none/device")
     if name == "ondscript":
-        expect(["run", "s.dcs", "--channel", "serial:/dev/null:9600"] + values, 4, message=b"/dev/null is not a serial port")
+        for baud in (300, 600, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400, 460800, 500000, 576000, 921600,
+                     1000000, 1152000, 1500000, 2000000, 2500000, 3000000, 3500000, 4000000):
+            expect(["run", "s.dcs", "--channel", f"serial:/dev/null:{baud}"] + values, 4,
+                   message=b"/dev/null is not a serial port")
+        expect(["run", "s.dcs", "--channel", "serial:/dev/null:9601"] + values, 4, message=b"no speed of 9601 baud")
         expect(["run", "s.dcs", "--channel", "serial:s.dcs:9600"] + values, 4, message=b"s.dcs is not a serial port")
 
 

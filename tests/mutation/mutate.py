@@ -140,18 +140,25 @@ class Test:
 class Tests:
     """By ctest's name, in each of the builds; "scripts" is "scripts.ondscript"."""
 
-    def __init__(self):
+    def __init__(self, names):
         FAST.configure()
-        code, output = FAST.make(["all"])
-        FAST.must(code == 0, "the build fails", output)
+        self.entries = self.listed()
+        if any("command" not in self.entries[name] for name in names):  # as of programs that were never built
+            code, output = FAST.make(["all"])
+            FAST.must(code == 0, "the build fails", output)
+            self.entries = self.listed()
+        self.loaded = {}
+        self.load(sorted(names), FAST)
+
+    @staticmethod
+    def listed():
         listed = json.loads(subprocess.run(["ctest", "--show-only=json-v1"], cwd=FAST.folder, check=True,
                                            stdout=subprocess.PIPE).stdout)
-        self.entries = {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
-        self.loaded = {}
+        return {entry["name"].removesuffix(".ondscript"): entry for entry in listed["tests"]}
 
     def load(self, names, build):
         """These must not be loaded for the first time while a fault is planted."""
-        if (build, names[0]) not in self.loaded:
+        if build is not FAST and (build, names[0]) not in self.loaded:
             build.configure()
         for name in names:
             if (build, name) not in self.loaded:
@@ -259,7 +266,7 @@ def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutation: ended from outside"))  # what was started is ended too
     survivors = load_survivors() if options.again else None
     copy_tree()
-    tests = Tests()
+    tests = Tests({name for folder in options.folders for name in FOLDERS[folder][1]})
     found = {folder: candidates(folder) for folder in options.folders}
     if options.list:
         for mutant in sum(found.values(), []):
