@@ -8,7 +8,7 @@ COUNT remain; one that does not compile gives way to the next. Faults that chang
 equivalents.txt, with the reason, and are neither planted nor counted.
 
 All happens in build/mutation: a copy of the sources, so that the checkout is never touched, and builds of its own. The report is
-kept there too, as report.txt; --again plants what it says survived.
+kept there too, as report.txt; --again takes from it what was noticed, and plants the rest of the choice.
 """
 
 import argparse
@@ -189,11 +189,11 @@ def load_equivalents():
             for place, before, after, *reason in rows}
 
 
-def load_survivors():
+def load_noticed():
     """The same keys, of the last report."""
     lines = REPORT.read_text().splitlines()
-    return {(line.removeprefix("survived ").split(",")[0], lines[i + 1].removeprefix("- "), lines[i + 2].removeprefix("+ "))
-            for i, line in enumerate(lines) if line.startswith("survived ")}
+    return {(line.removeprefix("noticed ").split(",")[0], lines[i + 1].removeprefix("- "), lines[i + 2].removeprefix("+ "))
+            for i, line in enumerate(lines) if line.startswith("noticed ")}
 
 
 def plant(mutant, tests):
@@ -216,8 +216,8 @@ class Report:
         print(text, flush=True)
         print(text, file=self.file, flush=True)
 
-    def folder(self, name, mutants, count, tests, equivalents):
-        """Plants `count` of the mutants, the first ones that can be. tests(build): those of the folder."""
+    def folder(self, name, mutants, count, tests, equivalents, known):
+        """Plants `count` of the mutants, the first ones that can be. tests(build): those of the folder. known: noticed before."""
         planted, noticed, late, equal, uncompiled = 0, 0, 0, 0, 0
         survivors = []
         for mutant in mutants:
@@ -226,7 +226,7 @@ class Report:
             if mutant.keys() & equivalents.keys():
                 equal += 1
                 continue
-            answer = plant(mutant, tests(FAST))
+            answer = "an earlier run" if mutant.keys() & known else plant(mutant, tests(FAST))
             if answer is None:
                 uncompiled += 1
                 continue
@@ -258,13 +258,13 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--count", type=int, help="faults for each folder")
     parser.add_argument("--seed", type=int, default=0, help="shifts the choice by so many candidates")
-    parser.add_argument("--again", action="store_true", help="plants the survivors of the last report")
+    parser.add_argument("--again", action="store_true", help="believes what the last report says was noticed")
     parser.add_argument("--list", action="store_true", help="shows all candidates and plants none")
     parser.add_argument("folders", nargs="*", default=list(FOLDERS), metavar="FOLDER")
     options = parser.parse_args()
 
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutation: ended from outside"))  # what was started is ended too
-    survivors = load_survivors() if options.again else None
+    known = load_noticed() if options.again else set()
     copy_tree()
     tests = Tests({name for folder in options.folders for name in FOLDERS[folder][1]})
     found = {folder: candidates(folder) for folder in options.folders}
@@ -282,10 +282,7 @@ def main():
         count, names = FOLDERS[folder]
         count = options.count or count
         chosen = [mutants[index] for index in order_of_choice(count, len(mutants), options.seed)]
-        if options.again:
-            chosen = [mutant for mutant in mutants if mutant.keys() & survivors]
-            count = len(chosen)
-        report.folder(folder, chosen, count, functools.partial(tests.load, names), equivalents)
+        report.folder(folder, chosen, count, functools.partial(tests.load, names), equivalents, known)
     report.close()
 
 
