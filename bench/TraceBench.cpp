@@ -70,7 +70,7 @@ bool Measure(std::size_t bytes, const std::string& file) {
     auto tape = host::ReplayChannel::Open({file, false, false});
     sound = sound && tape;
     playing = MillisecondsOf([&] { Talk(**tape, bytes); });
-    sound = sound && !(*tape)->HasEnded() && (*tape)->WaitUntilSent() == 0;
+    sound = sound && !(*tape)->HasEnded() && (*tape)->Finish() == 0;
     traced = std::filesystem::file_size(file);
   });
   std::printf(

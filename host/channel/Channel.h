@@ -22,6 +22,8 @@ public:
   // Waits until everything that was passed to `Transmit` has left, as long as something moves. 0, or a code whose text
   // tells why some of it never did, refused calls included. [any thread but a window's]
   virtual std::int32_t WaitUntilSent() { return 0; }
+  // At the end of the last run: 0, or a code whose text tells what the run has left undone. [any thread]
+  virtual std::int32_t Finish() { return 0; }
   // Whether the channel is closed for good, and everything that had come in has been read. [any thread]
   virtual bool HasEnded() { return false; }
   // Whether it is open or was: what a device says before it hangs up can still be read. [any thread]

@@ -68,6 +68,7 @@ public:
   bool IsConnecting() override { return m_inner->IsConnecting(); }
   std::int32_t WaitUntilOpen() override { return m_inner->WaitUntilOpen(); }
   std::int32_t WaitUntilSent() override { return m_inner->WaitUntilSent(); }
+  std::int32_t Finish() override { return m_inner->Finish(); }
   bool HasEnded() override { return m_inner->HasEnded(); }
   bool HasBeenOpen() override { return m_inner->HasBeenOpen(); }
 

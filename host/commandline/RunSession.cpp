@@ -73,6 +73,7 @@ RunSession::~RunSession() {
 
 void RunSession::RunInto(std::vector<ScriptRecord>& scripts) {
   for (ScriptRecord& record : scripts) {
+    m_isLast = &record == &scripts.back();
     Run(record);
     if (m_over)
       return;
@@ -226,12 +227,12 @@ int RunSession::ConcludeChannel(ScriptRecord& record, const End& end) {
   const auto reasonOf = [this](std::int32_t code) { return m_channel.GetInfoString(OND_INFO_ERROR, code); };
   const std::int32_t unsent = m_channel.WaitUntilSent();
   std::string text;
-  if (unsent == kNotOnTape)
-    text = name + ": " + reasonOf(unsent);
-  else if (unsent != 0)
+  if (unsent != 0)
     text = name + ": not everything was sent: " + reasonOf(unsent);
   else if (m_channelEnded)
     text = name + ": " + reasonOf(kNotOpen);
+  else if (const std::int32_t undone = m_isLast ? m_channel.Finish() : 0; undone != 0)
+    text = name + ": " + reasonOf(undone);
   if (text.empty())
     return end.result;
   PrintMessage(m_program, text);

@@ -58,6 +58,7 @@ private:
   AnswerDesk m_desk;
   bool m_channelEnded = false; // and a script went on using it
   bool m_over = false;         // no further script
+  bool m_isLast = false;       // the script that runs
   TrafficChannel* m_traffic;   // a part of the channel
   ClosableChannel m_channel;
 };

@@ -107,6 +107,9 @@ def check_same():
                 check(f"{tape}: the trace of the replay", once == again, f"{once}\n{again}")
 
     expect_same("talk.dcs", [], "talk.jsonl", 0)
+    # Several scripts of one call are on one tape.
+    two = record("talk.dcs", ["talk.dcs"], "two.jsonl")
+    check("two scripts", two[0] == 0 and record("talk.dcs", ["talk.dcs", "--channel", "replay:two.jsonl"], "again.jsonl") == two, two)
     expect_same("talk.dcs", ["--fault", "Receive:1=9"], "faulty.jsonl", 0)
     expect_same("files.dcs", [], "files.jsonl", 0)
     expect_same("files.dcs", ["--fault", "TransmitFile=6"], "full.jsonl", 0)

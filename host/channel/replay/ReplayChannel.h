@@ -38,6 +38,7 @@ public:
   bool IsConnecting() override { return false; }
   std::int32_t WaitUntilOpen() override { return 0; }
   std::int32_t WaitUntilSent() override;
+  std::int32_t Finish() override;
   bool HasEnded() override;
   bool HasBeenOpen() override { return true; }
 
