@@ -36,7 +36,8 @@ FOLDERS = {
     "util": (25, ["util", "filemanager", "script", "scripts", "commandline"]),
     "script": (60, ["scripts", "script", "language_page", "commandline"]),
     "scriptrt": (25, ["builtins", "scripts", "script", "language_page", "questions", "commandline"]),
-    "host": (40, ["host", "commandline", "scripts", "streams", "channels", "trace", "replay"]),
+    "host": (40, ["host", "commandline", "scripts", "streams", "channels", "trace", "replay", "verdicts", "answers",
+                  "reports"]),
     "filemanager": (12, ["filemanager"]),
     "terminal": (12, ["terminal"]),
 }
