@@ -23,8 +23,8 @@ std::string FolderWithSlash(const std::string& path) {
 // Where a path leads in the end: the file itself, or the one that a link names, which need not exist. Nothing for links
 // without end.
 std::optional<std::string> BehindLinks(std::string path) {
-  constexpr int kMostLinks = 40; // as the system itself follows
-  for (int links = 0; links < kMostLinks; ++links) {
+  constexpr int kMostLinks = 40;                      // as the system itself follows
+  for (int links = 0; links <= kMostLinks; ++links) { // the last one has to be none
     std::array<char, PATH_MAX> buffer;
     const ssize_t length = readlink(path.c_str(), buffer.data(), buffer.size());
     if (length < 0)

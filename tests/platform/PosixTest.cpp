@@ -53,6 +53,18 @@ TEST_CASE("only regular files open, and nothing blocks") {
   CHECK(folder.Names() == std::vector<std::string>{"pipe"});
 }
 
+TEST_CASE("as many links are followed as the system follows") {
+  const TemporaryFolder folder;
+  folder.Write("0", "x");
+  for (int links = 1; links < 50; ++links) {
+    CAPTURE(links);
+    std::filesystem::create_symlink(std::to_string(links - 1), folder.SystemPath() / std::to_string(links));
+    const std::string path = folder.PathOf(std::to_string(links));
+    const bool opens = static_cast<bool>(File::Open(path, File::Mode::kRead));
+    CHECK(platform::WriteWholeFile(path, "y") == opens);
+  }
+}
+
 TEST_CASE("a link that leads nowhere yet, one that never ends, and a file that may not be written") {
   const TemporaryFolder folder;
   const auto& path = folder.SystemPath();
