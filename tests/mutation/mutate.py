@@ -62,7 +62,8 @@ def run(command, seconds, folder, memory=resource.RLIM_INFINITY):
 
     def prepare():  # what a program under test starts with, however this one was started
         resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
-        signal.signal(signal.SIGINT, signal.SIG_DFL)
+        for end in (signal.SIGINT, signal.SIGHUP):
+            signal.signal(end, signal.SIG_DFL)
 
     process = subprocess.Popen(command, cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                start_new_session=True, preexec_fn=prepare)
