@@ -72,23 +72,36 @@ CLI::App* AddCommand(CLI::App& app, const CommandRow& row) {
   return parent->add_subcommand(name.substr(blank + 1), std::string(row.description));
 }
 
+std::string_view FirstWord(const CommandRow& row) {
+  return row.name.substr(0, row.name.find(' '));
+}
+
+bool IsCommand(std::string_view program, std::string_view word) {
+  return std::any_of(Commands().begin(), Commands().end(), [&](const CommandRow& row) {
+    return row.program == program && !row.name.empty() && FirstWord(row) == word;
+  });
+}
+
 // What a program that does nothing by itself must be told first; anything else is a script, or an option in front of
 // one.
-bool IsCommand(std::string_view program, std::string_view word) {
-  if (word == "-h" || word == "--help" || word == "--version")
-    return true;
-  return std::any_of(Commands().begin(), Commands().end(), [&](const CommandRow& row) {
-    return row.program == program && !row.name.empty() && row.name.substr(0, row.name.find(' ')) == word;
-  });
+bool IsFirst(std::string_view program, std::string_view word) {
+  return word == "-h" || word == "--help" || word == "--version" || IsCommand(program, word);
 }
 
 // From the last word to the first, as the library wants them.
 std::vector<std::string> Words(const CommandRow& program, int argc, const char* const* argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
-  if (program.command == Command::kHelp && !words.empty() && !IsCommand(program.program, words.front()))
+  if (program.command == Command::kHelp && !words.empty() && !IsFirst(program.program, words.front()))
     words.insert(words.begin(), "run");
   std::reverse(words.begin(), words.end());
   return words;
+}
+
+// Whether the library has to know a command. When a command comes first, others only where their names stand: to
+// describe all of them took longer than an empty script.
+bool IsWanted(const CommandRow& row, const std::vector<std::string>& words) {
+  return words.empty() || row.name.empty() || !IsCommand(row.program, words.back()) ||
+         std::find(words.begin(), words.end(), FirstWord(row)) != words.end();
 }
 
 int UsageError(std::string_view program, const std::string& error) {
@@ -159,26 +172,24 @@ std::string CommandLine::Value(std::string_view name, std::string_view otherwise
 }
 
 tl::expected<CommandLine, int> ParseCommandLine(std::string_view program, int argc, const char* const* argv) {
-  CLI::App app;
+  const auto isAlone = [&](const CommandRow& row) { return row.program == program && row.name.empty(); };
+  const CommandRow& alone = *std::find_if(Commands().begin(), Commands().end(), isAlone);
+  std::vector<std::string> words = Words(alone, argc, argv);
+  CLI::App app(std::string(alone.description), std::string(program));
   CommandLine line{};
-  const CommandRow* alone = nullptr;
+  line.command = alone.command;
   for (const CommandRow& row : Commands()) {
-    if (row.program != program)
+    if (row.program != program || !IsWanted(row, words))
       continue;
     CLI::App* described = &app;
-    if (row.name.empty()) {
-      alone = &row;
-      line.command = row.command;
-      app.name(std::string(program));
-      app.description(std::string(row.description));
-    } else {
+    if (!row.name.empty()) {
       described = AddCommand(app, row);
       described->parse_complete_callback([&line, &row] { line.command = row.command; });
     }
     Describe(*described, row, line);
   }
   app.set_version_flag("--version", std::string(program) + " " OND_VERSION, "print the version and exit");
-  if (const auto parsed = Parse(app, Words(*alone, argc, argv), line); !parsed)
+  if (const auto parsed = Parse(app, std::move(words), line); !parsed)
     return tl::unexpected(parsed.error());
   return line;
 }
