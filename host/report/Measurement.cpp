@@ -6,6 +6,9 @@
 namespace host {
 namespace {
 
+constexpr std::string_view kPass = ": PASS";
+constexpr std::string_view kFail = ": FAIL";
+
 bool TakeFront(std::string_view& text, std::string_view front) {
   if (!text.starts_with(front))
     return false;
@@ -107,14 +110,15 @@ bool IsWithinLimits(const Measurement& measurement) {
 } // namespace
 
 std::optional<Measurement> ReadMeasurement(std::string_view line) {
+  // The end comes first: it tells sooner than the beginning that a line is another one.
+  const bool saysPass = TakeBack(line, kPass);
+  if (!saysPass && !TakeBack(line, kFail))
+    return std::nullopt;
   constexpr std::string_view kBegin = "limit: ";
   const std::size_t begin = line.find(kBegin);
   if (begin == std::string_view::npos)
     return std::nullopt;
   line.remove_prefix(begin + kBegin.size());
-  const bool saysPass = TakeBack(line, ": PASS");
-  if (!saysPass && !TakeBack(line, ": FAIL"))
-    return std::nullopt;
   constexpr std::string_view kEquals = " = ";
   for (std::size_t equals = line.find(kEquals); equals != std::string_view::npos;
        equals = line.find(kEquals, equals + 1)) {
@@ -126,6 +130,10 @@ std::optional<Measurement> ReadMeasurement(std::string_view line) {
     }
   }
   return std::nullopt;
+}
+
+bool MayHaveMeasurements(std::string_view text) {
+  return text.find(kPass) != std::string_view::npos || text.find(kFail) != std::string_view::npos;
 }
 
 } // namespace host

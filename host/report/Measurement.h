@@ -15,4 +15,7 @@ namespace host {
 // passed, whatever stands at the end. Nothing for any other line.
 std::optional<Measurement> ReadMeasurement(std::string_view line);
 
+// Whether one of the lines of a text may be one. Quick.
+bool MayHaveMeasurements(std::string_view text);
+
 } // namespace host

@@ -11,6 +11,8 @@ namespace {
 
 // What has no end after this many bytes is taken as a line.
 constexpr std::size_t kLongestLine = 1 << 20;
+// As much as is looked at together.
+constexpr std::size_t kBlock = 16 << 10;
 // As long as a reader of a report has patience for.
 constexpr std::size_t kLongestKept = 2000;
 
@@ -29,6 +31,25 @@ std::size_t EndOfLine(std::string_view text) {
 } // namespace
 
 void OutputWatch::Add(std::string_view piece) {
+  if (m_keepsLines)
+    return Look(piece);
+  m_pending.append(piece.data(), piece.size());
+  if (m_pending.size() >= kBlock)
+    LookAtPending();
+}
+
+// Whole lines among which there is nothing that counts need no closer look.
+void OutputWatch::LookAtPending() {
+  const std::size_t ended = m_pending.find_last_of("\r\n") + 1; // 0: no line ends
+  if (ended != 0 && m_line.empty() && m_failTexts.empty() && !MayHaveMeasurements(m_pending)) {
+    m_pending.erase(0, ended);
+    return;
+  }
+  Look(m_pending);
+  m_pending.clear();
+}
+
+void OutputWatch::Look(std::string_view piece) {
   while (!piece.empty()) {
     if (std::exchange(m_afterReturn, false) && piece.front() == '\n') {
       piece.remove_prefix(1);
@@ -46,6 +67,8 @@ void OutputWatch::Add(std::string_view piece) {
 }
 
 void OutputWatch::Finish() {
+  LookAtPending();
+  Look(std::exchange(m_pending, {}));
   if (!m_line.empty())
     TakeLine();
 }

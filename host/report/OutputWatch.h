@@ -28,6 +28,8 @@ public:
   const std::string& Failure() const { return m_failure; }
 
 private:
+  void LookAtPending();
+  void Look(std::string_view text);
   void TakeLine();
   void JudgeLine();
   Microseconds Now() const;
@@ -36,6 +38,7 @@ private:
   const bool m_keepsLines;
   ScriptRecord& m_record;
   const Clock::time_point m_begun;
+  std::string m_pending;      // what came last and was not looked at; empty when lines are kept, each with its time
   std::string m_line;         // that has not ended yet
   bool m_afterReturn = false; // a line feed that comes next belongs to the line before
   std::string m_failure;
