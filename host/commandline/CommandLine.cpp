@@ -19,8 +19,7 @@ std::string Footer(const CommandRow& row) {
 }
 
 // Lets the values go to `values` as they are typed: the library's own lists of texts would take several at once and
-// give
-// "[...]" and "{}" a meaning.
+// give "[...]" and "{}" a meaning.
 void AddValues(CLI::App& app, const OptionRow& row, CommandLine& line) {
   const auto take = [&line, &row](const CLI::results_t& results) {
     line.values[row.name] = results;
