@@ -55,8 +55,10 @@ bool Measure(std::size_t bytes, const std::string& file) {
       5,
       [&] {
         // Until the last record is in the file.
-        auto writer = host::TraceWriter::Open(file, {}, [&](const std::string&) { sound = false; });
-        host::TracingChannel channel(std::make_unique<ReadyChannel>(bytes), **writer);
+        host::TraceFork records;
+        auto writer = host::TraceWriter::Open(file, {}, records.Clock(), [&](const std::string&) { sound = false; });
+        records.Add(**writer);
+        host::TracingChannel channel(std::make_unique<ReadyChannel>(bytes), records);
         const double start = ComputingMilliseconds();
         Talk(channel, bytes);
         computing = std::min(computing, ComputingMilliseconds() - start);

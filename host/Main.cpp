@@ -69,8 +69,9 @@ int ShowWindows(const host::CommandLine& line) {
   const auto path = host::ReadTracePath(line);
   if (!path)
     return UsageError(path.error());
-  const auto trace = path->empty() ? nullptr : host::OpenTrace(kProgram, *path, options->text);
-  return path->empty() || trace ? host::RunWindows(kProgram, *options, trace.get()) : host::kExitStream;
+  host::TraceFork records;
+  const auto trace = path->empty() ? nullptr : host::OpenTrace(kProgram, *path, options->text, records);
+  return path->empty() || trace ? host::RunWindows(kProgram, *options, records) : host::kExitStream;
 }
 
 int Main(int argc, char** argv) {

@@ -9,7 +9,6 @@
 #include "host/trace/TracingChannel.h"
 
 #include <algorithm>
-#include <new>
 
 namespace host {
 namespace {
@@ -41,8 +40,9 @@ struct OpenFailure {
   std::string text;
 };
 
-// A channel that is open, and traced if that is wanted: `trace` must outlive it.
+// A channel that is open, and recorded if anybody wants its records: they and `trace` must outlive it.
 tl::expected<std::unique_ptr<Channel>, OpenFailure> OpenChannel(std::string_view program, const RunArguments& arguments,
+                                                                TraceFork& records,
                                                                 std::unique_ptr<TraceWriter>& trace) {
   const ChannelOptions& options = arguments.channel;
   auto made = MakeChannel(options);
@@ -52,11 +52,12 @@ tl::expected<std::unique_ptr<Channel>, OpenFailure> OpenChannel(std::string_view
                                           : OpenFailure{kExitNoChannel, false, failure.text});
   }
   if (!arguments.trace.empty()) {
-    trace = OpenTrace(program, arguments.trace, options.text);
+    trace = OpenTrace(program, arguments.trace, options.text, records);
     if (!trace)
       return tl::unexpected(OpenFailure{kExitStream, true, arguments.trace + ": the trace cannot be written"});
-    made = std::make_unique<TracingChannel>(std::move(*made), *trace);
   }
+  if (!records.IsEmpty())
+    made = std::make_unique<TracingChannel>(std::move(*made), records);
   if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen())
     return tl::unexpected(
         OpenFailure{kExitNoChannel, false, options.text + ": " + (*made)->GetInfoString(OND_INFO_ERROR, code)});
@@ -73,29 +74,15 @@ SessionRecord NewRecord(std::string_view program, const RunArguments& arguments)
   return session;
 }
 
-// A report that cannot be written takes nothing away from what the scripts found out, so it only is told.
-void WriteReports(std::string_view program, const RunArguments& arguments, const SessionRecord& session) {
-  for (const ReportRequest& report : arguments.reports) {
-    std::string problem = "the report cannot be written";
-    try {
-      if (WriteWholeFile(report.path, report.format->make(session)))
-        continue;
-    } catch (const std::bad_alloc&) {
-      problem = "there is not enough memory for the report";
-    }
-    PrintMessage(program, report.path + ": " + problem);
-  }
-}
-
 // Returns the process's exit code.
-int Finish(std::string_view program, const RunArguments& arguments, SessionRecord& session) {
+int Finish(std::string_view program, const RunArguments& arguments, SessionRecord& session, RunReports& reports) {
   session.code = CodeOf(session.scripts);
   // The values are results: who waits for them must not take an old file for the new one.
   if (!arguments.getFile.empty() && !WriteWholeFile(arguments.getFile, MakeValuesFile(session))) {
     PrintMessage(program, arguments.getFile + ": the values cannot be written");
     session.code = kExitStream;
   }
-  WriteReports(program, arguments, session);
+  reports.Finish();
   return session.code;
 }
 
@@ -106,8 +93,14 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   if (!input)
     return input.error();
   SessionRecord record = NewRecord(program, arguments);
+  TraceFork records;
+  RunReports reports(record, arguments.reports, [program](const std::string& text) { PrintMessage(program, text); });
+  if (!reports.Begin())
+    return kExitStream;
+  if (reports.AreWanted())
+    records.Add(reports);
   std::unique_ptr<TraceWriter> trace;
-  auto channel = OpenChannel(program, arguments, trace);
+  auto channel = OpenChannel(program, arguments, records, trace);
   if (!channel) {
     if (!channel.error().isTold)
       PrintMessage(program, channel.error().text);
@@ -117,9 +110,9 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
     first.verdict = VerdictOf(first.code);
     first.reason = channel.error().text;
   } else {
-    RunSession(program, arguments, *input, processor, std::move(*channel), trace.get()).RunInto(record.scripts);
+    RunSession(program, arguments, *input, processor, std::move(*channel), records, reports).RunInto(record.scripts);
   }
-  return Finish(program, arguments, record);
+  return Finish(program, arguments, record, reports);
 }
 
 } // namespace host

@@ -17,12 +17,6 @@ Microseconds Since(Clock::time_point begun, Clock::time_point now) {
   return std::chrono::duration_cast<Microseconds>(now - begun);
 }
 
-std::unique_ptr<Channel> Recorded(std::unique_ptr<Channel> channel, TrafficChannel*& traffic) {
-  auto recorded = std::make_unique<TrafficChannel>(std::move(channel));
-  traffic = recorded.get();
-  return recorded;
-}
-
 NamedValue ValueOf(const std::string& name, const TONXSCRIPTVARIABLE& record) {
   switch (record.type) {
   case ONX_TYPE_STRING:
@@ -50,16 +44,17 @@ struct RunSession::OutputContext {
 };
 
 RunSession::RunSession(std::string_view program, const RunArguments& arguments, const std::optional<std::string>& input,
-                       ScriptProcessor& processor, std::unique_ptr<Channel> channel, TraceWriter* trace)
-    : m_program(program), m_arguments(arguments), m_input(input), m_processor(processor), m_trace(trace),
-      m_line(m_output, IsOutputTerminal()), m_desk(arguments.answers ? AnswerDesk(*arguments.answers) : AnswerDesk()),
-      m_traffic(nullptr), m_channel(std::make_unique<WatchedChannel>(
-                              std::make_unique<TransferWatch>(Recorded(std::move(channel), m_traffic), m_line),
-                              [this](WatchedChannel::Left left) {
-                                m_channelEnded = true;
-                                if (!m_arguments.keepGoing && left == WatchedChannel::Left::kNothing)
-                                  m_processor.Stop();
-                              })) {
+                       ScriptProcessor& processor, std::unique_ptr<Channel> channel, TraceFork& records,
+                       RunReports& reports)
+    : m_program(program), m_arguments(arguments), m_input(input), m_processor(processor), m_records(records),
+      m_reports(reports), m_line(m_output, IsOutputTerminal()),
+      m_desk(arguments.answers ? AnswerDesk(*arguments.answers) : AnswerDesk()),
+      m_channel(std::make_unique<WatchedChannel>(std::make_unique<TransferWatch>(std::move(channel), m_line),
+                                                 [this](WatchedChannel::Left left) {
+                                                   m_channelEnded = true;
+                                                   if (!m_arguments.keepGoing && left == WatchedChannel::Left::kNothing)
+                                                     m_processor.Stop();
+                                                 })) {
   m_processor.Connect(&m_channel);
   m_processor.UseDesk(&m_desk);
   m_processor.ShowBeforeWaiting([this] { m_output.Show(); });
@@ -86,24 +81,22 @@ void RunSession::RunInto(std::vector<ScriptRecord>& scripts) {
 void RunSession::Run(ScriptRecord& record) {
   const auto begun = Clock::now();
   record.begun = std::chrono::system_clock::now();
+  m_reports.BeginScript(m_records.Clock().Now());
   auto variables = RecordsToSet(m_arguments.variables);
   if (const EONX_ERR_ERRCODE_ result = m_processor.SetVariables(variables); result != EONX_ERR_NONE) {
     record.code = result;
     Tell(record, ResultText(result));
   } else {
-    const bool reports = !m_arguments.reports.empty();
-    OutputWatch watch(m_arguments.failTexts, reports, record, begun);
+    OutputWatch watch(m_arguments.failTexts, m_reports, begun);
     m_channel.Rejoin();
-    m_traffic->RecordTo(reports ? &record.traffic : nullptr, begun);
     m_desk.BeginRun(
         [this] {
           m_channel.CutOff();
           m_processor.Stop();
         },
-        [&](const AnsweredQuestion& answered) { Note(record, answered, begun); });
+        [&](const AnsweredQuestion& answered) { Note(answered, begun); });
     const End end = Execute(record.script, watch);
     record.took = Since(begun, Clock::now());
-    m_traffic->RecordTo(nullptr, begun);
     record.code = Conclude(record, end);
     if (record.code == 0 && (!watch.Failure().empty() || HasBadResult())) {
       record.code = kExitPartFailed;
@@ -112,21 +105,20 @@ void RunSession::Run(ScriptRecord& record) {
     }
   }
   record.verdict = VerdictOf(record.code);
+  m_reports.EndScript();
 }
 
-void RunSession::Note(ScriptRecord& record, const AnsweredQuestion& answered, Clock::time_point begun) {
+void RunSession::Note(const AnsweredQuestion& answered, Clock::time_point begun) {
   const Microseconds took = Since(answered.asked, answered.answered);
-  record.questions.push_back({Since(begun, answered.asked), took, answered});
-  if (!m_trace)
-    return;
+  m_reports.Add(TimedAnswer{Since(begun, answered.asked), took, answered});
   TraceEvent event;
   event.name = "question";
-  event.start = m_trace->Now() - static_cast<std::uint64_t>(took.count());
+  event.start = m_records.Clock().Now() - static_cast<std::uint64_t>(took.count());
   event.fields = {{"caption", answered.question.caption}, {"prompt", answered.question.prompt}};
   if (answered.answer)
     event.fields.emplace_back("answer", *answered.answer);
   event.fields.emplace_back("by", answered.by);
-  m_trace->Write(event);
+  m_records.Write(event);
 }
 
 void RunSession::PrintOutput(void* context, const char* text) {

@@ -6,8 +6,7 @@
 #include "host/commandline/StandardStreams.h"
 #include "host/commandline/TransferLine.h"
 #include "host/report/OutputWatch.h"
-#include "host/report/TrafficChannel.h"
-#include "host/trace/TraceWriter.h"
+#include "host/trace/TraceFork.h"
 
 #include <optional>
 
@@ -15,10 +14,10 @@ namespace host {
 
 class RunSession {
 public:
-  // All must outlive this. `input` is the script that "-" stands for, `trace` that of the
-  // channel; null: there is none.
+  // All must outlive this. `input` is the script that "-" stands for; `records` are the channel's, the questions go to
+  // their sinks too.
   RunSession(std::string_view program, const RunArguments& arguments, const std::optional<std::string>& input,
-             ScriptProcessor& processor, std::unique_ptr<Channel> channel, TraceWriter* trace);
+             ScriptProcessor& processor, std::unique_ptr<Channel> channel, TraceFork& records, RunReports& reports);
   ~RunSession();
   RunSession(const RunSession&) = delete;
   RunSession& operator=(const RunSession&) = delete;
@@ -39,7 +38,7 @@ private:
   static void PrintOutput(void* context, const char* text);
   void Run(ScriptRecord& record);
   End Execute(const std::string& script, OutputWatch& watch);
-  void Note(ScriptRecord& record, const AnsweredQuestion& answered, OutputWatch::Clock::time_point begun);
+  void Note(const AnsweredQuestion& answered, OutputWatch::Clock::time_point begun);
   int Conclude(ScriptRecord& record, const End& end);
   int ConcludeChannel(ScriptRecord& record, const End& end);
   void ReadValues(ScriptRecord& record);
@@ -52,14 +51,14 @@ private:
   const RunArguments& m_arguments;
   const std::optional<std::string>& m_input;
   ScriptProcessor& m_processor;
-  TraceWriter* const m_trace;
+  TraceFork& m_records;
+  RunReports& m_reports;
   StandardOutput m_output;
   TransferLine m_line;
   AnswerDesk m_desk;
   bool m_channelEnded = false; // and a script went on using it
   bool m_over = false;         // no further script
   bool m_isLast = false;       // the script that runs
-  TrafficChannel* m_traffic;   // a part of the channel
   ClosableChannel m_channel;
 };
 

@@ -64,17 +64,18 @@ tl::expected<std::string, std::string> ReadTracePath(const CommandLine& line) {
 }
 
 std::unique_ptr<TraceWriter> OpenTrace(std::string_view program, const std::string& path,
-                                       const std::string& channelText) {
+                                       const std::string& channelText, TraceFork& records) {
   TraceHeader header;
   header.channel = channelText;
   header.program = std::string(program) + " " OND_VERSION;
-  auto writer = TraceWriter::Open(path, std::move(header), [program](const std::string& problem) {
+  auto writer = TraceWriter::Open(path, std::move(header), records.Clock(), [program](const std::string& problem) {
     PrintMessage(program, problem + "; the run goes on without it");
   });
   if (!writer) {
     PrintMessage(program, writer.error());
     return nullptr;
   }
+  records.Add(**writer);
   return std::move(*writer);
 }
 

@@ -31,7 +31,7 @@ std::size_t EndOfLine(std::string_view text) {
 } // namespace
 
 void OutputWatch::Add(std::string_view piece) {
-  if (m_keepsLines)
+  if (m_reports.AreWanted())
     return Look(piece);
   m_pending.append(piece.data(), piece.size());
   if (m_pending.size() >= kBlock)
@@ -74,8 +74,8 @@ void OutputWatch::Finish() {
 }
 
 void OutputWatch::TakeLine() {
-  if (m_keepsLines)
-    m_record.output.Add({Now(), Kept(m_line)});
+  if (m_reports.AreWanted())
+    m_reports.Add(OutputLine{Now(), Kept(m_line)});
   JudgeLine();
   m_line.clear();
 }
@@ -96,7 +96,7 @@ void OutputWatch::JudgeLine() {
   if (m_failure.empty() && !measurement->passed)
     m_failure = Kept(m_line);
   measurement->at = Now();
-  m_record.measurements.push_back(std::move(*measurement));
+  m_reports.Add(std::move(*measurement));
 }
 
 } // namespace host

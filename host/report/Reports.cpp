@@ -7,7 +7,7 @@ namespace {
 
 constexpr ReportFormat kFormats[] = {
     {"junit", MakeJUnitReport},
-    {"jsonl", MakeJsonLinesReport},
+    {"jsonl", nullptr},
     {"tap", MakeTapReport},
     {"html", MakeHtmlReport},
 };

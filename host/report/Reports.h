@@ -11,7 +11,7 @@ namespace host {
 
 struct ReportFormat {
   const char* name;
-  std::string (*make)(const SessionRecord&); // the whole report in UTF-8
+  std::string (*make)(const SessionRecord&); // the whole report in UTF-8; null: it grows while the run goes on
 };
 
 struct ReportRequest {
@@ -24,9 +24,8 @@ std::string ReportFormatNames();
 // Reads "FORMAT=FILE". Otherwise says what is wrong.
 tl::expected<ReportRequest, std::string> ParseReport(const std::string& text);
 
-// The formats.
+// The formats that are made at the end.
 std::string MakeJUnitReport(const SessionRecord& session);
-std::string MakeJsonLinesReport(const SessionRecord& session);
 std::string MakeTapReport(const SessionRecord& session);
 std::string MakeHtmlReport(const SessionRecord& session);
 

@@ -1,8 +1,25 @@
 #include "host/trace/CallRecord.h"
 
+#include "host/support/Crc32.h"
+#include "host/support/Files.h"
+
 #include <algorithm>
 
 namespace host {
+namespace {
+
+// Beyond this a device refuses a file, and nobody should wait until all of it has been read.
+constexpr std::uint64_t kLargestFile = 64 * 1024 * 1024;
+
+std::optional<FileContents> ContentsAt(const char* path) {
+  const std::string local = path ? FromScriptPath(path) : std::string();
+  if (!IsRegularFile(local))
+    return std::nullopt;
+  const ReadResult bytes = ReadWholeFile(local, kLargestFile);
+  return bytes ? std::optional(FileContents{bytes->size(), Crc32(*bytes)}) : std::nullopt;
+}
+
+} // namespace
 
 void TakeGiven(const ChannelCall& call, TraceCall& record) {
   const ChannelArguments& given = call.arguments;
@@ -12,8 +29,11 @@ void TakeGiven(const ChannelCall& call, TraceCall& record) {
     break;
   case ChannelOperation::kTransmitFile:
     record.text = given.path ? given.path : "";
-    [[fallthrough]];
+    record.contents = ContentsAt(given.path);
+    record.numbers = {given.fileId, given.fileType, given.fileMode, given.steps};
+    break;
   case ChannelOperation::kTransmitFileFromMemory:
+    record.contents = FileContents{given.bytes.size(), Crc32(given.bytes)};
     record.numbers = {given.fileId, given.fileType, given.fileMode, given.steps};
     break;
   case ChannelOperation::kDeleteDeviceFile:

@@ -6,7 +6,7 @@
 
 namespace host {
 
-// What the caller gave.
+// What the caller gave; a local file's contents too, unless it is a very large one.
 void TakeGiven(const ChannelCall& call, TraceCall& record);
 // What it got, when the call has ended.
 void TakeAnswer(const ChannelCall& call, TraceCall& record);

@@ -9,6 +9,7 @@
 #include <rapidjson/writer.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 
@@ -126,6 +127,15 @@ public:
     return bytes;
   }
 
+  std::uint32_t CrcOf(std::string_view key) {
+    const std::string digits = TextOf(key);
+    std::uint32_t crc = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), crc, 16);
+    if (digits.size() != 8 || error != std::errc() || end != digits.data() + digits.size())
+      Refuse(key, "eight hexadecimal digits", Find(key));
+    return crc;
+  }
+
   std::vector<std::uint32_t> NumbersOf(std::string_view key) {
     const rapidjson::Value* const value = Find(key);
     std::vector<std::uint32_t> numbers;
@@ -206,6 +216,8 @@ TraceCall ReadCall(Members& members) {
     call.text = members.TextOf(shape.text);
   if (shape.sends || shape.receives)
     call.bytes = members.BytesOf("hex");
+  if (shape.transfersFile && members.Has("crc32"))
+    call.contents = FileContents{members.NumberOf<std::uint64_t>("size"), members.CrcOf("crc32")};
   if (members.Has("progress"))
     call.progress = members.NumbersOf("progress");
   return call;
@@ -259,6 +271,10 @@ void AppendTraceLine(std::string& file, const TraceCall& call) {
       WriteNumber(json, shape.numbers[i], call.numbers[i]);
     if (shape.sends || shape.receives)
       WriteBytes(json, buffer, call.bytes);
+    if (call.contents) {
+      WriteCount(json, "size", call.contents->size);
+      WriteText(json, "crc32", CrcText(call.contents->crc32));
+    }
     if (!call.progress.empty()) {
       WriteKey(json, "progress");
       json.StartArray();
@@ -295,6 +311,12 @@ tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line) {
   if (!members.Problem().empty())
     return tl::unexpected(members.Problem());
   return read;
+}
+
+std::string CrcText(std::uint32_t crc) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%08X", static_cast<unsigned>(crc));
+  return text;
 }
 
 std::string TraceTimeText(std::int64_t time) {

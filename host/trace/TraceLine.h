@@ -23,5 +23,7 @@ tl::expected<TraceLine, std::string> ParseTraceLine(std::string_view line);
 
 // "2026-11-21T20:46:28.123456Z" of microseconds since 1970.
 std::string TraceTimeText(std::int64_t time);
+// "0A1B2C3D"
+std::string CrcText(std::uint32_t crc);
 
 } // namespace host

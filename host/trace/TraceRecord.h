@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,6 +33,7 @@ struct TraceShape {
   std::string_view text;                   // the name of the text; empty: there is none
   bool sends = false;                      // the bytes went to the device
   bool receives = false;                   // the bytes came from it
+  bool transfersFile = false;              // has contents
 };
 
 inline constexpr std::array kTraceShapes = std::to_array<TraceShape>({
@@ -41,8 +43,8 @@ inline constexpr std::array kTraceShapes = std::to_array<TraceShape>({
     {ChannelOperation::kGetState, 0, {}, ""},
     {ChannelOperation::kReceive, 0, {}, "", false, true},
     {ChannelOperation::kTransmit, 0, {}, "", true},
-    {ChannelOperation::kTransmitFileFromMemory, 4, {"id", "type", "mode", "steps"}, "", true},
-    {ChannelOperation::kTransmitFile, 4, {"id", "type", "mode", "steps"}, "path"},
+    {ChannelOperation::kTransmitFileFromMemory, 4, {"id", "type", "mode", "steps"}, "", true, false, true},
+    {ChannelOperation::kTransmitFile, 4, {"id", "type", "mode", "steps"}, "path", false, false, true},
     {ChannelOperation::kReadDirectory, 0, {}, ""},
     {ChannelOperation::kGetDirectoryEntryCount, 0, {}, ""},
     {ChannelOperation::kGetDirectoryEntry, 1, {"index", "id", "type", "size"}, ""},
@@ -63,6 +65,14 @@ consteval bool AreShapesInOrder() {
 }
 static_assert(AreShapesInOrder());
 
+// What is known of a file's bytes.
+struct FileContents {
+  std::uint64_t size = 0;
+  std::uint32_t crc32 = 0;
+
+  bool operator==(const FileContents&) const = default;
+};
+
 // One call of an operation.
 struct TraceCall {
   ChannelOperation operation{};
@@ -73,7 +83,8 @@ struct TraceCall {
   std::array<std::int64_t, 5> numbers{}; // as its shape names them
   std::string text;
   std::string bytes;
-  std::vector<std::uint32_t> progress; // a transfer's reports
+  std::optional<FileContents> contents; // of a transferred file that could be read; older traces have none
+  std::vector<std::uint32_t> progress;  // a transfer's reports
 
   const TraceShape& Shape() const { return kTraceShapes[IndexOf(operation)]; }
   std::string_view Name() const { return kChannelOperations[IndexOf(operation)].name; }
@@ -99,7 +110,9 @@ using TraceRecord = std::variant<TraceCall, TraceEvent>;
 
 // Events that the host writes itself.
 inline constexpr std::string_view kTraceEndEvent = "end";              // of the trace; "cpu": computing time in us
-inline constexpr std::string_view kTraceChannelEnded = "channelEnded"; // for good; "reason"
+inline constexpr std::string_view kTraceOpened = "opened";             // the connection, when a run began
+inline constexpr std::string_view kTraceNotOpened = "notOpened";       // it never was; "code", "reason"
+inline constexpr std::string_view kTraceChannelEnded = "channelEnded"; // for good; "code", "reason"
 inline constexpr std::string_view kTraceNotSent = "notSent";           // at the end of a run; "code", "reason"
 
 } // namespace host

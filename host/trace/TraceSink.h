@@ -1,4 +1,4 @@
-// Where records of a channel's traffic go.
+// Where records of a channel's traffic go: to a file, a window, reports.
 #pragma once
 
 #include "host/trace/TraceRecord.h"
@@ -8,8 +8,6 @@ namespace host {
 // [any thread]
 class TraceSink {
 public:
-  // Microseconds since the trace began.
-  virtual std::uint64_t Now() const = 0;
   virtual void Write(const TraceCall& call) noexcept = 0;
   virtual void Write(const TraceEvent& event) noexcept = 0;
 

@@ -41,7 +41,7 @@ std::string Details(const TraceCall& call) {
     text = " " + Quoted(call.text);
   for (std::size_t i = 0; i < shape.numbers.size() && !shape.numbers[i].empty(); ++i)
     text.append(" ").append(shape.numbers[i]).append(" ").append(std::to_string(call.numbers[i]));
-  return text;
+  return text + ContentsText(call);
 }
 
 // What a call answered, as far as it tells something.
@@ -147,6 +147,12 @@ private:
 
 std::string RecordText(const TraceCall& call) {
   return std::string(call.Name()) + Details(call) + Answer(call);
+}
+
+std::string ContentsText(const TraceCall& call) {
+  if (!call.contents)
+    return {};
+  return ", " + std::to_string(call.contents->size) + " bytes with CRC-32 " + CrcText(call.contents->crc32);
 }
 
 std::string RecordText(const TraceEvent& event) {

@@ -26,5 +26,7 @@ void WriteTraceText(const Trace& trace, const TraceTextOptions& options,
 // A record without its bytes, in one line: "TransmitFile "a.bin" id 1 type 2 failed: 6 (Device full)".
 std::string RecordText(const TraceCall& call);
 std::string RecordText(const TraceEvent& event);
+// What is known of the file that a call transfers: ", 12 bytes with CRC-32 0A1B2C3D"; mostly empty.
+std::string ContentsText(const TraceCall& call);
 
 } // namespace host

@@ -26,32 +26,43 @@ struct ProgressNotes {
   }
 };
 
+// Before the call: a local file may be another one afterwards.
+bool TakeGivenBy(const ChannelCall& call, TraceCall& record) noexcept {
+  try {
+    TakeGiven(call, record);
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false; // the call matters more than its record
+  }
+}
+
 } // namespace
 
 void TracingChannel::Around(ChannelCall& call) {
   TraceCall record;
   record.operation = call.operation;
+  const bool isNoted = TakeGivenBy(call, record);
   ProgressNotes notes{call.arguments.callback, call.arguments.context, record.progress};
   if (notes.callback) {
     call.arguments.callback = ProgressNotes::Take;
     call.arguments.context = &notes;
   }
-  record.start = m_sink.Now();
+  record.start = m_sinks.Clock().Now();
   call.Forward();
-  record.duration = m_sink.Now() - record.start;
-  Trace(call, record);
+  record.duration = m_sinks.Clock().Now() - record.start;
+  if (isNoted)
+    Trace(call, record);
 }
 
 void TracingChannel::Trace(const ChannelCall& call, TraceCall& record) noexcept {
   try {
-    TakeGiven(call, record);
     TakeAnswer(call, record);
     record.owner = OwnerOf(call);
     const bool isLook =
         call.operation == ChannelOperation::kGetState || call.operation == ChannelOperation::kGetInfoString;
     if (isLook && record.owner == 0 && m_looks == TraceLooks::kLeftOut)
       return;
-    m_sink.Write(record);
+    m_sinks.Write(record);
   } catch (const std::bad_alloc&) {
     // The call matters more than its record.
   }
@@ -72,6 +83,17 @@ std::uint64_t TracingChannel::OwnerOf(const ChannelCall& call) {
     m_holder = 0;
   }
   return owner;
+}
+
+std::int32_t TracingChannel::WaitUntilOpen() {
+  const std::int32_t code = ForwardingChannel::WaitUntilOpen();
+  const bool told = [this] {
+    const std::lock_guard guard(m_mutex);
+    return std::exchange(m_openingTold, true);
+  }();
+  if (!told && (code == kChannelOk || !HasBeenOpen()))
+    WriteEvent(code == kChannelOk ? kTraceOpened : kTraceNotOpened, code);
+  return code;
 }
 
 std::int32_t TracingChannel::WaitUntilSent() {
@@ -95,8 +117,11 @@ bool TracingChannel::HasEnded() {
 
 void TracingChannel::WriteEvent(std::string_view name, std::int32_t code) noexcept {
   try {
-    const char* const reason = ForwardingChannel::Inner()->GetInfoString(OND_INFO_ERROR, code);
-    m_sink.Write(TraceEvent{std::string(name), m_sink.Now(), {{"code", std::to_string(code)}, {"reason", reason}}});
+    TraceEvent event{std::string(name), m_sinks.Clock().Now(), {}};
+    if (code != kChannelOk)
+      event.fields = {{"code", std::to_string(code)},
+                      {"reason", ForwardingChannel::Inner()->GetInfoString(OND_INFO_ERROR, code)}};
+    m_sinks.Write(event);
   } catch (const std::bad_alloc&) {
     // As above.
   }

@@ -56,7 +56,7 @@ void ChannelPanel::Connect() {
     return;
   }
   Remember(GetDlgItem(m_window, IDC_CHANNEL_TEXT), m_options.text);
-  m_connected = m_slot.Replace(std::make_unique<TracingChannel>(std::move(*made), m_trace, TraceLooks::kLeftOut));
+  m_connected = m_slot.Replace(std::make_unique<TracingChannel>(std::move(*made), m_records, TraceLooks::kLeftOut));
   m_connecting = m_connected;
   ShowConnected();
 }

@@ -3,7 +3,7 @@
 
 #include "host/channel/ChannelSlot.h"
 #include "host/channel/factory/ChannelFactory.h"
-#include "host/trace/TraceSink.h"
+#include "host/trace/TraceFork.h"
 
 #include <string>
 #include <windows.h>
@@ -15,8 +15,8 @@ class ChannelPanel {
 public:
   // `options` are the command line's; its text is what the user finds typed in.
   // What tools do with a channel goes to `trace`.
-  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options, TraceSink& trace)
-      : m_slot(slot), m_options(options), m_trace(trace) {}
+  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options, TraceFork& records)
+      : m_slot(slot), m_options(options), m_records(records) {}
   ChannelPanel(const ChannelPanel&) = delete;
   ChannelPanel& operator=(const ChannelPanel&) = delete;
 
@@ -44,7 +44,7 @@ private:
 
   ChannelSlot& m_slot;
   ChannelOptions m_options;
-  TraceSink& m_trace;
+  TraceFork& m_records;
   HWND m_window = nullptr;
   bool m_connected = false;  // a channel is plugged in
   bool m_connecting = false; // and has neither been seen open nor failed

@@ -11,9 +11,10 @@ namespace host {
 // Everything happens on the thread that makes it, the user-interface thread.
 class MainWindow {
 public:
-  // What goes over the channel is written to `trace` too, if there is one.
-  MainWindow(const ChannelOptions& options, TraceWriter* trace)
-      : m_log(trace), m_channel(m_slot, options, m_log), m_trace(m_log) {}
+  // What goes over the channel goes to the sinks of `records` too; they stay as long as this object.
+  MainWindow(const ChannelOptions& options, TraceFork& records) : m_channel(m_slot, options, records), m_trace(m_log) {
+    records.Add(m_log);
+  }
   ~MainWindow();
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;

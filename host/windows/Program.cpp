@@ -22,11 +22,11 @@ void ServeMessages(const MainWindow& window) {
 
 } // namespace
 
-int RunWindows(const char* program, const ChannelOptions& options, TraceWriter* trace) {
+int RunWindows(const char* program, const ChannelOptions& options, TraceFork& records) {
   LeaveOwnConsole();
   // Loaded on this thread, whose windows the tools' windows will be among; unloaded after all of them.
   const auto module = Module::Load();
-  MainWindow window(options, trace);
+  MainWindow window(options, records);
   if (!window.Create()) {
     PrintMessage(program, "no window can be shown here");
     return EONX_ERR_DIALOG;

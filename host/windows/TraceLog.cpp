@@ -19,15 +19,7 @@ bool IsRoutine(const TraceCall& call) {
 
 } // namespace
 
-std::uint64_t TraceLog::Now() const {
-  const auto time = std::chrono::steady_clock::now() - m_start;
-  return m_file ? m_file->Now()
-                : static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::microseconds>(time).count());
-}
-
 void TraceLog::Write(const TraceCall& call) noexcept {
-  if (m_file)
-    m_file->Write(call);
   if (IsRoutine(call))
     return;
   try {
@@ -35,11 +27,6 @@ void TraceLog::Write(const TraceCall& call) noexcept {
   } catch (const std::bad_alloc&) {
     // The call matters more than its row.
   }
-}
-
-void TraceLog::Write(const TraceEvent& event) noexcept {
-  if (m_file)
-    m_file->Write(event);
 }
 
 void TraceLog::Keep(const TraceCall& call) {

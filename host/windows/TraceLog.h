@@ -1,17 +1,16 @@
 // What went over the channel lately, for a window to show.
 #pragma once
 
-#include "host/trace/TraceWriter.h"
+#include "host/trace/TraceSink.h"
 
-#include <chrono>
 #include <mutex>
 #include <string>
 #include <vector>
 
 namespace host {
 
-// Keeps the last rows and passes every record on to a file, if there is one. Receives that found nothing, one behind
-// the other, are one row; locks that were granted, states and texts are none. [any thread]
+// Keeps the last rows. Receives that found nothing, one behind the other, are one row; locks that were granted, states
+// and texts are none. [any thread]
 class TraceLog final : public TraceSink {
 public:
   static constexpr std::size_t kMostRows = 20000;
@@ -23,12 +22,8 @@ public:
     std::uint64_t repeated = 1; // calls in this row
   };
 
-  // `file` may be null; it outlives this object.
-  explicit TraceLog(TraceWriter* file) : m_file(file) {}
-
-  std::uint64_t Now() const override;
   void Write(const TraceCall& call) noexcept override;
-  void Write(const TraceEvent& event) noexcept override;
+  void Write(const TraceEvent&) noexcept override {} // there is no row for it
 
   // How many rows are kept.
   std::size_t Count() const;
@@ -41,8 +36,6 @@ public:
 private:
   void Keep(const TraceCall& call);
 
-  TraceWriter* const m_file;
-  const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
   mutable std::mutex m_mutex; // guards the fields below
   std::vector<Row> m_rows;    // a ring, once it is full
   std::size_t m_oldest = 0;

@@ -123,6 +123,44 @@ def check_same():
     expect(["run", "waiting.dcs", "--channel", "replay:waiting.jsonl,loose"], 0, b".one, two\r\n199\n...0\n")
     with Peer(curt) as peer:
         expect_same("more.dcs", ["--channel", peer.channel], "cut.jsonl", 4, ["", ",times"])
+    # A device that was never there.
+    gone = socket.create_server(("127.0.0.1", 0))
+    channel = f"tcp:127.0.0.1:{gone.getsockname()[1]}"
+    gone.close()
+    code, output, messages = Call(["run", "talk.dcs", "--channel", channel, "--trace", "gone.jsonl"]).end()
+    told = messages.replace(channel.encode(), b"CHANNEL")
+    check("no device", code == 4 and not output and told.startswith(name.encode() + b": CHANNEL: "), (code, output, messages))
+    for mode in ("", ",loose"):
+        expect(["run", "talk.dcs", "--channel", f"replay:gone.jsonl{mode}"], 4,
+               message=told.replace(b"CHANNEL", f"replay:gone.jsonl{mode}".encode()))
+
+
+def check_contents():
+    """A local file is the same when its bytes are; tapes that do not know them, and files that are too large, go by its name."""
+    pathlib.Path("send.dcs").write_bytes(b'print(transmitfile("a.bin", 1, 2, 0, 1), transmitfilefromstring("abc", 2, 2, 0, 1), "\\n");')
+    pathlib.Path("a.bin").write_bytes(b"123456789")
+    recorded = record("send.dcs", [], "send.jsonl")
+    lines = lines_of("send.jsonl")
+    contents = [(call["size"], call["crc32"]) for call in map(json.loads, lines) if call.get("op", "").startswith("TransmitFile")]
+    check("contents", recorded == (0, recorded[1]) and contents == [(9, "CBF43926"), (3, "352441C2")], (recorded, contents))
+    sent = index_of(lines, '"CBF43926"')
+    save("old.jsonl", lines[:sent] + [lines[sent].replace('"size":9,"crc32":"CBF43926",', "")] + lines[sent + 1:])
+    check("a tape without them", '"size"' not in lines_of("old.jsonl")[sent])
+    for changed, seen in ((b"12345678X", b", 9 bytes with CRC-32 F14168E8\n"), (b"1234567890", b", 10 bytes with CRC-32 261DAEE5\n"),
+                          (None, b"steps 40\n")):
+        if changed:
+            pathlib.Path("a.bin").write_bytes(changed)
+        else:
+            pathlib.Path("a.bin").unlink()
+        expect(["run", "send.dcs", "--channel", "replay:old.jsonl"], 0, recorded[1])
+        code, _, messages = Call(["run", "send.dcs", "--channel", "replay:send.jsonl"]).end()
+        tape, run = messages.partition(b"\n  tape: ")[2].split(b"\n  run:  ")
+        check("another file", code == 4 and tape.endswith(b'a.bin" id 1 type 2 mode 0 steps 40, 9 bytes with CRC-32 CBF43926') and
+              run.endswith(seen), (code, messages))
+    with open("a.bin", "wb") as file:
+        file.truncate(64 * 1024 * 1024 + 1)
+    check("a very large file", record("send.dcs", [], "send.jsonl")[0] == 0 and '"size":3' in "".join(lines_of("send.jsonl")) and
+          "67108865" not in "".join(lines_of("send.jsonl")))
 
 
 def expect_difference(script, tape, message, code=4):
@@ -182,4 +220,4 @@ def check_loose():
                 b'print(ask("adc 1"), "|", ask("id"), "|", ask("adc 2"), "|", ask("adc 1"));')
 
 
-run_checks(check_same, check_differences, check_edited, check_loose)
+run_checks(check_same, check_contents, check_differences, check_edited, check_loose)

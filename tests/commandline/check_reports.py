@@ -8,6 +8,7 @@ import resource
 import shutil
 import signal
 import subprocess
+import time
 
 from calls import TIMEOUT, Call, check, expect, name, run_checks
 
@@ -96,6 +97,30 @@ def check_json_lines():
                                ("fails.dcs", "not tested", 21, {"s": ""}), ("none.dcs", "not tested", 8, {"s": ""})], ends)
 
 
+def check_growing():
+    """JSON Lines stand in the file as soon as something happens, in their order, whatever ends the process; one run at a time writes."""
+    path = pathlib.Path("growing.jsonl")
+    path.write_text("an older one")
+
+    def records():
+        return [json.loads(line) for line in path.read_text(encoding="utf-8").split("\n")[:-1] if path.read_text() != "an older one"]
+
+    script = b'print("one\\n"); transmitstring("id\\n"); print("limit: x = 1, 0 to 2: PASS\\ntwo"); while (1 == 1) { delay(10); }'
+    call = Call(["run", "-", "--report", f"jsonl={path}"], script)
+    try:
+        deadline = time.monotonic() + TIMEOUT
+        while len(records()) < 5 and time.monotonic() < deadline:
+            time.sleep(0.02)
+        expect(["run", "-", "--report", f"jsonl={path}"], 5, message=b"cannot write the report growing.jsonl: it is in use", text=b"print(1);")
+    finally:
+        call.process.kill()
+        call.end()
+    if name == "ondscript":  # under Wine, what was killed is the starter
+        got = [(record["record"], record.get("text") or record.get("operation") or record.get("name")) for record in records()]
+        check("what a killed run leaves", got == [("run", None), ("script", None), ("output", "one"), ("traffic", "Transmit"),
+                                                  ("output", "limit: x = 1, 0 to 2: PASS"), ("measurement", "x")], got)
+
+
 class Page(html.parser.HTMLParser):
     """The text of a page, whether its elements are closed, and whatever could fetch or run something."""
 
@@ -168,7 +193,7 @@ def check_full_disk():
     """A report that does not fit costs nothing but itself."""
     def fill_disk():
         signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (1500, 1500))
+        resource.setrlimit(resource.RLIMIT_FSIZE, (300, 300))
 
     pathlib.Path(REPORTS["html"]).write_text("an older one")
     for script, wanted in (("fails.dcs", 21), ("small.dcs", 0)):
@@ -176,10 +201,12 @@ def check_full_disk():
         code, _, messages = Call(["run", script, *OPTIONS], prepare=fill_disk).end()
         told = messages.count(b"report.html: the report cannot be written")
         check("the run's result stays", code == wanted and told == 1 and b"report.tap" not in messages, (code, messages))
+        check("so does the growing report", messages.count(b"the report report.jsonl cannot be written any more: File too large") == 1, messages)
+        check("which has whole lines", len(report("jsonl").split("\n")) > 2 and report("jsonl").startswith('{"record":"run"'))
     check("so does the older report", report("html") == "an older one" and not list(pathlib.Path(".").glob("*.new*")))
     code, _, messages = Call(["run", "big.dcs", "--set", "s:string=" + "x" * 3000, "--get-file", "values.json"], prepare=fill_disk).end()
     check("values are results", code == 5 and b"values.json: the values cannot be written" in messages, (code, messages))
 
 
-checks = [check_all, check_junit, check_tap, check_json_lines, check_page, check_size, check_early_end]
+checks = [check_all, check_junit, check_tap, check_json_lines, check_growing, check_page, check_size, check_early_end]
 run_checks(make_scripts, *checks, *([check_full_disk] if name == "ondscript" else []))

@@ -26,7 +26,8 @@ BENCH = [
     '{"t":20000,"op":"Receive","owner":1,"hex":"4f6e652c20","result":0,"us":1}',
     '{"t":39000,"op":"Receive","owner":1,"hex":"74776f2c20616e64206d6f7265210a","result":0,"us":1,"new":[{}]}',
     '{"t":500000,"op":"Receive","owner":1,"hex":"FF","result":0,"us":1}',
-    '{"t":500010,"op":"TransmitFile","owner":1,"path":"Z:\\\\a.bin","id":1,"type":2,"mode":0,"steps":40,"result":6,"us":9}',
+    '{"t":500010,"op":"TransmitFile","owner":1,"path":"Z:\\\\a.bin","id":1,"type":2,"mode":0,"steps":40,"size":5,"crc32":"0a1B2c3D",'
+    '"result":6,"us":9}',
     '{"t":600000,"event":"question","caption":"Part","answer":"A17"}',
     '{"t":1700000,"op":"Unlock","owner":1,"result":0,"us":2}',
     '{"t":1700100,"event":"end","cpu":"200000"}',
@@ -40,7 +41,7 @@ SHOWN = b"""2026-01-31T23:59:59.500000Z  p 1 on tcp:bench:1
     72 65 21 0A                                      re!.
     0.500000  < 1 byte
     FF                                               .
-    0.500010  TransmitFile "Z:\\a.bin" id 1 type 2 mode 0 steps 40 failed: 6 (Device full)
+    0.500010  TransmitFile "Z:\\a.bin" id 1 type 2 mode 0 steps 40, 5 bytes with CRC-32 0A1B2C3D failed: 6 (Device full)
     0.600000  * question caption "Part" answer "A17"
     1.700000  Unlock
     1.700100  * end cpu "200000"
@@ -56,7 +57,7 @@ FILTERED = {
     ("--only", "sent", "--times", "absolute"): b"""2026-01-31T23:59:59.500000Z  p 1 on tcp:bench:1
 2026-01-31T23:59:59.501000Z  > 3 bytes
     69 64 0D                                         id.
-2026-02-01T00:00:00.000010Z  TransmitFile "Z:\\a.bin" id 1 type 2 mode 0 steps 40 failed: 6 (Device full)
+2026-02-01T00:00:00.000010Z  TransmitFile "Z:\\a.bin" id 1 type 2 mode 0 steps 40, 5 bytes with CRC-32 0A1B2C3D failed: 6 (Device full)
 
 calls      2: Transmit 1, TransmitFile 1; 1 failed
 sent       3 bytes
@@ -91,6 +92,10 @@ BAD_LINES = {
     '{"t":1,"op":"Lock","owner":1,"timeout":"1","result":0,"us":2}': '"timeout" is not a whole number',
     '{"t":1,"op":"Receive","owner":1,"hex":"414","result":0,"us":2}': '"hex" is not pairs of hexadecimal digits',
     '{"t":1,"op":"Receive","owner":1,"hex":"4x","result":0,"us":2}': '"hex" is not pairs of hexadecimal digits',
+    '{"t":1,"op":"TransmitFile","owner":1,"path":"","id":1,"type":2,"mode":0,"steps":4,"size":1,"crc32":"CBF4392","result":6,"us":9}':
+        '"crc32" is not eight hexadecimal digits',
+    '{"t":1,"op":"TransmitFile","owner":1,"path":"","id":1,"type":2,"mode":0,"steps":4,"crc32":"CBF43926","result":6,"us":9}':
+        '"size" is missing',
     '{"t":1,"op":"TransmitFile","owner":1,"path":"","id":1,"type":2,"mode":0,"steps":4,"progress":[0,-1],"result":6,"us":9}':
         '"progress" is not a list of whole numbers',
     '{"t":1,"event":7}': '"event" is not a text',
@@ -128,8 +133,9 @@ def check_run():
         sent = [(line["hex"], line["ascii"], line["result"]) for line in lines if line.get("op") == "Transmit"]
         check("bytes", bytes.fromhex(heard) == b"one\r\n" and sent == [(b"echo one\r".hex().upper(), "echo one.", 0)], lines)
         times = [line["t"] for line in lines]
-        check("times", times == sorted(times) and all(line["us"] >= 0 for line in lines[:-1]), times)
-        check("owners", {line["owner"] for line in lines[:-1]} == {1}, lines)
+        check("times", times == sorted(times) and all(line["us"] >= 0 for line in lines[1:-1]), times)
+        check("the connection", (lines[0]["event"], set(lines[0])) == ("opened", {"t", "event"}), lines[0])
+        check("owners", {line["owner"] for line in lines[1:-1]} == {1}, lines)
         least = 0 if name == "ondhost" else 1  # Windows counts in ticks of 10 ms and more
         check("the end", lines[-1]["event"] == "end" and int(lines[-1]["cpu"]) >= least, lines[-1])
     expect(["run", "talk.dcs", "--trace", "ask.dcs"], 5, message=b"ask.dcs is not a trace, and is not replaced by one")

@@ -1,6 +1,7 @@
 #include "host/channel/replay/Difference.h"
 
 #include "host/support/Text.h"
+#include "host/trace/TraceText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -47,6 +48,7 @@ std::string CallText(const TraceCall& call, std::size_t place) {
     text += " " + Quoted(call.text);
   for (std::size_t i = 0; i < shape.given; ++i)
     text.append(" ").append(shape.numbers[i]).append(" ").append(std::to_string(call.numbers[i]));
+  text += ContentsText(call);
   if (shape.sends)
     text += BytesText(call.bytes, place);
   else if (!call.bytes.empty())

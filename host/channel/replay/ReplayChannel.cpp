@@ -65,10 +65,17 @@ tl::expected<std::unique_ptr<Channel>, std::string> ReplayChannel::Open(const Re
 }
 
 ReplayChannel::ReplayChannel(ReplaySettings settings, Trace trace, SoleFile held)
-    : ForwardingChannel(nullptr), m_settings(std::move(settings)), m_held(std::move(held)), m_tape(std::move(trace)) {}
+    : ForwardingChannel(nullptr), m_settings(std::move(settings)), m_held(std::move(held)), m_tape(std::move(trace)),
+      m_notOpened(m_tape.Find(kTraceNotOpened)) {}
+
+std::int32_t ReplayChannel::WaitUntilOpen() {
+  return HasBeenOpen() ? kChannelOk : kNotOpen;
+}
 
 bool ReplayChannel::HasEnded() {
   const std::lock_guard guard(m_mutex);
+  if (m_notOpened)
+    return true;
   if (m_tape.Next() && !m_tape.Next()->call) {
     m_tape.Advance();
     m_hungUp = true;
@@ -80,7 +87,7 @@ std::int32_t ReplayChannel::WaitUntilSent() {
   const std::lock_guard guard(m_mutex);
   if (!m_difference.empty())
     return kChannelOk; // which has been told
-  const TraceEvent* const notSent = m_tape.NotSent();
+  const TraceEvent* const notSent = m_tape.Find(kTraceNotSent);
   std::int32_t code = kChannelOk;
   if (notSent && !ParseNumber(notSent->Field("code"), code))
     code = kDataNotTaken;
@@ -106,7 +113,7 @@ void ReplayChannel::Around(ChannelCall& call) {
       call.text = text.c_str();
     } else if (call.operation == ChannelOperation::kGetState) {
       const std::lock_guard guard(m_mutex);
-      call.answer = m_hungUp || !m_difference.empty() ? 2 : 1;
+      call.answer = m_notOpened || m_hungUp || !m_difference.empty() ? 2 : 1;
     } else {
       Play(call);
     }
@@ -120,6 +127,10 @@ void ReplayChannel::Play(ChannelCall& call) {
   const TraceCall* played = nullptr;
   {
     const std::lock_guard guard(m_mutex);
+    if (m_notOpened) {
+      call.AnswerInstead(kNotOpen);
+      return;
+    }
     played = Find(asked);
     if (!played) {
       call.AnswerInstead(kNotOnTape);
@@ -222,6 +233,8 @@ std::string ReplayChannel::Text(std::uint32_t what, std::int64_t code) {
     return "recorded " + TraceTimeText(m_tape.Header().start);
   if (what != OND_INFO_ERROR)
     return {};
+  if (m_notOpened && code == kNotOpen)
+    return std::string(m_notOpened->Field("reason"));
   if (!m_difference.empty() && (code == kNotOnTape || code == kNotOpen))
     return m_difference;
   if (std::string text = m_tape.RecordedErrorText(code); !text.empty())

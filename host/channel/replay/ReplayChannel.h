@@ -36,11 +36,11 @@ public:
   ReplayChannel(ReplaySettings settings, Trace trace, SoleFile held);
 
   bool IsConnecting() override { return false; }
-  std::int32_t WaitUntilOpen() override { return 0; }
+  std::int32_t WaitUntilOpen() override;
   std::int32_t WaitUntilSent() override;
   std::int32_t Finish() override;
   bool HasEnded() override;
-  bool HasBeenOpen() override { return true; }
+  bool HasBeenOpen() override { return !m_notOpened; }
 
 private:
   using Clock = std::chrono::steady_clock;
@@ -60,6 +60,7 @@ private:
   const SoleFile m_held;
   std::mutex m_mutex; // guards the fields below
   Tape m_tape;
+  const TraceEvent* const m_notOpened;      // the tape's; null: the connection was opened
   std::string m_difference;                 // empty: none so far
   bool m_hungUp = false;                    // as the device did
   TraceCall m_rest;                         // the part of a reply that did not fit

@@ -16,14 +16,20 @@ std::string_view NameOf(std::string_view path) {
   return path.substr(path.find_last_of("\\/") + 1);
 }
 
+// A memory block's bytes are on the tape themselves. A file's contents may be missing there.
+bool HaveTheSameContents(const TraceCall& tape, const TraceCall& run) {
+  return tape.Shape().sends || !tape.contents || tape.contents == run.contents;
+}
+
 } // namespace
 
-bool AskTheSame(const TraceCall& one, const TraceCall& other) {
-  const TraceShape& shape = one.Shape();
-  return one.operation == other.operation &&
-         std::equal(one.numbers.begin(), one.numbers.begin() + static_cast<std::ptrdiff_t>(shape.given),
-                    other.numbers.begin()) &&
-         NameOf(one.text) == NameOf(other.text) && (!shape.sends || one.bytes == other.bytes);
+bool AskTheSame(const TraceCall& tape, const TraceCall& run) {
+  const TraceShape& shape = tape.Shape();
+  return tape.operation == run.operation &&
+         std::equal(tape.numbers.begin(), tape.numbers.begin() + static_cast<std::ptrdiff_t>(shape.given),
+                    run.numbers.begin()) &&
+         NameOf(tape.text) == NameOf(run.text) && (!shape.sends || tape.bytes == run.bytes) &&
+         HaveTheSameContents(tape, run);
 }
 
 bool FindsNothing(const TraceCall& call) {
@@ -84,9 +90,9 @@ std::string Tape::RecordedErrorText(std::int64_t code) const {
   return text;
 }
 
-const TraceEvent* Tape::NotSent() const {
+const TraceEvent* Tape::Find(std::string_view name) const {
   for (const TraceEntry& entry : m_trace.entries) {
-    if (const auto* const event = std::get_if<TraceEvent>(&entry.record); event && event->name == kTraceNotSent)
+    if (const auto* const event = std::get_if<TraceEvent>(&entry.record); event && event->name == name)
       return event;
   }
   return nullptr;

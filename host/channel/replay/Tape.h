@@ -39,8 +39,8 @@ public:
 
   // The text of an error as the device told it, the next time or before; empty: it did not.
   std::string RecordedErrorText(std::int64_t code) const;
-  // The event at the end of the run that not everything was sent, if there is one.
-  const TraceEvent* NotSent() const;
+  // The first event of this name; null when there is none.
+  const TraceEvent* Find(std::string_view name) const;
 
 private:
   const Trace m_trace;
@@ -48,8 +48,9 @@ private:
   std::size_t m_next = 0;
 };
 
-// Whether two calls ask the device for the same. Of a local file the name counts and not its folder.
-bool AskTheSame(const TraceCall& one, const TraceCall& other);
+// Whether two calls ask the device for the same. Of a local file the name counts and not its folder, and its contents
+// as far as the tape knows them.
+bool AskTheSame(const TraceCall& tape, const TraceCall& run);
 bool FindsNothing(const TraceCall& call);
 
 } // namespace host

@@ -1,7 +1,7 @@
 #include "host/channel/sim/DeviceConsole.h"
 
-#include "host/channel/sim/Crc32.h"
 #include "host/channel/sim/FileStore.h"
+#include "host/support/Crc32.h"
 #include "host/support/Text.h"
 
 #include <algorithm>

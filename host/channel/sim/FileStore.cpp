@@ -1,6 +1,6 @@
 #include "host/channel/sim/FileStore.h"
 
-#include "host/channel/sim/Crc32.h"
+#include "host/support/Crc32.h"
 
 #include <algorithm>
 #include <utility>
