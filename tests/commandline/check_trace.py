@@ -4,7 +4,6 @@
 import calendar
 import json
 import pathlib
-import shutil
 import struct
 import subprocess
 import time
@@ -224,17 +223,13 @@ def check_export():
     expected = [(10, b""), (1000, b"id\r"), (20000, b"One, "), (39000, b"two, and more!\n"), (500000, b"\xff"), (500010, b""),
                 (600000, b""), (1700000, b""), (1700050, b"\xff" * 65535), (1700050, b"\xff" * 4465)]
     check("the packets", packets == [(start + time, data) for time, data in expected], packets)
-    analyser = shutil.which("tshark")
-    if analyser:
-        fields = ["frame.time_epoch", "frame.packet_flags_direction", "data.data", "frame.comment"]
-        shown = subprocess.run([analyser, "-r", "bench.pcapng", "-T", "fields", *(f"-e{field}" for field in fields)],
-                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=TIMEOUT, check=False)
-        lines = shown.stdout.decode().splitlines()
-        check("an analyser", len(lines) == 10 and lines[1] == "1769903999.501000000\t0x00000002\t69640d\tTransmit" and
-              lines[4] == "1769904000.000000000\t0x00000001\tff\tReceive" and "failed: 6 (Device full)" in lines[5],
-              shown.stdout.decode()[:2000] + shown.stderr.decode())
-    else:
-        print("SKIPPED: there is no tshark to read the capture")
+    fields = ["frame.time_epoch", "frame.packet_flags_direction", "data.data", "frame.comment"]
+    shown = subprocess.run(["tshark", "-r", "bench.pcapng", "-T", "fields", *(f"-e{field}" for field in fields)],
+                           stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=TIMEOUT, check=False)
+    lines = shown.stdout.decode().splitlines()
+    check("an analyser", len(lines) == 10 and lines[1] == "1769903999.501000000\t0x00000002\t69640d\tTransmit" and
+          lines[4] == "1769904000.000000000\t0x00000001\tff\tReceive" and "failed: 6 (Device full)" in lines[5],
+          shown.stdout.decode()[:2000] + shown.stderr.decode())
     expect(["trace", "export", "bench.jsonl", "bench.jsonl"], 5, message=b"bench.jsonl is not a capture, and is not replaced by one")
     expect(["trace", "export", "bench.jsonl", "none/bench.pcapng"], 5, message=b"none/bench.pcapng: the file cannot be written")
     expect(["trace", "export", "none", "bench.pcapng"], 5, message=b"none: the file cannot be read")
