@@ -16,6 +16,7 @@ namespace {
 
 // More lines of traffic nobody reads; JSON Lines has them all.
 constexpr std::size_t kTrafficRows = 1000;
+constexpr std::size_t kLongestChoice = 200; // bytes
 // More lines of output wait until somebody asks for them.
 constexpr std::size_t kOpenLines = 200;
 
@@ -122,6 +123,19 @@ std::string Values(const ScriptRecord& script) {
   return text + kTableEnd;
 }
 
+// What might have been answered; only some of many items.
+std::string Choice(const Question& question) {
+  std::string text = question.limits;
+  for (const std::string& item : question.items) {
+    if (text.size() > kLongestChoice) {
+      text += ", and more";
+      break;
+    }
+    text.append(text.empty() ? "one of " : ", ").append(item);
+  }
+  return text.empty() ? text : " <span class=\"quiet\">(" + Escaped(text) + ")</span>";
+}
+
 std::string Questions(const ScriptRecord& script) {
   if (script.questions.empty())
     return {};
@@ -130,7 +144,7 @@ std::string Questions(const ScriptRecord& script) {
   for (const TimedAnswer& timed : script.questions) {
     const AnsweredQuestion& answered = timed.answered;
     text += "<tr>" + Cell(ShortSeconds(timed.at), "number") + Cell(Escaped(answered.question.caption)) +
-            Cell(Escaped(answered.question.prompt), "long") +
+            Cell(Escaped(answered.question.prompt) + Choice(answered.question), "long") +
             Cell(answered.answer ? Escaped(*answered.answer) : "<span class=\"quiet\">Cancel</span>") +
             Cell(Escaped(answered.by)) + Cell(ShortSeconds(timed.took), "number") + "</tr>\n";
   }

@@ -97,6 +97,25 @@ def check_json_lines():
                                ("fails.dcs", "not tested", 21, {"s": ""}), ("none.dcs", "not tested", 8, {"s": ""})], ends)
 
 
+def check_questions():
+    """What might have been answered stands beside the answer. Limits are seen by those who ask on a terminal alone."""
+    items = "".join(f"item {i:02}\\0" for i in range(99))
+    pathlib.Path("ask.dcs").write_text(f"""print(userinputint32("Trim", "Offset", 0, -5, 500), userlistinput("Range", "Which", "0 to 4 V\\04 to 20 mA\\0", 0), "\\n");
+userlistinput("Many", "", "{items}", 0); userinputstring("Who", "", "");""")
+    pathlib.Path("replies.txt").write_text("Trim = 12\nRange = 1\nMany = 0\nWho = <cancel>\n")
+    code, _, messages = run("ask.dcs", options=["--answers", "replies.txt"])
+    asked = [record for record in map(json.loads, report("jsonl").splitlines()) if record["record"] == "question"]
+    limits = {"limits": "-5 to 500"} if name == "ondscript" else {}
+    check("limits", code == 0 and asked[0] == {**asked[0], "caption": "Trim", "answer": "12", **limits} and "items" not in asked[0] and
+          ("limits" in asked[0]) == bool(limits), (code, messages, asked[:1]))
+    check("items", asked[1]["items"] == ["0 to 4 V", "4 to 20 mA"] and asked[1]["answer"] == "4 to 20 mA" and "limits" not in asked[1] and
+          len(asked[2]["items"]) == 99, asked[1])
+    check("no answer", asked[3] == {**asked[3], "answer": None, "by": "replies.txt:4"} and not {"items", "limits"} & asked[3].keys(), asked[3])
+    page = Page(report("html")).text
+    for text in ["Which (one of 0 to 4 V, 4 to 20 mA)", "(one of item 00, item 01, ", "item 21, and more)"] + [f"Offset ({each})" for each in limits.values()]:
+        check(f"the page shows {text}", text in page, page[page.find("The user's answers"):][:900])
+
+
 def check_growing():
     """JSON Lines stand in the file as soon as something happens, in their order, whatever ends the process; one run at a time writes."""
     path = pathlib.Path("growing.jsonl")
@@ -208,5 +227,5 @@ def check_full_disk():
     check("values are results", code == 5 and b"values.json: the values cannot be written" in messages, (code, messages))
 
 
-checks = [check_all, check_junit, check_tap, check_json_lines, check_growing, check_page, check_size, check_early_end]
+checks = [check_all, check_junit, check_tap, check_json_lines, check_page, check_questions, check_growing, check_size, check_early_end]
 run_checks(make_scripts, *checks, *([check_full_disk] if name == "ondscript" else []))
