@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What a trace, and a report, add to runs that talk to a device over a real line:  bench/line.py ONDSCRIPT
 
-A thousand questions and answers of some twenty bytes, over TCP to a peer that answers after 1 ms, and over a pseudo terminal whose
+A hundred questions and answers of some twenty bytes, over TCP to a peer that answers after 1 ms, and over a pseudo terminal whose
 peer takes and gives bytes as a line of 115200 baud does. Whole commands in turns.
 """
 
@@ -18,7 +18,7 @@ import tty
 
 import commands
 
-QUESTIONS = 1000
+QUESTIONS = 100
 BYTE_TIME = 10 / 115200  # seconds
 SCRIPT = """var dword i; var string heard;
 while (i < %d) {
