@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Plants faults and counts which ones the tests notice:  mutate.py [--count N] [--seed N] [--again | --list] [FOLDER…]
+"""Plants faults and counts which ones the tests notice:
+  mutate.py [--count N] [--seed N] [--tests NAME,…] [--again | --list] [FOLDER…]
 
 Each fault changes one place of the portable code (places.py says which and how). It is noticed when a native test fails or
 does not end in time; what survives a fast build is planted once more under sanitizers, which see leaks and overruns.
@@ -262,13 +263,15 @@ def main():
     parser.add_argument("--seed", type=int, default=0, help="shifts the choice by so many candidates")
     parser.add_argument("--again", action="store_true", help="believes what the last report says was noticed")
     parser.add_argument("--list", action="store_true", help="shows all candidates and plants none")
+    parser.add_argument("--tests", help="only these of the folder's tests, with commas")
     parser.add_argument("folders", nargs="*", default=list(FOLDERS), metavar="FOLDER")
     options = parser.parse_args()
 
     signal.signal(signal.SIGTERM, lambda *_: sys.exit("mutation: ended from outside"))  # what was started is ended too
     known = load_noticed() if options.again else set()
     copy_tree()
-    tests = Tests({name for folder in options.folders for name in FOLDERS[folder][1]})
+    names = {folder: options.tests.split(",") if options.tests else FOLDERS[folder.split("/")[0]][1] for folder in options.folders}
+    tests = Tests(set(sum(names.values(), [])))
     found = {folder: candidates(folder) for folder in options.folders}
     if options.list:
         for mutant in sum(found.values(), []):
@@ -278,13 +281,12 @@ def main():
     report = Report()
     keys_now = set().union(*(mutant.keys() for mutant in sum(found.values(), [])))
     for place, before, after in equivalents:
-        if place.split("/")[0] in found and (place, before, after) not in keys_now:
+        if any(place.startswith(folder + "/") for folder in found) and (place, before, after) not in keys_now:
             report.say(f"equivalents.txt: this is gone from {place}\n- {before}\n+ {after}")
     for folder, mutants in found.items():
-        count, names = FOLDERS[folder]
-        count = options.count or count
+        count = options.count or FOLDERS[folder.split("/")[0]][0]
         chosen = [mutants[index] for index in order_of_choice(count, len(mutants), options.seed)]
-        report.folder(folder, chosen, count, functools.partial(tests.load, names), equivalents, known)
+        report.folder(folder, chosen, count, functools.partial(tests.load, names[folder]), equivalents, known)
     report.close()
 
 
