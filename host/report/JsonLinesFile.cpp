@@ -12,6 +12,8 @@
 namespace host {
 namespace {
 
+constexpr std::string_view kBeginning = R"({"record":"run",)";
+
 template <class Item>
 std::int64_t At(const Item& item) {
   return item.at.count();
@@ -30,6 +32,8 @@ JsonLinesFile::Open(const std::string& path, const SessionRecord& session,
   auto file = SoleFile::Open(path);
   if (!file)
     return tl::unexpected("cannot write the report " + path + ": " + file.error());
+  if (const std::string beginning = file->Beginning(64); !beginning.empty() && !beginning.starts_with(kBeginning))
+    return tl::unexpected(path + " is not a report in JSON Lines, and is not replaced by one");
   if (!file->Clear())
     return tl::unexpected("cannot write the report " + path);
   std::unique_ptr<JsonLinesFile> report(new JsonLinesFile(std::move(*file), [path, tell](const std::string& reason) {

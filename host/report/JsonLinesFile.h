@@ -15,8 +15,8 @@ namespace host {
 // What was added stands in the file at once; docs/reports.md describes its lines. Memory that runs out costs lines.
 class JsonLinesFile {
 public:
-  // Replaces what is at `path`. `tell` hears once when the file cannot be written any more, on a thread of its own.
-  // Otherwise what is wrong, with the path.
+  // Replaces an older one at `path`; another file is refused. `tell` hears once when the file cannot be written any
+  // more, on a thread of its own. Otherwise what is wrong, with the path.
   static tl::expected<std::unique_ptr<JsonLinesFile>, std::string>
   Open(const std::string& path, const SessionRecord& session,
        const std::function<void(const std::string& problem)>& tell);

@@ -6,7 +6,6 @@ import json
 import pathlib
 import resource
 import shutil
-import signal
 import subprocess
 import time
 
@@ -119,10 +118,16 @@ userlistinput("Many", "", "{items}", 0); userinputstring("Who", "", "");""")
 def check_growing():
     """JSON Lines stand in the file as soon as something happens, in their order, whatever ends the process; one run at a time writes."""
     path = pathlib.Path("growing.jsonl")
-    path.write_text("an older one")
+    path.write_text("another file")
+    expect(["run", "-", "--report", f"jsonl={path}"], 5, message=b"growing.jsonl is not a report in JSON Lines, and is not replaced by one",
+           text=b"print(1);")
+    check("the other file", path.read_text() == "another file")
+    shutil.copy(REPORTS["jsonl"], path)
+    older = len(path.read_text())
 
     def records():
-        return [json.loads(line) for line in path.read_text(encoding="utf-8").split("\n")[:-1] if path.read_text() != "an older one"]
+        text = path.read_text(encoding="utf-8")
+        return [json.loads(line) for line in text.split("\n")[:-1]] if len(text) != older else []
 
     script = b'print("one\\n"); transmitstring("id\\n"); print("limit: x = 1, 0 to 2: PASS\\ntwo"); while (1 == 1) { delay(10); }'
     call = Call(["run", "-", "--report", f"jsonl={path}"], script)
@@ -211,7 +216,6 @@ def check_early_end():
 def check_full_disk():
     """A report that does not fit costs nothing but itself."""
     def fill_disk():
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
         resource.setrlimit(resource.RLIMIT_FSIZE, (300, 300))
 
     pathlib.Path(REPORTS["html"]).write_text("an older one")

@@ -16,6 +16,7 @@ bool IsClosed(int stream) {
 
 bool PrepareStandardStreams() {
   signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN); // a file that may not grow any more is like a full disk
   // In this order: each takes the lowest free number. Opened the wrong way round, so that using one fails as before.
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
     const int way = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
