@@ -106,7 +106,7 @@ void RunReports::EndScript() {
 }
 
 void RunReports::Finish() {
-  for (; m_begun < m_session.scripts.size();) {
+  while (m_begun < m_session.scripts.size()) {
     BeginScript(m_origin);
     EndScript();
   }
