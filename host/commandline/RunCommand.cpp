@@ -1,12 +1,10 @@
 #include "host/commandline/RunCommand.h"
 
-#include "host/channel/factory/ChannelFactory.h"
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/OpenChannel.h"
 #include "host/commandline/RunSession.h"
-#include "host/commandline/TraceCommand.h"
 #include "host/report/Verdict.h"
 #include "host/support/Files.h"
-#include "host/trace/TracingChannel.h"
 
 #include <algorithm>
 
@@ -32,36 +30,6 @@ tl::expected<std::optional<std::string>, int> ReadScript(std::string_view progra
     return tl::unexpected<int>(kExitStream);
   }
   return std::move(*text);
-}
-
-struct OpenFailure {
-  int code;    // the process's exit code
-  bool isTold; // on standard error
-  std::string text;
-};
-
-// A channel that is open, and recorded if anybody wants its records: they and `trace` must outlive it.
-tl::expected<std::unique_ptr<Channel>, OpenFailure> OpenChannel(std::string_view program, const RunArguments& arguments,
-                                                                TraceFork& records,
-                                                                std::unique_ptr<TraceWriter>& trace) {
-  const ChannelOptions& options = arguments.channel;
-  auto made = MakeChannel(options);
-  if (!made) {
-    const ChannelFailure& failure = made.error();
-    return tl::unexpected(failure.badText ? OpenFailure{kExitUsage, false, "--channel: " + failure.text}
-                                          : OpenFailure{kExitNoChannel, false, failure.text});
-  }
-  if (!arguments.trace.empty()) {
-    trace = OpenTrace(program, arguments.trace, options.text, records);
-    if (!trace)
-      return tl::unexpected(OpenFailure{kExitStream, true, arguments.trace + ": the trace cannot be written"});
-  }
-  if (!records.IsEmpty())
-    made = std::make_unique<TracingChannel>(std::move(*made), records);
-  if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen())
-    return tl::unexpected(
-        OpenFailure{kExitNoChannel, false, options.text + ": " + (*made)->GetInfoString(OND_INFO_ERROR, code)});
-  return std::move(*made);
 }
 
 SessionRecord NewRecord(std::string_view program, const RunArguments& arguments) {
@@ -100,7 +68,7 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   if (reports.AreWanted())
     records.Add(reports);
   std::unique_ptr<TraceWriter> trace;
-  auto channel = OpenChannel(program, arguments, records, trace);
+  auto channel = OpenChannel(program, arguments.channel, arguments.trace, records, trace);
   if (!channel) {
     if (!channel.error().isTold)
       PrintMessage(program, channel.error().text);

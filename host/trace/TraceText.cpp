@@ -1,6 +1,7 @@
 #include "host/trace/TraceText.h"
 
 #include "host/channel/ChannelErrors.h"
+#include "host/support/HexText.h"
 #include "host/support/Text.h"
 #include "host/trace/TraceLine.h"
 #include "host/trace/TraceSummary.h"
@@ -11,26 +12,11 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kBytesInLine = 16;
-
 std::string Seconds(std::uint64_t microseconds) {
   char text[40];
   std::snprintf(text, sizeof text, "%llu.%06llu", static_cast<unsigned long long>(microseconds / 1000000),
                 static_cast<unsigned long long>(microseconds % 1000000));
   return text;
-}
-
-// Up to 16 bytes: "63 72 63 20 31 0A    crc 1.".
-std::string HexLine(std::string_view bytes) {
-  std::string hex, ascii;
-  for (const char c : bytes) {
-    char digits[4];
-    std::snprintf(digits, sizeof digits, "%02X ", static_cast<unsigned>(static_cast<unsigned char>(c)));
-    hex += digits;
-    ascii += c < ' ' || c > '~' ? '.' : c;
-  }
-  hex.resize(kBytesInLine * 3 + 1, ' ');
-  return hex + ascii;
 }
 
 // The numbers and the text of a call: " FILE id 1 type 2".
@@ -107,8 +93,8 @@ private:
   }
 
   void WriteBytes(std::string_view bytes) {
-    for (std::size_t i = 0; i < bytes.size(); i += kBytesInLine)
-      m_write("    " + HexLine(bytes.substr(i, kBytesInLine)) + "\n");
+    for (std::size_t i = 0; i < bytes.size(); i += kBytesInHexLine)
+      m_write("    " + HexLine(bytes.substr(i, kBytesInHexLine)) + "\n");
   }
 
   void WriteLine(std::uint64_t time, const std::string& text) {

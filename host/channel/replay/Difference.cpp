@@ -1,10 +1,10 @@
 #include "host/channel/replay/Difference.h"
 
+#include "host/support/HexText.h"
 #include "host/support/Text.h"
 #include "host/trace/TraceText.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace host {
 namespace {
@@ -16,14 +16,12 @@ constexpr std::size_t kBytesBefore = 12; // that are the same, in front of the f
 std::string Escaped(std::string_view bytes) {
   std::string text;
   for (const char c : bytes) {
-    char code[8];
-    std::snprintf(code, sizeof code, "\\(x%02X)", static_cast<unsigned>(static_cast<unsigned char>(c)));
     if (c == '\r')
       text += "\\r";
     else if (c == '\n')
       text += "\\n";
     else if (c < ' ' || c > '~')
-      text += code;
+      text += ByteEscape(c);
     else if (c == '"' || c == '\\')
       text.append(1, '\\').append(1, c);
     else
