@@ -75,6 +75,11 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes) {
   return false;
 }
 
+bool AppendToFile(const std::string& path, const std::string& bytes) {
+  OpenFile file(std::fopen(SystemPath(path).c_str(), "ab"));
+  return file && WriteAndClose(std::move(file), bytes);
+}
+
 bool CanWriteFile(const std::string& path) {
   OpenFile file(CreateNewFile(path));
   const bool isNew = file != nullptr;

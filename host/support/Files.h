@@ -25,7 +25,9 @@ ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit);
 // and so is whatever else lies there. A link stays one, its file gets the bytes. What is no regular file, or may not be
 // written, stays as it is, and the writing fails.
 bool WriteWholeFile(const std::string& path, const std::string& bytes);
-// Whether that has a chance: a file can be made there, and nothing but a file has the path's name.
+// Writes behind what is there; the file is made if need be.
+bool AppendToFile(const std::string& path, const std::string& bytes);
+// Whether writing a whole file has a chance: a file can be made there, and nothing but a file has the path's name.
 bool CanWriteFile(const std::string& path);
 
 // --- the system part

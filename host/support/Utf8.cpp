@@ -48,6 +48,10 @@ constexpr std::array<unsigned short, 32> kWindows1252 = {0x20AC, 0x81,   0x201A,
 
 } // namespace
 
+std::size_t CharacterLength(std::string_view text) {
+  return LengthOfCharacter(text).value_or(1);
+}
+
 void AppendUtf8(std::string& text, unsigned code) {
   if (code < 0x80) {
     text += static_cast<char>(code);
