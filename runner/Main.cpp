@@ -5,8 +5,11 @@
 #include "host/commandline/StandardStreams.h"
 #include "host/commandline/TraceCommand.h"
 #include "host/support/StreamSetup.h"
+#include "host/talk/SendCommand.h"
+#include "host/talk/TermCommand.h"
 #include "runner/CheckCommand.h"
 #include "runner/NativeProcessor.h"
+#include "util/EscapedString.h"
 
 #include <exception>
 #include <new>
@@ -38,6 +41,15 @@ int Check(const host::CommandLine& line) {
   return CheckFiles(kProgram, line.All("FILE"), names);
 }
 
+tl::expected<std::string, std::string> Unescape(const std::string& text) {
+  std::string error;
+  int ok = 0;
+  std::string bytes = ParseString(text.c_str(), text.size(), '\0', nullptr, &error, &ok);
+  if (!ok)
+    return tl::unexpected(error);
+  return bytes;
+}
+
 int Main(int argc, char** argv) {
   if (!host::PrepareStandardStreams())
     return host::kExitStream;
@@ -49,6 +61,10 @@ int Main(int argc, char** argv) {
     return Run(*line);
   case host::Command::kCheck:
     return Check(*line);
+  case host::Command::kSend:
+    return host::SendCommand(kProgram, *line, Unescape);
+  case host::Command::kTerm:
+    return host::TermCommand(kProgram, *line, Unescape);
   case host::Command::kTraceShow:
     return host::ShowTrace(kProgram, *line);
   case host::Command::kTraceExport:

@@ -19,6 +19,16 @@ constexpr std::string_view kRunCodes =
     "21 the script failed or was stopped; 2 is a wrong call. Of several scripts, the first code counts that says that\n"
     "something was not tested, then 10.";
 
+constexpr std::string_view kSendNotes =
+    "A TEXT has the escapes of the script language (\\r, \\n, \\(x1B)); -- stands in front of one that begins with -.\n"
+    "Exits with 0, or with 11 when the text of --wait did not come in time, 4 when the channel cannot be opened or "
+    "ends,\n"
+    "20 when another program holds it, 21 when it was stopped; 2 is a wrong call.";
+
+constexpr std::string_view kTermNotes =
+    "A typed line has the escapes of the script language and ends with CR. ~help lists commands; Ctrl+D ends.\n"
+    "Exits with 0; from a file or a pipe with 4 when the channel ends first. 2 is a wrong call.";
+
 constexpr CommandRow kCommands[] = {
     {"ondscript", Command::kHelp, "", "Runs and checks device scripts.",
      "  ondscript sweep.dcs\n"
@@ -41,6 +51,16 @@ constexpr CommandRow kCommands[] = {
      "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
      "  generate | ondscript check -\n",
      "A check exits with 0 when it finds nothing, with 1 when it finds a problem, with 5 when a file cannot be read."},
+    {"ondscript", Command::kSend, "send", "Sends a text to the device and prints its answer",
+     "  ondscript send 'ver\\r'\n"
+     "  ondscript send 'adc 1\\r' --channel serial:/dev/ttyUSB0:115200 --wait '\\r\\n' --timeout 2\n"
+     "  ondscript send '\\(x1B)[c' --hex\n",
+     kSendNotes},
+    {"ondscript", Command::kTerm, "term", "A terminal: sends the lines that are typed, shows what the device says",
+     "  ondscript term --channel serial:/dev/ttyUSB0:115200\n"
+     "  ondscript term --channel tcp:192.168.1.20:4000 --end lf --stamps --log bench.log\n"
+     "  ondscript term <commands.txt\n",
+     kTermNotes},
     {"ondscript", Command::kTraceShow, "trace show", kShowDescription,
      "  ondscript trace show bench.jsonl\n"
      "  ondscript trace show bench.jsonl --only sent --only received --times last\n",
@@ -77,14 +97,22 @@ constexpr unsigned operator|(Command a, Command b) {
   return static_cast<unsigned>(a) | static_cast<unsigned>(b);
 }
 
+constexpr unsigned operator|(unsigned a, Command b) {
+  return a | static_cast<unsigned>(b);
+}
+
 std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kRun = static_cast<unsigned>(Command::kRun);
   constexpr unsigned kCheck = static_cast<unsigned>(Command::kCheck);
   constexpr unsigned kShow = static_cast<unsigned>(Command::kTraceShow);
-  constexpr unsigned kWithChannel = Command::kWindows | Command::kRun;
+  constexpr unsigned kSend = static_cast<unsigned>(Command::kSend);
+  constexpr unsigned kTerm = static_cast<unsigned>(Command::kTerm);
+  constexpr unsigned kTalk = kSend | kTerm;
+  constexpr unsigned kWithChannel = Command::kWindows | Command::kRun | Command::kSend | Command::kTerm;
   return {
       {kRun, "FILE", "", "the scripts, run one after the other; - reads one from standard input",
        Occurrence::kNeededRepeated},
+      {kSend, "TEXT", "", "what is sent, one text behind the other", Occurrence::kNeededRepeated},
       {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
       {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelForms()},
       {kWithChannel, "--device-dir", "FOLDER", "where the simulated device keeps its files"},
@@ -105,6 +133,19 @@ std::vector<OptionRow> MakeOptions() {
        "time stamps: absolute (UTC), start (since the start, the default) or last (since the "
        "line before)"},
       {kShow, "--gap", "MS", "milliseconds of silence that end a block of bytes (otherwise 20)"},
+      {kSend, "--wait", "TEXT", "print the answer until this text has come, escapes as above"},
+      {kSend, "--timeout", "SECONDS", "wait no longer than this (with --wait otherwise 5)"},
+      {kSend, "--silence", "SECONDS",
+       "without --wait, the answer is over when nothing came for so long (otherwise 0.5)"},
+      {kTerm, "--end", "END", "what follows a typed line: cr (otherwise), lf, crlf or none"},
+      {kTerm, "--stamps", "", "show the time in front of each line"},
+      {kTalk, "--hex", "", "show bytes"},
+      {kTalk, "--raw", "", "on a terminal, do not replace control characters"},
+      {kTerm, "--log", "FILE", "write what is sent and received to this file too, behind what is there"},
+      {kTerm, "--no-history", "", "forget the typed lines at the end"},
+      {kTerm, "--silence", "SECONDS",
+       "when the input has ended, wait for answers until nothing came for so long "
+       "(otherwise 0.5)"},
       {kRun, "--keep-going", "", "do not stop the script when it uses a channel that is closed for good"},
       {kRun, "--get", "NAME", "print this variable of --set after the run", Occurrence::kRepeated},
       {kRun, "--get-file", "FILE", "write the variables of --get (without one: all of --set) there as JSON instead"},

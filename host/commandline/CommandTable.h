@@ -16,6 +16,8 @@ enum class Command : unsigned {
   kList = 16,
   kTraceShow = 32,
   kTraceExport = 64,
+  kSend = 128,
+  kTerm = 256,
 };
 
 struct CommandRow {

@@ -1,16 +1,14 @@
 #include "host/commandline/RunArguments.h"
 
+#include "host/commandline/Seconds.h"
 #include "host/commandline/TraceCommand.h"
 #include "host/support/Files.h"
 #include "host/support/Text.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace host {
 namespace {
-
-constexpr double kLongestTimeout = 1e6; // seconds
 
 // Otherwise null.
 const Variable* FindVariable(const std::vector<Variable>& variables, const std::string& name) {
@@ -60,14 +58,10 @@ std::string ReadVerdicts(const CommandLine& line, RunArguments& arguments) {
 }
 
 std::string ReadTimeout(const CommandLine& line, RunArguments& arguments) {
-  if (!line.Has("--timeout"))
-    return {};
-  const std::string text = line.Value("--timeout", "");
-  double seconds = 0;
-  const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
-  if (status != std::errc() || end != text.data() + text.size() || !(seconds >= 0.001 && seconds <= kLongestTimeout))
-    return "--timeout " + text + ": expected seconds, 0.001 to 1000000";
-  arguments.timeout = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+  const auto timeout = ReadSeconds(line, "--timeout");
+  if (!timeout)
+    return timeout.error();
+  arguments.timeout = *timeout;
   return {};
 }
 

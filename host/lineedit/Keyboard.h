@@ -26,10 +26,12 @@ public:
   Keyboard(const Keyboard&) = delete;
   Keyboard& operator=(const Keyboard&) = delete;
 
+  // From here on keys come as they are pressed and nobody else shows them; Ctrl+C is a key too.
+  void Take();
   // The next key; nothing when there was none for so long (negative: for ever) or the signal is raised, which stays so.
-  // From the first call on keys come as they are pressed and nobody else shows them; Ctrl+C is a key too.
+  // Takes the terminal if that has not been done.
   std::optional<Key> Read(std::chrono::milliseconds patience);
-  // The terminal is again what it was, for others to use, until the next Read.
+  // The terminal is again what it was, for others to use, until it is taken again.
   void Rest();
   // Suspends the program, as Ctrl+Z usually does, until it is continued.
   void Suspend();

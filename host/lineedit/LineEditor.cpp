@@ -50,6 +50,11 @@ LineEditor::LineEditor(const std::string& historyFile) : m_history(Keyboard::IsT
 
 // --- reading
 
+void LineEditor::Take() {
+  if (m_keyboard)
+    m_keyboard->Take();
+}
+
 Typed LineEditor::Read(const std::string& prompt, const std::function<void()>& idle) {
   if (!m_keyboard)
     return ReadPlain(idle);

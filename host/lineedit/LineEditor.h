@@ -38,15 +38,19 @@ public:
 
   // Whether somebody types at a terminal and looks at it.
   bool IsInteractive() const { return m_keyboard.has_value(); }
+  // What is typed from now on is the editor's, for a program that says so before the first line.
+  void Take();
   // Waits for a line. At a terminal, `prompt` stands in front of it.
   Typed Read(const std::string& prompt, const std::function<void()>& idle = {});
   // UTF-8 without control characters but line breaks and, for a terminal, those that the caller wants to have their
   // effect: a line with one is finished at once. False once standard output cannot be written. [the thread of Read,
   // within `idle` too]
   bool Print(std::string_view text);
-  // Shows what waits, moves to a new line if need be, and gives the terminal back until the next Read.
+  bool HasFailed() const { return m_failed; }
+  // Moves to a new line if need be, and gives the terminal back until the next Read.
   void Rest();
   void ClearScreen();
+  bool IsStopped() const { return m_isStopped; }
   // Ends Read for good. [any thread, also a signal handler]
   void Stop() {
     m_isStopped = true;

@@ -75,6 +75,7 @@ class Terminal:
 
     def __init__(self, arguments, with_output=False):
         self.master, slave = pty.openpty()
+        self.name = os.ttyname(slave)
         self.output = tempfile.TemporaryFile()
 
         def take_terminal():

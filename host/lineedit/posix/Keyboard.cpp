@@ -76,7 +76,7 @@ Keyboard::~Keyboard() {
 }
 
 std::optional<Key> Keyboard::Read(std::chrono::milliseconds patience) {
-  m_body->Begin();
+  Take();
   bool isGone = false;
   while (true) {
     if (auto key = m_body->Decode())
@@ -88,6 +88,10 @@ std::optional<Key> Keyboard::Read(std::chrono::milliseconds patience) {
       return isGone ? std::optional(Key{KeyKind::kGone, {}}) : std::nullopt;
     }
   }
+}
+
+void Keyboard::Take() {
+  m_body->Begin();
 }
 
 void Keyboard::Rest() {

@@ -105,7 +105,7 @@ Keyboard::~Keyboard() {
 }
 
 std::optional<Key> Keyboard::Read(std::chrono::milliseconds patience) {
-  m_body->Begin();
+  Take();
   const HANDLE waited[] = {reinterpret_cast<HANDLE>(m_body->wake.Native()), Input()};
   const DWORD time = patience.count() < 0 ? INFINITE : static_cast<DWORD>(patience.count());
   while (WaitForMultipleObjects(2, waited, FALSE, time) == WAIT_OBJECT_0 + 1) {
@@ -119,6 +119,10 @@ std::optional<Key> Keyboard::Read(std::chrono::milliseconds patience) {
       return key;
   }
   return std::nullopt;
+}
+
+void Keyboard::Take() {
+  m_body->Begin();
 }
 
 void Keyboard::Rest() {
