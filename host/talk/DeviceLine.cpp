@@ -78,10 +78,6 @@ bool DeviceLine::HasEnded() {
   return m_channel->HasEnded();
 }
 
-bool DeviceLine::IsConnecting() {
-  return m_channel->IsConnecting();
-}
-
 std::string DeviceLine::Reason(std::int32_t code) {
   return m_channel->GetInfoString(OND_INFO_ERROR, code);
 }
@@ -94,7 +90,7 @@ std::string DeviceLine::Description() {
 }
 
 bool DeviceLine::IsOpen() {
-  return m_channel && m_channel->GetState() != 0;
+  return m_channel && m_channel->GetState() == 1;
 }
 
 } // namespace host

@@ -30,8 +30,6 @@ public:
   std::int32_t WaitUntilSent();
   // Closed for good, and everything that had come in has been read.
   bool HasEnded();
-  // Closed, and about to be open again.
-  bool IsConnecting();
   // For users.
   std::string Reason(std::int32_t code);
 

@@ -1,5 +1,6 @@
 #include "host/talk/SendCommand.h"
 
+#include "host/channel/ChannelErrors.h"
 #include "host/commandline/ChannelArguments.h"
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/Seconds.h"
@@ -153,7 +154,7 @@ private:
     Clock::time_point last = begun; // something came
     while (!m_output.Failed()) {
       const auto received = m_line.Receive();
-      if (!received && !m_line.IsConnecting())
+      if (!received)
         return Fail(m_line.Reason(received.error()));
       if (received && !received->empty()) {
         if (Show(*received))
@@ -167,7 +168,7 @@ private:
       if (m_arguments.timeout && Clock::now() - begun >= *m_arguments.timeout)
         return m_arguments.wait.empty() ? 0 : Fail("the text of --wait has not come", kExitTimeout);
       if (m_arguments.wait.empty() && Clock::now() - last >= m_arguments.silence)
-        return 0;
+        return m_line.IsOpen() ? 0 : Fail(m_line.Reason(kNotOpen)); // a lost line is silent too
     }
     return 0;
   }

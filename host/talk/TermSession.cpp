@@ -1,5 +1,6 @@
 #include "host/talk/TermSession.h"
 
+#include "host/channel/ChannelErrors.h"
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/support/Files.h"
@@ -14,6 +15,7 @@ namespace host {
 namespace {
 
 constexpr std::chrono::milliseconds kRowTime{50}; // after which a row of bytes shows although it is not full
+constexpr std::chrono::milliseconds kLookTime{200};
 constexpr char kActionMark = '~';
 
 std::string HistoryFile(bool isWanted) {
@@ -135,19 +137,28 @@ bool TermSession::Poll() {
   if (m_lost || m_code)
     return false;
   const auto received = m_line.Receive();
-  NoteProblem(received ? 0 : received.error());
-  const auto now = Clock::now();
+  if (!received)
+    NoteProblem(received.error());
   if (!received || received->empty()) {
-    if (now - m_lastReceived >= kRowTime)
+    if (Clock::now() - m_lastReceived >= kRowTime)
       Print(m_view->Pause());
+    if (received)
+      LookAtLine();
     return false;
   }
-  m_lastReceived = now;
+  m_lastReceived = Clock::now();
   m_log.WriteReceived(*received);
   Print(m_view->Feed(*received));
   if (m_log.TakeFailure())
     Remark(m_arguments.log + ": the log cannot be written; the session goes on without it");
   return true;
+}
+
+void TermSession::LookAtLine() {
+  if (Clock::now() - m_lastLook < kLookTime)
+    return;
+  m_lastLook = Clock::now();
+  NoteProblem(m_line.IsOpen() ? 0 : kNotOpen);
 }
 
 void TermSession::NoteProblem(std::int32_t code) {

@@ -47,6 +47,8 @@ private:
   bool SendBytes(std::string_view bytes);
   // Shows what the device has said; true when there was something.
   bool Poll();
+  // What is wrong with the line, which may be lost and opened again by itself; asked for once in a while.
+  void LookAtLine();
   void NoteProblem(std::int32_t code);
   // Until the device is silent.
   void ShowLastAnswers();
@@ -70,6 +72,7 @@ private:
   std::string m_lineEnd;
   std::optional<AnswerView> m_view;
   Clock::time_point m_lastReceived{};
+  Clock::time_point m_lastLook{};
   std::int32_t m_problem = 0; // why nothing comes from the device; 0: it may
   bool m_lost = false;        // for good
   std::optional<int> m_code;  // the session ends with it

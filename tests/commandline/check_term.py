@@ -154,6 +154,9 @@ def check_wrong_calls_of_send():
         expect([*arguments], 2, b"", message)
     expect(["send", "a", "--fault", "Transmit=12"], 4, b"", b"sim: Device does not take its data\n")
     expect(["send", "a", "--fault", "Lock=1"], 20, b"", b"sim: Channel is locked by another client\n")
+    expect(["send", "a", "--fault", "GetState=2"], 4, b"", b"sim: Channel is not open yet\n")
+    expect(["term", "--fault", "GetState:1=2"], 0, b"1\r\n2\r\n", b"sim: Channel is not open yet\nondscript: sim: connected again\n",
+           text=b"echo 1\necho 2\n")
     expect(["send", "a", "--fault", "Receive:2=3"], 4, b"", b"sim: Invalid argument\n")
     expect(["term", "--log", "no/such.log"], 5, b"", b"no/such.log: the file of --log cannot be written\n")
 
@@ -268,6 +271,8 @@ def check_typing():
     screen.wait(time_of_day + "abc/", time_of_day.rstrip() + "/", time_of_day + "d/")
     device.hang_up()
     screen.wait(time_of_day + "d/", "/-- .*; ~reconnect opens the channel again/", "")
+    screen.type(b"~state\r")
+    screen.wait(", raw bytes, closed; sent 26 bytes, received 38", "")
     screen.type(b"lost\r")
     screen.wait("lost", "-- the connection is closed; ~reconnect opens it again", "")
     connected = device.live(lambda _: None)
