@@ -23,7 +23,8 @@ constexpr std::string_view kSendNotes =
     "A TEXT has the escapes of the script language (\\r, \\n, \\(x1B)); -- stands in front of one that begins with -.\n"
     "Exits with 0, or with 11 when the text of --wait did not come in time, 4 when the channel cannot be opened or "
     "ends,\n"
-    "20 when another program holds it, 21 when it was stopped; 2 is a wrong call.";
+    "5 when standard output fails, 20 when another client holds the channel, 21 when it was stopped; 2 is a wrong "
+    "call.";
 
 constexpr std::string_view kTermNotes =
     "A typed line has the escapes of the script language and ends with CR. ~help lists commands; Ctrl+D ends.\n"
@@ -52,9 +53,9 @@ constexpr CommandRow kCommands[] = {
      "  generate | ondscript check -\n",
      "A check exits with 0 when it finds nothing, with 1 when it finds a problem, with 5 when a file cannot be read."},
     {"ondscript", Command::kSend, "send", "Sends a text to the device and prints its answer",
-     "  ondscript send 'ver\\r'\n"
-     "  ondscript send 'adc 1\\r' --channel serial:/dev/ttyUSB0:115200 --wait '\\r\\n' --timeout 2\n"
-     "  ondscript send '\\(x1B)[c' --hex\n",
+     "  ondscript send \"ver\\r\"\n"
+     "  ondscript send \"adc 1\\r\" --channel serial:/dev/ttyUSB0:115200 --wait \"\\r\\n\" --timeout 2\n"
+     "  ondscript send \"\\(x1B)[c\" --hex\n",
      kSendNotes},
     {"ondscript", Command::kTerm, "term", "A terminal: sends the lines that are typed, shows what the device says",
      "  ondscript term --channel serial:/dev/ttyUSB0:115200\n"
@@ -133,7 +134,7 @@ std::vector<OptionRow> MakeOptions() {
        "time stamps: absolute (UTC), start (since the start, the default) or last (since the "
        "line before)"},
       {kShow, "--gap", "MS", "milliseconds of silence that end a block of bytes (otherwise 20)"},
-      {kSend, "--wait", "TEXT", "print the answer until this text has come, escapes as above"},
+      {kSend, "--wait", "TEXT", "print the answer until this text, with escapes too, has come"},
       {kSend, "--timeout", "SECONDS", "wait no longer than this (with --wait otherwise 5)"},
       {kSend, "--silence", "SECONDS",
        "without --wait, the answer is over when nothing came for so long (otherwise 0.5)"},

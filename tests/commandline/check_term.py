@@ -155,7 +155,7 @@ def check_wrong_calls_of_send():
     expect(["send", "a", "--fault", "Transmit=12"], 4, b"", b"sim: Device does not take its data\n")
     expect(["send", "a", "--fault", "Lock=1"], 20, b"", b"sim: Channel is locked by another client\n")
     expect(["send", "a", "--fault", "GetState=2"], 4, b"", b"sim: Channel is not open yet\n")
-    expect(["term", "--fault", "GetState:1=2"], 0, b"1\r\n2\r\n", b"sim: Channel is not open yet\nondscript: sim: connected again\n",
+    expect(["term", "--fault", "GetState:1=2", "--silence", "2"], 0, b"1\r\n2\r\n", b"sim: Channel is not open yet\nondscript: sim: connected again\n",
            text=b"echo 1\necho 2\n")
     expect(["send", "a", "--fault", "Receive:2=3"], 4, b"", b"sim: Invalid argument\n")
     expect(["term", "--log", "no/such.log"], 5, b"", b"no/such.log: the file of --log cannot be written\n")
@@ -167,7 +167,7 @@ def check_slow_device():
         device.say(b"working\r\nREA", b"D", b"Y\r\nmore")
     device = Device()
     device.live(answer)
-    expect(["send", r"go\r", "--wait", "READY", "--channel", device.channel], 0, b"working\r\nREADY")
+    expect(["send", r"go\r", "--wait", "READY", "--timeout", "60", "--channel", device.channel], 0, b"working\r\nREADY")
 
     def chat(device):
         device.hear(b"go\r")
@@ -183,7 +183,7 @@ def check_slow_device():
         device.hang_up()
     device = Device()
     device.live(leave)
-    expect(["send", r"go\r", "--wait", "READY", "--channel", device.channel], 4, b"bye", device.channel.encode() + b": ")
+    expect(["send", r"go\r", "--wait", "READY", "--timeout", "60", "--channel", device.channel], 4, b"bye", device.channel.encode() + b": ")
     device.listener.close()
     expect(["send", "a", "--channel", device.channel], 4, b"", device.channel.encode() + b": ")
 
@@ -215,7 +215,7 @@ def check_piped_lines():
     pathlib.Path("bytes.bin").write_bytes(bytes(range(256)))
     device = Device()
     device.live(listen)
-    expect(["term", "--end", "lf", "--channel", device.channel, "--log", "term.log"], 0, b"\x1B[2Jok\0",
+    expect(["term", "--end", "lf", "--silence", "3", "--channel", device.channel, "--log", "term.log"], 0, b"\x1B[2Jok\0",
            b": there is no command ~nothing; ~help lists them, ~~ sends a ~\n",
            text=b"a\\(x1B)\n~~b\n\\(xE4)\n~send end\n~file bytes.bin\n~nothing\n~end crlf\nc\n~end lf\n\n")
     log = [line.split(" ", 2)[2] for line in pathlib.Path("term.log").read_text().splitlines()]
@@ -229,7 +229,7 @@ def check_piped_lines():
         device.hang_up()
     device = Device()
     device.live(leave)
-    expect(["term", "--channel", device.channel, "--log", "term.log"], 4, b"bye\n", device.channel.encode() + b": ", text=b"a\n" )
+    expect(["term", "--silence", "60", "--channel", device.channel, "--log", "term.log"], 4, b"bye\n", device.channel.encode() + b": ", text=b"a\n")
     check("a log goes on", len(pathlib.Path("term.log").read_text().splitlines()) > len(log))
 
 
