@@ -4,6 +4,7 @@
 import html.parser
 import json
 import pathlib
+import re
 import resource
 import shutil
 import subprocess
@@ -91,6 +92,12 @@ def check_json_lines():
     traffic = [(record["operation"], record["answer"], record["bytes"], record["data"]) for record in records if record["record"] == "traffic"]
     check("traffic", ("Transmit", 0, 3, "id\n") in traffic and ("Transmit", 0, len(EVIL) + 1, (EVIL + "\n")[:64]) in traffic
           and any(entry[:2] == ("Receive", 0) for entry in traffic) and ("TransmitFileFromMemory", 9, 0, "") in traffic, traffic)
+    began, late = 0, []
+    for i, record in enumerate(records):  # of each script, times count from its beginning
+        began = i if record["record"] == "script" else began
+        if record["record"] == "end of script":
+            late += [each for each in records[began:i] if not 0 <= each.get("at_us", 0) <= record["took_us"]]
+    check("times", not late, late)
     ends = [(record["script"], record["verdict"], record["code"], record["values"]) for record in records if record["record"] == "end of script"]
     check("verdicts", ends == [("good.dcs", "passed", 0, {"s": "a < b"}), ("evil & bad.dcs", "failed", 10, {"s": ""}),
                                ("fails.dcs", "not tested", 21, {"s": ""}), ("none.dcs", "not tested", 8, {"s": ""})], ends)
@@ -129,19 +136,20 @@ def check_growing():
         text = path.read_text(encoding="utf-8")
         return [json.loads(line) for line in text.split("\n")[:-1]] if len(text) != older else []
 
-    script = b'print("one\\n"); transmitstring("id\\n"); print("limit: x = 1, 0 to 2: PASS\\ntwo"); while (1 == 1) { delay(10); }'
+    pathlib.Path("a.bin").write_bytes(b"123456789")
+    script = b'print("one\\n"); transmitstring("id\\n"); transmitfile("a.bin", 1, 2, 0, 1); print("limit: x = 1, 0 to 2: PASS\\ntwo"); while (1 == 1) { delay(10); }'
     call = Call(["run", "-", "--report", f"jsonl={path}"], script)
     try:
         deadline = time.monotonic() + TIMEOUT
-        while len(records()) < 5 and time.monotonic() < deadline:
+        while not any(record["record"] == "measurement" for record in records()) and time.monotonic() < deadline:
             time.sleep(0.02)
         expect(["run", "-", "--report", f"jsonl={path}"], 5, message=b"cannot write the report growing.jsonl: it is in use", text=b"print(1);")
     finally:
         call.process.kill()
         call.end()
     if name == "ondscript":  # under Wine, what was killed is the starter
-        got = [(record["record"], record.get("text") or record.get("operation") or record.get("name")) for record in records()]
-        check("what a killed run leaves", got == [("run", None), ("script", None), ("output", "one"), ("traffic", "Transmit"),
+        got = [(record["record"], record.get("bytes") or record.get("text") or record.get("name")) for record in records() if not re.match("(a.bin .*)?$", record.get("text", "-"))]
+        check("what a killed run leaves", got == [("run", None), ("script", None), ("output", "one"), ("traffic", 3), ("traffic", 9),
                                                   ("output", "limit: x = 1, 0 to 2: PASS"), ("measurement", "x")], got)
 
 
