@@ -4,6 +4,8 @@
 
 #include "frame/contract/OndDeviceClient.h"
 
+#include <string>
+
 namespace host {
 
 // The contract's interface with an owner: the destructor stands behind the contract's slots and is the host's alone.
@@ -26,6 +28,8 @@ public:
   virtual std::int32_t Finish() { return 0; }
   // Whether the channel is closed for good, and everything that had come in has been read. [any thread]
   virtual bool HasEnded() { return false; }
+  // What a user wants to know when a run begins, to repeat it exactly; empty: nothing. [any thread]
+  virtual std::string Notice() { return {}; }
   // Whether it is open or was: what a device says before it hangs up can still be read. [any thread]
   virtual bool HasBeenOpen() { return true; }
 };

@@ -70,6 +70,7 @@ public:
   std::int32_t WaitUntilSent() override { return m_inner->WaitUntilSent(); }
   std::int32_t Finish() override { return m_inner->Finish(); }
   bool HasEnded() override { return m_inner->HasEnded(); }
+  std::string Notice() override { return m_inner->Notice(); }
   bool HasBeenOpen() override { return m_inner->HasBeenOpen(); }
 
   const char* GetInfoString(std::uint32_t what, std::int64_t code) override {

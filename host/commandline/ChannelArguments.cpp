@@ -23,10 +23,12 @@ tl::expected<ChannelOptions, std::string> ReadChannelOptions(const CommandLine& 
   options.sim.folder = line.Value("--device-dir", "");
   if (line.Has("--device-dir") && options.sim.folder.empty())
     return tl::unexpected<std::string>("--device-dir: the folder has no name");
-  const auto blockTime = ReadBlockTime(line.Value("--block-time", "0"));
-  if (!blockTime)
-    return tl::unexpected(blockTime.error());
-  options.sim.blockTime = *blockTime;
+  if (line.Has("--block-time")) {
+    const auto blockTime = ReadBlockTime(line.Value("--block-time", ""));
+    if (!blockTime)
+      return tl::unexpected(blockTime.error());
+    options.sim.blockTime = *blockTime;
+  }
   for (const std::string& text : line.All("--fault")) {
     const auto fault = ParseFault(text);
     if (!fault)

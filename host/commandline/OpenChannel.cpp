@@ -1,6 +1,7 @@
 #include "host/commandline/OpenChannel.h"
 
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/StandardStreams.h"
 #include "host/commandline/TraceCommand.h"
 #include "host/trace/TracingChannel.h"
 
@@ -22,6 +23,8 @@ tl::expected<std::unique_ptr<Channel>, OpenFailure> OpenChannel(std::string_view
   }
   if (!records.IsEmpty())
     made = std::make_unique<TracingChannel>(std::move(*made), records);
+  if (const std::string notice = (*made)->Notice(); !notice.empty())
+    PrintMessage(program, notice);
   if (const std::int32_t code = (*made)->WaitUntilOpen(); code != 0 && !(*made)->HasBeenOpen())
     return tl::unexpected(
         OpenFailure{kExitNoChannel, false, options.text + ": " + (*made)->GetInfoString(OND_INFO_ERROR, code)});

@@ -5,6 +5,7 @@ files of the simulated device, the ways to start a script.
 
 import os
 import pathlib
+import re
 import resource
 import subprocess
 import time
@@ -81,8 +82,10 @@ SET_ERRORS = {
     "a:uint64=18446744073709551616": "18446744073709551616 is not within 0 to 18446744073709551615",
 }
 CHANNEL_ERRORS = {
-    "sin": '--channel: unknown channel "sin"; there are: sim, tcp:',
-    "sim:1": 'the channel "sim" has no settings',
+    "sin": '--channel: unknown channel "sin"; there are: sim[:FILE[,seed=N]], tcp:',
+    "sim:": "expected sim[:FILE[,seed=N]]",
+    "sim:,seed=1": "expected sim[:FILE[,seed=N]]",
+    "sim:a,seed=-1": 'the seed "-1" is not a number from 0 to 4294967295',
     "tcp:bench": '"tcp:bench": expected tcp:HOST:PORT',
     "tcp::4000": "expected tcp:HOST:PORT",
     "tcp:[::1]": "expected tcp:HOST:PORT",
@@ -143,6 +146,35 @@ def check_usage():
         check(" ".join(words + ["--help"]), code == 0 and fits and not messages, output)
     code, output, _ = Call(["--version"]).end()
     check("--version", code == 0 and output.startswith(name.encode() + b" "), output)
+
+
+def check_device_file():
+    def run(code, device, output=b"", message=b"", options=()):
+        pathlib.Path("bench.sim").write_bytes(device)
+        expect(["run", "-", "--channel", "sim:bench.sim", *options], code, output, message,
+               text=b'transmitfilefromstring("a", 1, 1, 0); transmitstring("dir\\n"); print(receivestring());')
+
+    full = b"#" * 40 + b" -> OK\n  1   1          1\r\n1 files, 2 of 3 blocks free\r\n"
+    run(0, b"\xef\xbb\xbflike sim\r\nstore 3 blocks\r\nfolder \"kept\"\r\n", full)
+    check("the folder of a device file", pathlib.Path("kept/001-type1.bin").read_bytes() == b"a")
+    run(0, b'like sim\nstore 3 blocks\nfolder "unused"\n', full, options=["--device-dir", "kept"])
+    check("--device-dir goes before the folder of a device file", not pathlib.Path("unused").exists())
+    run(2, b"like sim\nanswer\nlike", message=b'--channel: bench.sim:2:7: expected "on", "otherwise", "every" or "at start" in a line '
+        b'above this one\nbench.sim:3:5: expected "sim", found the end of the line\n')
+    run(2, b"x\n" * 30, message=b'bench.sim:20:1: expected a statement, found "x"\n10 more lines are wrong\n')
+    run(2, b"", message=b"bench.sim:1:1: expected a statement, found the end of the file: it describes no device\n")
+    run(2, b"MZ\x90\0" * 1000, message=b"bench.sim:1:4: expected a plain text, found a zero byte")
+    run(2, b"#" * (1 << 20) + b"\n", message=b"bench.sim: the file is too long for a description of a device\n")
+    run(2, b'file 1 type 1 from "none"', message=b'bench.sim:1: "none" cannot be read\n')
+    run(4, b'folder "bench.sim"', message=b"cannot use the folder bench.sim for the device's files")
+    expect(["run", "-", "--channel", "sim:none.sim"], 4, message=b"none.sim: the file cannot be read\n")
+    # A seed of its own each time, which is told and repeats the run.
+    pathlib.Path("bench.sim").write_text("like sim\ndrop 10 %\n")
+    script = b'transmitstring("help\\nhelp\\nhelp\\n"); print(receivestring());'
+    _, output, messages = Call(["run", "-", "--channel", "sim:bench.sim"], script).end()
+    seed = re.search(rb'"(sim:bench.sim,seed=\d+)" repeats', messages)
+    check("the seed is told", seed, messages)
+    check("the seed repeats the run", Call(["run", "-", "--channel", seed[1].decode()], script).end() == (0, output, messages), seed)
 
 
 def check_device():
@@ -249,5 +281,5 @@ def check_list():
     expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")
 
 
-run_checks(check_results, check_values, check_usage, check_device,
+run_checks(check_results, check_values, check_usage, check_device, check_device_file,
            *([check_checker, check_starts] if name == "ondscript" else [check_list]))

@@ -2,6 +2,7 @@
 
 #include "host/channel/LockingChannel.h"
 #include "host/channel/replay/ReplayChannel.h"
+#include "host/channel/sim/description/DescribedDevice.h"
 #include "host/channel/stream/StreamChannel.h"
 #include "host/support/Text.h"
 
@@ -17,33 +18,29 @@ auto BadText(std::string text) {
   return tl::unexpected(ChannelFailure{std::move(text), true});
 }
 
-Made MakeSimulated(const ChannelOptions& options, const std::string& settings) {
-  if (!settings.empty())
-    return BadText("the channel \"sim\" has no settings");
-  std::optional<StoreFolder> folder;
-  if (!options.sim.folder.empty()) {
-    folder = StoreFolder::Open(options.sim.folder);
-    if (!folder)
-      return tl::unexpected(ChannelFailure{"cannot use the folder " + options.sim.folder + " for the device's files"});
-  }
-  return std::make_unique<SimulatedDevice>(options.sim, std::move(folder));
+Made MakeSimulated(ChannelOptions& options, const std::string& settings) {
+  const bool isDescribed = options.text.find(':') != std::string::npos;
+  auto parts = isDescribed ? DescribedParts(settings, options.sim, options.faults) : BuiltInParts(options.sim);
+  if (!parts)
+    return tl::unexpected(ChannelFailure{parts.error().text, parts.error().inText});
+  return std::make_unique<SimulatedDevice>(std::move(*parts));
 }
 
-Made MakeTcp(const ChannelOptions& options, const std::string& settings) {
+Made MakeTcp(ChannelOptions& options, const std::string& settings) {
   const auto address = ParseTcpAddress(settings);
   if (!address)
     return BadText(Quoted(options.text) + ": " + address.error());
   return std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes", MakeTcpLink(*address));
 }
 
-Made MakeSerial(const ChannelOptions& options, const std::string& settings) {
+Made MakeSerial(ChannelOptions& options, const std::string& settings) {
   const auto line = ParseSerialLine(settings);
   if (!line)
     return BadText(Quoted(options.text) + ": " + line.error());
   return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line));
 }
 
-Made MakeReplay(const ChannelOptions& options, const std::string& settings) {
+Made MakeReplay(ChannelOptions& options, const std::string& settings) {
   const ReplaySettings replay = ParseReplaySettings(settings);
   if (replay.file.empty())
     return BadText(Quoted(options.text) + ": expected " + std::string(kReplayForm));
@@ -53,17 +50,18 @@ Made MakeReplay(const ChannelOptions& options, const std::string& settings) {
   return std::move(*channel);
 }
 
-// The only list of kinds: how users write one, and how it is made from the settings behind its name and colon.
+// The only list of kinds: how users write one, and how it is made from the settings behind its name and colon. A device
+// may bring faults of its own, which come behind those that were asked for.
 struct ChannelKind {
   std::string_view form;
-  Made (*make)(const ChannelOptions& options, const std::string& settings);
+  Made (*make)(ChannelOptions& options, const std::string& settings);
 
-  std::string_view Name() const { return form.substr(0, form.find(':')); }
+  std::string_view Name() const { return form.substr(0, form.find_first_of(":[")); }
 };
 constexpr ChannelKind kKinds[] = {
-    {"sim", MakeSimulated}, {kTcpForm, MakeTcp}, {kSerialForm, MakeSerial}, {kReplayForm, MakeReplay}};
+    {kSimForm, MakeSimulated}, {kTcpForm, MakeTcp}, {kSerialForm, MakeSerial}, {kReplayForm, MakeReplay}};
 
-Made MakeSource(const ChannelOptions& options) {
+Made MakeSource(ChannelOptions& options) {
   const std::size_t colon = options.text.find(':');
   const std::string name = options.text.substr(0, colon);
   const std::string settings = colon == std::string::npos ? std::string() : options.text.substr(colon + 1);
@@ -83,7 +81,8 @@ std::string ChannelForms() {
   return forms;
 }
 
-Made MakeChannel(const ChannelOptions& options) {
+Made MakeChannel(const ChannelOptions& wanted) {
+  ChannelOptions options = wanted;
   Made made = MakeSource(options);
   if (!made)
     return made;

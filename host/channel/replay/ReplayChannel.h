@@ -40,6 +40,7 @@ public:
   std::int32_t WaitUntilSent() override;
   std::int32_t Finish() override;
   bool HasEnded() override;
+  std::string Notice() override { return {}; }
   bool HasBeenOpen() override { return !m_notOpened; }
 
 private:

@@ -62,7 +62,7 @@ DeviceConsole::DeviceConsole(const FileStore& files) : m_files(files) {
   }
 }
 
-void DeviceConsole::Write(std::string_view bytes) {
+void DeviceConsole::Write(Time, std::string_view bytes) {
   for (const char c : bytes) {
     if (c == '\r' || c == '\n') {
       if (m_lineTooLong)
@@ -79,7 +79,7 @@ void DeviceConsole::Write(std::string_view bytes) {
   }
 }
 
-std::size_t DeviceConsole::Read(char* buffer, std::size_t capacity) {
+std::size_t DeviceConsole::Read(Time, char* buffer, std::size_t capacity) {
   const std::size_t count = m_answers.copy(buffer, capacity);
   m_answers.erase(0, count);
   return count;

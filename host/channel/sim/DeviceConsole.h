@@ -1,21 +1,22 @@
 // The simulated instrument's text console: reads command lines, answers with lines.
 //
 // A line ends with CR or LF; empty lines (so also the LF of CR LF) are passed over. Every command answers with at least
-// one line that ends with CR LF; there is no prompt and no echo. All values are the same in every run.
+// one line that ends with CR LF; there is no prompt and no echo. All values are the same in every run, and nothing
+// takes time.
 #pragma once
 
+#include "host/channel/sim/Console.h"
+
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace host {
 
 class FileStore;
 
 // [one thread at a time]
-class DeviceConsole {
+class DeviceConsole : public Console {
 public:
   static constexpr std::size_t kLongestLine = 256;     // bytes; longer lines are answered with an error
   static constexpr std::size_t kAnswerCapacity = 4096; // bytes that wait to be read; what comes on top is lost
@@ -23,10 +24,8 @@ public:
   // `files` must outlive the console.
   explicit DeviceConsole(const FileStore& files);
 
-  // Bytes from the host to the instrument.
-  void Write(std::string_view bytes);
-  // Takes up to `capacity` waiting bytes of the answers; returns their number.
-  std::size_t Read(char* buffer, std::size_t capacity);
+  void Write(Time now, std::string_view bytes) override;
+  std::size_t Read(Time now, char* buffer, std::size_t capacity) override;
 
 private:
   struct Command {

@@ -34,6 +34,7 @@ public:
   FileStore(std::uint32_t blocks, std::optional<StoreFolder> folder);
 
   std::uint32_t Blocks() const { return m_blocks; }
+  const std::optional<StoreFolder>& Folder() const { return m_folder; }
   std::uint64_t UsedBlocks() const;
   std::uint64_t Capacity() const { return std::uint64_t{m_blocks} * kBlockSize; }
   const std::map<std::uint8_t, File>& Files() const { return m_files; }
