@@ -4,7 +4,6 @@
 import json
 import pathlib
 import socket
-import threading
 import time
 import zlib
 
@@ -30,43 +29,16 @@ FILES = b"""print(transmitfile("a.bin", 1, 2, 0, 1), transmitfilefromstring("abc
 """
 
 
-class Peer:
-    """A device behind TCP: `serve` speaks to one connection."""
-
-    def __init__(self, serve):
-        self.listener = socket.create_server(("127.0.0.1", 0))
-        self.thread = threading.Thread(target=self.accept, args=(serve,), daemon=True)
-        self.thread.start()
-        self.channel = f"tcp:127.0.0.1:{self.listener.getsockname()[1]}"
-
-    def accept(self, serve):
-        connection, _ = self.listener.accept()
-        with connection:
-            serve(connection)
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.thread.join(TIMEOUT)
-        self.listener.close()
-
-
-def slow(connection):
-    """Answers the first question in two pieces, and no other."""
-    connection.recv(100)
-    time.sleep(0.15)
-    connection.sendall(b"one, ")
-    time.sleep(0.003)
-    connection.sendall(b"two\r\n")
-    while connection.recv(100):
-        pass
-
-
-def curt(connection):
-    """Answers and hangs up."""
-    connection.recv(100)
-    connection.sendall(b"bye\r\n")
+# Answers the first question in two pieces, and no other.
+SLOW = r"""on "slow"
+  send "one, " after 150 ms
+  send "two\r\n" after 3 ms
+"""
+# Answers and is gone.
+CURT = r"""cut after 5 bytes from device
+on "a"
+  answer "bye"
+"""
 
 
 def record(script, options, tape):
@@ -94,7 +66,7 @@ def check_same():
     pathlib.Path("files.dcs").write_bytes(FILES)
     pathlib.Path("empty.dcs").write_bytes(b"")
     pathlib.Path("a.bin").write_bytes(b"\0" * 2000)
-    pathlib.Path("more.dcs").write_bytes(b'transmitstring("a");print(receivestring()); while (1 == 1) { delay(5); print(receivestring()); }')
+    pathlib.Path("more.dcs").write_bytes(b'transmitstring("a\\n");print(receivestring()); while (1 == 1) { delay(5); print(receivestring()); }')
 
     def expect_same(script, options, tape, code, modes=("", ",loose", ",times")):
         recorded = record(script, options, tape)
@@ -114,16 +86,16 @@ def check_same():
     expect_same("talk.dcs", ["--fault", "Receive:1=9"], "faulty.jsonl", 0)
     expect_same("files.dcs", [], "files.jsonl", 0)
     expect_same("files.dcs", ["--fault", "TransmitFile=6"], "full.jsonl", 0)
-    with Peer(slow) as peer:
-        expect_same("waiting.dcs", ["--channel", peer.channel], "waiting.jsonl", 0, [""])
+    pathlib.Path("slow.sim").write_text(SLOW)
+    expect_same("waiting.dcs", ["--channel", "sim:slow.sim"], "waiting.jsonl", 0, [""])
     # With its times, the device is as slow as it was; a loose one never is.
     start = time.monotonic()
     code, output = record("waiting.dcs", ["--channel", "replay:waiting.jsonl,times"], "again.jsonl")
     check("original times", code == 0 and output.count(b".") > 10 and b"one, two\r\n" in output and
           time.monotonic() - start > 0.15, (code, output))
     expect(["run", "waiting.dcs", "--channel", "replay:waiting.jsonl,loose"], 0, b".one, two\r\n199\n...0\n")
-    with Peer(curt) as peer:
-        expect_same("more.dcs", ["--channel", peer.channel], "cut.jsonl", 4, ["", ",times"])
+    pathlib.Path("curt.sim").write_text(CURT)
+    expect_same("more.dcs", ["--channel", "sim:curt.sim"], "cut.jsonl", 4, ["", ",times"])
     # A device that was never there.
     gone = socket.create_server(("127.0.0.1", 0))
     channel = f"tcp:127.0.0.1:{gone.getsockname()[1]}"
@@ -201,7 +173,7 @@ def check_differences():
 def check_edited():
     """Tapes that were changed, cut off or are none."""
     lines = lines_of("talk.jsonl")
-    answer = index_of(lines, "850")
+    answer = index_of(lines, '"850.')
     save("edited.jsonl", lines[:answer] + [lines[answer].replace("383530", "373737")] + lines[answer + 1:])
     expect(["run", "talk.dcs", "--channel", "replay:edited.jsonl"], 0, b"simulated device, serial number 1\r\n777\r\n")
     pathlib.Path("short.jsonl").write_text("\n".join(lines[:answer + 1])[:-30])
