@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs scripts and compares what they print:  run_scripts.py [--accept] [--windows] SCRIPTS EXPECTED SCRATCH -- COMMAND...
+"""Runs scripts and compares what they print:  run_scripts.py [--accept] [--windows] [--lib FOLDER] SCRIPTS EXPECTED SCRATCH -- COMMAND...
 
 For each SCRIPTS/NAME.dcs, `COMMAND NAME.dcs [options]` must print EXPECTED/NAME.out byte for byte. Comments in the script say the rest:
 
@@ -9,7 +9,7 @@ For each SCRIPTS/NAME.dcs, `COMMAND NAME.dcs [options]` must print EXPECTED/NAME
                                     questions are windows, which tests/windows answers
 
 Scripts in a folder `lib` are for other scripts and are not run themselves. All work on a copy in SCRATCH, so that a script
-may write files. --accept writes the .out files anew from what was printed; look at the difference before committing it.
+may write files; --lib puts a copy of that folder beside SCRATCH, as `lib`. --accept writes the .out files anew from what was printed; look at the difference before committing it.
 """
 
 import argparse
@@ -48,6 +48,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--accept", action="store_true")
     parser.add_argument("--windows", action="store_true")
+    parser.add_argument("--lib", type=pathlib.Path)
     parser.add_argument("scripts", type=pathlib.Path)
     parser.add_argument("expected", type=pathlib.Path)
     parser.add_argument("scratch", type=pathlib.Path)
@@ -62,6 +63,8 @@ def main():
 
     shutil.rmtree(options.scratch, ignore_errors=True)
     shutil.copytree(options.scripts, options.scratch)
+    if options.lib:
+        shutil.copytree(options.lib, options.scratch.parent / "lib", dirs_exist_ok=True)
     names = sorted(path.relative_to(options.scratch) for path in options.scratch.rglob("*.dcs"))
     names = [name for name in names if "lib" not in name.parts]
     known = {name.with_suffix(".out") for name in names}

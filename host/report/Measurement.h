@@ -1,4 +1,4 @@
-// The lines in which scripts tell what they measured; docs/reports.md has the form, examples/lib/limit.dcs prints it.
+// The lines in which scripts tell what they measured; docs/reports.md has the form, lib/limit.dcs prints it.
 #pragma once
 
 #include "host/report/RunRecord.h"

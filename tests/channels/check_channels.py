@@ -273,7 +273,7 @@ def check_page():
     tcp_device, tcp_run, serial_device, serial_run = (shlex.split(block) for block in blocks("sh"))
     (lines,), (output,) = blocks("dcs"), blocks("text")
     pathlib.Path("ask.dcs").write_text(lines)
-    shutil.copytree(pathlib.Path(page).parent.parent / "examples/lib", "lib")
+    shutil.copytree(pathlib.Path(page).parent.parent / "lib", "lib")
 
     def run_as_shown(command, shown, here):
         command = [part.replace(shown, here) for part in command]

@@ -36,7 +36,7 @@ def colours(picture, *options):
 
 
 def make_report():
-    shutil.copytree(root / "examples/lib", "lib")
+    shutil.copytree(root / "lib", "lib")
     pathlib.Path("part.dcs").write_text(SCRIPT)
     code, _, messages = Call(["run", "part.dcs", "--report", "html=report.html"]).end()
     check("the run", code == 10, (code, messages))

@@ -26,7 +26,7 @@ def report(format):
 
 
 def make_scripts():
-    shutil.copytree(root / "examples/lib", "lib")
+    shutil.copytree(root / "lib", "lib")
     pathlib.Path("good.dcs").write_text("""print("first\\nsecond\\n"); transmitstring("id\\n"); delay(1);
 executesubscriptfunc("lib\\\\limit.dcs", "limit", "supply", 3312, 3200, 3400, "V/1000");
 print(executesubscriptfunc("lib\\\\device.dcs", "ask", "temp"), "\\n");

@@ -87,7 +87,7 @@ limit: i = 0.7, 0.0 to 0.9: PASS
 def check_measurements():
     for line, code in MEASUREMENTS.items():
         expect(["run", "-"], code, line.encode() + b"\n", b"the part failed: " if code else b"", f'print("{line}\\n");'.encode())
-    shutil.copytree(root / "examples/lib", "lib")
+    shutil.copytree(root / "lib", "lib")
     write(limits=LIMITS)
     expect(["run", "limits.dcs"], 10, LIMITS_OUTPUT, b"the part failed: limit: b c = 3.500 V, 3.200 to 3.400 V: FAIL")
 

@@ -42,7 +42,7 @@ def main():
             return subprocess.CompletedProcess([], code, output.read().replace("\r\n", "\n"))
 
     with tempfile.TemporaryDirectory() as folder:
-        shutil.copytree(root / "examples/lib", pathlib.Path(folder, "lib"))
+        shutil.copytree(root / "lib", pathlib.Path(folder, "lib"))
 
         def run(text, station_script, channel="sim"):
             pathlib.Path(folder, "test.dcs").write_text(station_script)

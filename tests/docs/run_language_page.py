@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs every example of the language page, beside the examples' library:  run_language_page.py PROJECT_FOLDER ONDSCRIPT
+"""Runs every example of the language page, beside the library:  run_language_page.py PROJECT_FOLDER ONDSCRIPT
 
 A script is a block marked `dcs`; a block marked `text` right behind it is its exact output. A script without one must run without
 an error.
@@ -21,7 +21,7 @@ def main():
     failures = 0
     for script, expected in examples:
         with tempfile.TemporaryDirectory() as folder:
-            shutil.copytree(root / "examples/lib", pathlib.Path(folder, "lib"))
+            shutil.copytree(root / "lib", pathlib.Path(folder, "lib"))
             run = subprocess.run([ondscript, "run", "-"], input=script, cwd=folder, capture_output=True, text=True, timeout=60)
         if run.stdout != expected if expected else run.returncode != 0:
             failures += 1

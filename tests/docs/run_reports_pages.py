@@ -27,6 +27,7 @@ def main():
     with tempfile.TemporaryDirectory() as scratch:
         folder = pathlib.Path(scratch, "examples")
         shutil.copytree(root / "examples", folder)
+        shutil.copytree(root / "lib", folder.parent / "lib")
         # answers.md: a file for an example, and what becomes of one that does not fit
         answers, message = blocks("answers.md", "text")
         (folder / "bench.txt").write_text(answers)
@@ -42,8 +43,8 @@ def main():
         written = {path.name for path in folder.glob("*.*l")} | {path.name for path in folder.glob("part.*")}
         if not {"accept.html", "accept.xml", "part.jsonl", "part.tap"} <= written:
             problems.append(f"the reports are {written}")
-        (folder / "page.dcs").write_text(script)
-        run([ondscript, "run", "page.dcs"], 10, lines, "ondscript: page.dcs: the part failed: limit: gain = 39, at least 40: FAIL\n")
+        (folder.parent / "page.dcs").write_text(script)
+        run([ondscript, "run", "../page.dcs"], 10, lines, "ondscript: ../page.dcs: the part failed: limit: gain = 39, at least 40: FAIL\n")
         formats = re.findall(r"^\| `(\w+)` \| (?:people|build|the Test|programs)", (root / "docs/reports.md").read_text(), re.MULTILINE)
         known = subprocess.run([ondscript, "run", "x", "--report", "?=x"], capture_output=True, text=True, timeout=60).stderr
         if sorted(formats) != sorted(re.search(r"there are (.*)$", known, re.MULTILINE)[1].split(", ")):

@@ -84,8 +84,9 @@ class Example:
     """A script in a copy of the examples' folder of its own."""
 
     def __init__(self, text, name, expected, examples, scratch):
-        self.text, self.name, self.expected, self.folder = text, name, expected, scratch / name
+        self.text, self.name, self.expected, self.folder = text, name, expected, scratch / name / "examples"
         shutil.copytree(examples, self.folder)
+        shutil.copytree(examples.parent / "lib", self.folder.parent / "lib")
         (self.folder / f"{name}.dcs").write_bytes(text)
         self.files = self.listing()
 
@@ -126,7 +127,8 @@ def main():
             all_examples.append(Example(path.read_bytes(), path.stem, expected, examples, pathlib.Path(scratch)))
         page = re.search(r"^```dcs\n(.*?)^```\n\n```text\n(.*?)^```$", (root / "docs/language.md").read_text(),
                          re.MULTILINE | re.DOTALL)
-        all_examples.append(Example(page[1].encode(), "language-page", page[2].encode(), examples, pathlib.Path(scratch)))
+        text = page[1].replace('"lib\\\\', '"..\\\\lib\\\\').encode()
+        all_examples.append(Example(text, "language-page", page[2].encode(), examples, pathlib.Path(scratch)))
         problems = [problem for found in pool.map(lambda example: list(example.problems()), all_examples) for problem in found]
     for problem in problems:
         print("FAILED", problem, end="\n\n")

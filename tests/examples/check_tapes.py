@@ -40,6 +40,7 @@ def main():
         with tempfile.TemporaryDirectory() as scratch:
             folder = pathlib.Path(scratch) / "examples"
             shutil.copytree(root / "examples", folder)
+            shutil.copytree(root / "lib", folder.parent / "lib")
             tape = folder / "tapes" / f"{script.stem}.jsonl"
             if recording:
                 tape.parent.mkdir(exist_ok=True)
