@@ -14,6 +14,7 @@ import re
 import shutil
 import sys
 import tempfile
+import time
 import zlib
 
 tests = pathlib.Path(__file__).resolve().parent.parent
@@ -89,14 +90,15 @@ def check_checksums_and_bytes():
         for name, value in checksums(data).items():
             script += f'print("{name} ", executesubscriptfunc("lib\\\\checksum.dcs", "{name}", data), "\\n");\n'
             expected += f"{name} {value}\n"
-        script += """var string hex;
+        script += """print(executesubscriptfunc("lib\\\\checksum.dcs", "crc16", data, 0x8005, 0xB2AA, 1, 0x1234), "\\n");
+var string hex;
 print(executesubscriptfunc("lib\\\\bytes.dcs", "hexdump", data));
 hex = executesubscriptfunc("lib\\\\bytes.dcs", "tohex", data, "");
 print(hex, "\\n", executesubscriptfunc("lib\\\\bytes.dcs", "fromhex", hex) == data, "\\n");
 print(executesubscriptfunc("lib\\\\bytes.dcs", "frombigendian", substr(data, 0, 8)), " ");
 print(executesubscriptfunc("lib\\\\bytes.dcs", "fromlittleendian", substr(data, 0, 8)), "\\n");
 """
-        expected += "".join(hexdump(data)) + f"{data.hex().upper()}\n1\n"
+        expected += f"{crc16(data, 0x8005, 0xB2AA, 1, 0x1234)}\n" + "".join(hexdump(data)) + f"{data.hex().upper()}\n1\n"
         expected += f"{int.from_bytes(data[:8], 'big')} {int.from_bytes(data[:8], 'little')}\n"
         output, _, code = run(script)
         check(f"sums of {len(data)} bytes", (output.decode("latin-1"), code), (expected, 0))
@@ -127,7 +129,7 @@ def value_cases():
     yield call("numbers", "sort", b""), b""
     yield call("numbers", "sort", b"+07 -0 3"), b"0, 3, 7"
     yield call("numbers", "item", b"5,6;7", 2), b"7"
-    lines = ['a, "b,""c""" ,,d', "", "one", '"x, y"', ',"",', '""""']
+    lines = ['a, "b,""c""" ,,d', "", "one", '"x, y"', ',"",', '""""', '""""""']
     for line in lines:
         row = next(csv.reader([line], skipinitialspace=True)) or [""]
         yield call("numbers", "fields", line.encode(), b","), b"%d" % len(row)
@@ -246,6 +248,9 @@ def check_devices():
     attempt = f'func attempt() {{ attempt = ({exchange} != ""); }}\n'
     on_console("tried again", [[], [], [b"ok\r\n"]], attempt + shown("retry", "&attempt", 5, 10), b"[3]", 0, [b"on"] * 3)
     on_console("tried in vain", [], attempt + shown("retry", "&attempt", 2, 10), b"[0]", 0, [b"on"] * 2)
+    begin = time.monotonic()
+    run(f'func never() {{ never = 0; }} {shown("retry", "&never", 3, 300)}')
+    check("the pauses of a retry", 0.6 <= time.monotonic() - begin, True)
     on_console("a mute device", [], shown("ask", b"id"), b'no answer to "id" within 2 seconds\n', 21, [b"id"])
     output, _, code = run('transmitstring("echo stale\\r");' + shown("ask", b"id"))
     check("what nobody has read", (output, code), (b"[simulated device, serial number 1]", 0))
