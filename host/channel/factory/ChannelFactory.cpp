@@ -30,14 +30,16 @@ Made MakeTcp(ChannelOptions& options, const std::string& settings) {
   const auto address = ParseTcpAddress(settings);
   if (!address)
     return BadText(Quoted(options.text) + ": " + address.error());
-  return std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes", MakeTcpLink(*address));
+  return std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes",
+                                         [address = *address](Signal& wake) { return MakeTcpLink(address, wake); });
 }
 
 Made MakeSerial(ChannelOptions& options, const std::string& settings) {
   const auto line = ParseSerialLine(settings);
   if (!line)
     return BadText(Quoted(options.text) + ": " + line.error());
-  return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(), MakeSerialLink(*line));
+  return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(),
+                                         [line = *line](Signal& wake) { return MakeSerialLink(line, wake); });
 }
 
 Made MakeReplay(ChannelOptions& options, const std::string& settings) {

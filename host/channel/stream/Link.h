@@ -7,6 +7,7 @@
 #include <tl/expected.hpp>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,6 +19,8 @@ using LinkFailure = std::string;
 
 using LinkOpened = tl::expected<void, LinkFailure>;
 
+using LinkClock = std::chrono::steady_clock;
+
 // How long the making of a connection may take.
 inline constexpr std::chrono::seconds kConnectTime{10};
 
@@ -28,11 +31,12 @@ struct Movement {
   LinkFailure failure;       // not empty: the link has ended for good
 };
 
-// Everything but `WakeSignal` belongs to one thread, the one that drives the link. The destructor gives the system's
-// part back at once, together with whatever has not been sent.
+// Belongs to one thread, the one that drives it. The destructor gives the system's part back at once, together with
+// whatever has not been sent.
 class Link {
 public:
-  Link() = default;
+  // Raising the signal, which must outlive the link, ends the wait of the call that is under way, or of the next.
+  explicit Link(Signal& wake) : m_wake(wake) {}
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
   virtual ~Link() = default;
@@ -40,22 +44,31 @@ public:
   // 1. Makes the connection, within kConnectTime. A raised signal ends the attempt.
   virtual LinkOpened Open() = 0;
 
-  // 2. Again and again: waits until something has moved, the link has ended, or the signal is raised, which it clears.
+  // 2. Again and again: waits until something has moved, the link has ended, the signal is raised, which it clears, or
+  // `until` has come.
   //
   // `toSend` begins with the first byte that no call has reported as sent. Its bytes must stay where they are until
   // then, or until the link ends: the system may be reading them between two calls. Sent are those that closing the
   // link cannot lose any more, as far as the system tells.
   // Without `mayReceive` bytes are left to the system; those that were asked for before may still come.
-  virtual Movement Move(std::string_view toSend, bool mayReceive) = 0;
+  virtual Movement Move(std::string_view toSend, bool mayReceive, LinkClock::time_point until) = 0;
 
-  // Raising it ends the wait of the call that is under way, or of the next. [any thread, also after the link's end]
-  const std::shared_ptr<Signal>& WakeSignal() const { return m_wake; }
+protected:
+  Signal& WakeSignal() const { return m_wake; }
 
 private:
-  const std::shared_ptr<Signal> m_wake = std::make_shared<Signal>();
+  Signal& m_wake;
 };
 
-std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address);
-std::unique_ptr<Link> MakeSerialLink(const SerialLine& line);
+// Makes a link that is not open yet.
+using LinkMaker = std::function<std::unique_ptr<Link>(Signal& wake)>;
+
+std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address, Signal& wake);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, Signal& wake);
+
+// --- for the bodies
+
+// Whole milliseconds until then, rounded up and at most `longest`; 0 when it has passed.
+int MillisecondsUntil(LinkClock::time_point then, std::chrono::milliseconds longest);
 
 } // namespace host

@@ -6,9 +6,9 @@
 
 namespace host {
 
-StreamChannel::StreamChannel(std::string description, std::string configuration, std::unique_ptr<Link> link)
-    : ChannelSource(std::move(description), std::move(configuration)), m_wake(link->WakeSignal()),
-      m_thread(&StreamChannel::Run, this, std::move(link)) {}
+StreamChannel::StreamChannel(std::string description, std::string configuration, LinkMaker makeLink)
+    : ChannelSource(std::move(description), std::move(configuration)), m_makeLink(std::move(makeLink)),
+      m_thread(&StreamChannel::Run, this) {}
 
 StreamChannel::~StreamChannel() {
   {
@@ -16,7 +16,7 @@ StreamChannel::~StreamChannel() {
     m_changed.wait_for(guard, kFarewellTime, [this] { return m_state != State::kOpen || m_unsent == 0; });
     m_ending = true;
   }
-  m_wake->Raise();
+  m_wake.Raise();
   m_thread.join();
 }
 
@@ -56,7 +56,7 @@ tl::expected<std::size_t, std::int32_t> StreamChannel::ReceiveBytes(char* buffer
   const bool atEnd = m_incoming.Size() == 0 && received == 0 && !IsOpen();
   guard.unlock();
   if (wasFull)
-    m_wake->Raise();
+    m_wake.Raise();
   if (atEnd)
     return tl::unexpected(kNotOpen);
   return received;
@@ -73,7 +73,7 @@ std::int32_t StreamChannel::SendBytes(std::string_view bytes) {
   m_outgoing.append(bytes);
   m_unsent += bytes.size();
   guard.unlock();
-  m_wake->Raise();
+  m_wake.Raise();
   return kChannelOk;
 }
 
@@ -81,14 +81,13 @@ tl::expected<DeviceFiles*, std::int32_t> StreamChannel::Files() {
   return tl::unexpected(IsOpen() ? kNoDeviceFiles : kNotOpen);
 }
 
-void StreamChannel::Run(std::unique_ptr<Link> link) noexcept {
+void StreamChannel::Run() noexcept {
   LinkFailure failure;
   try {
-    failure = Drive(*link);
+    failure = OpenAndDrive();
   } catch (...) {
     failure = "Out of memory"; // short enough to need none
   }
-  link.reset(); // before the state says so: who sees it may want the port
   {
     const std::lock_guard guard(m_mutex);
     m_closedBecause = std::move(failure);
@@ -97,8 +96,10 @@ void StreamChannel::Run(std::unique_ptr<Link> link) noexcept {
   m_changed.notify_all();
 }
 
-LinkFailure StreamChannel::Drive(Link& link) {
-  if (auto opened = link.Open(); !opened)
+// The link ends with it, before the state says so: who sees that may want the port.
+LinkFailure StreamChannel::OpenAndDrive() {
+  const std::unique_ptr<Link> link = m_makeLink(m_wake);
+  if (auto opened = link->Open(); !opened)
     return std::move(opened.error());
   {
     const std::lock_guard guard(m_mutex);
@@ -106,9 +107,13 @@ LinkFailure StreamChannel::Drive(Link& link) {
     m_hasBeenOpen = true;
   }
   m_changed.notify_all();
+  return Drive(*link);
+}
+
+LinkFailure StreamChannel::Drive(Link& link) {
   LinkFailure failure;
   for (bool mayReceive = true; failure.empty() && Prepare(mayReceive);) {
-    Movement movement = link.Move(std::string_view(m_sending).substr(m_sent), mayReceive);
+    Movement movement = link.Move(std::string_view(m_sending).substr(m_sent), mayReceive, LinkClock::time_point::max());
     Settle(movement);
     failure = std::move(movement.failure);
   }

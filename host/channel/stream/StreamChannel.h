@@ -42,7 +42,7 @@ public:
   static constexpr std::chrono::seconds kPatience{2};
 
   // Begins to connect and returns. Texts as in ChannelSource.
-  StreamChannel(std::string description, std::string configuration, std::unique_ptr<Link> link);
+  StreamChannel(std::string description, std::string configuration, LinkMaker makeLink);
   ~StreamChannel() override;
 
   bool IsConnecting() override { return m_state == State::kConnecting; }
@@ -61,7 +61,9 @@ private:
   tl::expected<DeviceFiles*, std::int32_t> Files() override;
 
   // The thread, and its steps.
-  void Run(std::unique_ptr<Link> link) noexcept;
+  void Run() noexcept;
+  // The whole life of one link; why it has ended.
+  LinkFailure OpenAndDrive();
   LinkFailure Drive(Link& link);
   // False when the channel ends.
   bool Prepare(bool& mayReceive);
@@ -79,7 +81,8 @@ private:
   std::size_t m_unsent = 0; // bytes that were taken for sending and are not sent
   bool m_refused = false;   // some bytes were not even taken
   bool m_ending = false;
-  const std::shared_ptr<Signal> m_wake;
+  Signal m_wake;
+  const LinkMaker m_makeLink;
   std::thread m_thread; // last: it uses all of the above
 };
 

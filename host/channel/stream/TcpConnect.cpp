@@ -8,7 +8,6 @@
 namespace host {
 namespace {
 
-using std::chrono::steady_clock;
 using FoundAddresses = tl::expected<Addresses, LinkFailure>;
 
 // A look-up that is under way, shared by the thread that does it and the one that waits.
@@ -36,7 +35,7 @@ std::shared_ptr<LookUpState> StartLookUp(const TcpAddress& address) {
   return state;
 }
 
-FoundAddresses LookUpInTime(const TcpAddress& address, const Signal& end, ConnectDeadline deadline) {
+FoundAddresses LookUpInTime(const TcpAddress& address, const Signal& end, LinkClock::time_point deadline) {
   const auto state = StartLookUp(address);
   if (WaitForEither(end, state->done, deadline))
     return tl::unexpected(Ended());
@@ -49,14 +48,14 @@ FoundAddresses LookUpInTime(const TcpAddress& address, const Signal& end, Connec
 } // namespace
 
 LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
-                      const std::function<LinkOpened(const SocketAddress&, ConnectDeadline)>& connect) {
-  const ConnectDeadline deadline = steady_clock::now() + kConnectTime;
+                      const std::function<LinkOpened(const SocketAddress&, LinkClock::time_point)>& connect) {
+  const LinkClock::time_point deadline = LinkClock::now() + kConnectTime;
   const FoundAddresses addresses = LookUpInTime(address, end, deadline);
   if (!addresses)
     return tl::unexpected(addresses.error());
   LinkOpened opened = tl::unexpected(NoAnswer());
   for (std::size_t i = 0; i < addresses->size(); ++i) {
-    const auto now = steady_clock::now();
+    const auto now = LinkClock::now();
     const auto share = (deadline - now) / static_cast<int>(addresses->size() - i);
     opened = connect((*addresses)[i], now + share);
     if (opened)
@@ -67,11 +66,6 @@ LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
 
 LinkFailure NoAnswer() {
   return "No answer within " + std::to_string(kConnectTime.count()) + " s";
-}
-
-int MillisecondsUntil(ConnectDeadline deadline) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now()).count();
-  return left > 0 ? static_cast<int>(left) : 0;
 }
 
 } // namespace host

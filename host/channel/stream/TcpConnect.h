@@ -34,12 +34,10 @@ Addresses CopyAddresses(const AddressInfo* list) {
   return found;
 }
 
-using ConnectDeadline = std::chrono::steady_clock::time_point;
-
 // Looks the host up and passes its addresses to `connect`, one after the other until one answers; each has its share of
 // kConnectTime. `connect` gets the address and the time at which it is to give up. Ends early when `end` is raised.
 LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
-                      const std::function<LinkOpened(const SocketAddress&, ConnectDeadline)>& connect);
+                      const std::function<LinkOpened(const SocketAddress&, LinkClock::time_point)>& connect);
 
 // For an attempt that was ended; nobody sees it.
 inline LinkFailure Ended() {
@@ -48,14 +46,11 @@ inline LinkFailure Ended() {
 // "No answer within 10 s".
 LinkFailure NoAnswer();
 
-// Whole milliseconds until then, rounded up; 0 when it has passed.
-int MillisecondsUntil(ConnectDeadline deadline);
-
 // --- the system part
 
 // Looks a host up; may take as long as the system likes. [any thread]
 tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address);
 // Waits for one of two signals until then. True: `end` is raised.
-bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline);
+bool WaitForEither(const Signal& end, const Signal& other, LinkClock::time_point deadline);
 
 } // namespace host

@@ -13,7 +13,9 @@ namespace host {
 namespace {
 
 // The system does not tell when bytes have left, so it is asked this often while some are in flight.
-constexpr int kAskInterval = 5; // ms
+constexpr std::chrono::milliseconds kAskInterval{5};
+// Of a wait that only an event ends: nobody notices that it begins anew.
+constexpr std::chrono::hours kLongestWait{1};
 
 bool MeansLater(int error) {
   return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
@@ -31,19 +33,20 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
   return *this;
 }
 
-Movement DescriptorLink::Move(std::string_view toSend, bool mayReceive) {
+Movement DescriptorLink::Move(std::string_view toSend, bool mayReceive, LinkClock::time_point until) {
   const bool maySend = toSend.size() > m_inFlight;
   const int events = (mayReceive ? POLLIN : 0) | (maySend ? POLLOUT : 0);
   // A descriptor that nothing is wanted of is not asked: a broken one would be ready at once, again and again.
   pollfd waits[] = {{events != 0 ? m_descriptor.Number() : -1, static_cast<short>(events), 0},
-                    {static_cast<int>(WakeSignal()->Native()), POLLIN, 0}};
+                    {static_cast<int>(WakeSignal().Native()), POLLIN, 0}};
   Movement movement;
-  if (poll(waits, 2, m_inFlight != 0 ? kAskInterval : -1) < 0 && errno != EINTR) {
+  const int timeout = MillisecondsUntil(until, m_inFlight != 0 ? kAskInterval : kLongestWait);
+  if (poll(waits, 2, timeout) < 0 && errno != EINTR) {
     movement.failure = SystemErrorText(errno);
     return movement;
   }
   if (waits[1].revents != 0)
-    WakeSignal()->Clear();
+    WakeSignal().Clear();
   // What has arrived comes before the discovery that nothing can be sent any more.
   if (waits[0].revents != 0 && mayReceive)
     Receive(movement);

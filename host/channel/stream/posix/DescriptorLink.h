@@ -25,7 +25,9 @@ private:
 
 class DescriptorLink : public Link {
 public:
-  Movement Move(std::string_view toSend, bool mayReceive) final;
+  using Link::Link;
+
+  Movement Move(std::string_view toSend, bool mayReceive, LinkClock::time_point until) final;
 
 protected:
   // For `Open`: the descriptor, which does not block.

@@ -44,7 +44,7 @@ void Describe(const SerialLine& line, speed_t speed, termios& settings) {
 
 class SerialLink : public DescriptorLink {
 public:
-  explicit SerialLink(const SerialLine& line) : m_line(line) {}
+  SerialLink(const SerialLine& line, Signal& wake) : DescriptorLink(wake), m_line(line) {}
 
   // Without the flush, closing would wait until the line has taken what is left.
   ~SerialLink() override {
@@ -83,8 +83,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<Link> MakeSerialLink(const SerialLine& line) {
-  return std::make_unique<SerialLink>(line);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, Signal& wake) {
+  return std::make_unique<SerialLink>(line, wake);
 }
 
 } // namespace host

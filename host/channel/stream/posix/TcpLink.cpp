@@ -29,26 +29,26 @@ void SetOptions(const Descriptor& socket) {
 
 class TcpLink : public DescriptorLink {
 public:
-  explicit TcpLink(const TcpAddress& address) : m_address(address) {}
+  TcpLink(const TcpAddress& address, Signal& wake) : DescriptorLink(wake), m_address(address) {}
 
   LinkOpened Open() override {
-    return ConnectTcp(m_address, *WakeSignal(), [this](const SocketAddress& address, ConnectDeadline deadline) {
+    return ConnectTcp(m_address, WakeSignal(), [this](const SocketAddress& address, LinkClock::time_point deadline) {
       return Connect(address, deadline);
     });
   }
 
 private:
-  LinkOpened Connect(const SocketAddress& address, ConnectDeadline deadline) {
+  LinkOpened Connect(const SocketAddress& address, LinkClock::time_point deadline) {
     Descriptor made(socket(address.family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
     if (!made.IsOpen())
       return tl::unexpected(SystemErrorText(errno));
     const auto* const name = reinterpret_cast<const sockaddr*>(address.bytes.data());
     if (connect(made.Number(), name, static_cast<socklen_t>(address.size)) != 0 && errno != EINPROGRESS)
       return tl::unexpected(SystemErrorText(errno));
-    pollfd waits[] = {{made.Number(), POLLOUT, 0}, {static_cast<int>(WakeSignal()->Native()), POLLIN, 0}};
+    pollfd waits[] = {{made.Number(), POLLOUT, 0}, {static_cast<int>(WakeSignal().Native()), POLLIN, 0}};
     int ready = 0;
     do
-      ready = poll(waits, 2, MillisecondsUntil(deadline));
+      ready = poll(waits, 2, MillisecondsUntil(deadline, kConnectTime));
     while (ready < 0 && errno == EINTR);
     if (ready <= 0)
       return tl::unexpected(ready == 0 ? NoAnswer() : SystemErrorText(errno));
@@ -85,15 +85,15 @@ tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address) {
   return CopyAddresses(list);
 }
 
-bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline) {
+bool WaitForEither(const Signal& end, const Signal& other, LinkClock::time_point deadline) {
   pollfd waits[] = {{static_cast<int>(end.Native()), POLLIN, 0}, {static_cast<int>(other.Native()), POLLIN, 0}};
-  while (poll(waits, 2, MillisecondsUntil(deadline)) < 0 && errno == EINTR) {
+  while (poll(waits, 2, MillisecondsUntil(deadline, kConnectTime)) < 0 && errno == EINTR) {
   }
   return waits[0].revents != 0;
 }
 
-std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address) {
-  return std::make_unique<TcpLink>(address);
+std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address, Signal& wake) {
+  return std::make_unique<TcpLink>(address, wake);
 }
 
 } // namespace host

@@ -9,6 +9,9 @@
 namespace host {
 namespace {
 
+// Of a wait that only an event ends: nobody notices that it begins anew.
+constexpr std::chrono::hours kLongestWait{1};
+
 LinkFailure FailureOf(DWORD error) {
   return error != 0 ? SystemErrorText(static_cast<int>(error)) : LinkFailure();
 }
@@ -34,7 +37,7 @@ OVERLAPPED* Operation::Prepare() {
   return &m_record;
 }
 
-Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
+Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive, LinkClock::time_point until) {
   Movement movement;
   const auto start = [&](Operation& operation, auto begin) {
     if (operation.pending || !movement.failure.empty())
@@ -52,7 +55,7 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
     start(m_sending, [&](OVERLAPPED* record) { return StartSending(toSend.data(), size, record); });
   }
   if (movement.failure.empty())
-    Wait();
+    Wait(until);
   // What has arrived counts also when sending has just failed.
   FinishReceiving(movement);
   FinishSending(movement);
@@ -65,8 +68,8 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive) {
   return movement;
 }
 
-void OverlappedLink::Wait() {
-  const auto wake = reinterpret_cast<HANDLE>(WakeSignal()->Native());
+void OverlappedLink::Wait(LinkClock::time_point until) {
+  const auto wake = reinterpret_cast<HANDLE>(WakeSignal().Native());
   HANDLE handles[4] = {wake};
   DWORD count = 1;
   for (const Operation* operation : {&m_receiving, &m_sending}) {
@@ -75,8 +78,9 @@ void OverlappedLink::Wait() {
   }
   if (m_receiving.pending && EndEvent())
     handles[count++] = EndEvent();
-  if (WaitForMultipleObjects(count, handles, FALSE, INFINITE) == WAIT_OBJECT_0)
-    WakeSignal()->Clear();
+  const auto timeout = static_cast<DWORD>(MillisecondsUntil(until, kLongestWait));
+  if (WaitForMultipleObjects(count, handles, FALSE, timeout) == WAIT_OBJECT_0)
+    WakeSignal().Clear();
 }
 
 void OverlappedLink::FinishReceiving(Movement& movement) {

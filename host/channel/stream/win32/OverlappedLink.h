@@ -37,7 +37,9 @@ struct OperationResult {
 
 class OverlappedLink : public Link {
 public:
-  Movement Move(std::string_view toSend, bool mayReceive) final;
+  using Link::Link;
+
+  Movement Move(std::string_view toSend, bool mayReceive, LinkClock::time_point until) final;
 
 protected:
   // For `Open`: how much moves in one operation. Pieces are what can be counted and ended; the larger, the faster.
@@ -58,7 +60,7 @@ protected:
   virtual LinkFailure CheckEnd() { return {}; }
 
 private:
-  void Wait();
+  void Wait(LinkClock::time_point until);
   void FinishReceiving(Movement& movement);
   void FinishSending(Movement& movement);
 

@@ -38,7 +38,7 @@ DCB Describe(const SerialLine& line) {
 
 class SerialLink : public OverlappedLink {
 public:
-  explicit SerialLink(const SerialLine& line) : m_line(line) {}
+  SerialLink(const SerialLine& line, Signal& wake) : OverlappedLink(wake), m_line(line) {}
 
   ~SerialLink() override {
     if (m_port.IsOpen())
@@ -91,8 +91,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<Link> MakeSerialLink(const SerialLine& line) {
-  return std::make_unique<SerialLink>(line);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, Signal& wake) {
+  return std::make_unique<SerialLink>(line, wake);
 }
 
 } // namespace host

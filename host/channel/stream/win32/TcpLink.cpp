@@ -63,7 +63,7 @@ void SetOptions(const Socket& socket) {
 
 class TcpLink : public OverlappedLink {
 public:
-  explicit TcpLink(const TcpAddress& address) : m_address(address) {}
+  TcpLink(const TcpAddress& address, Signal& wake) : OverlappedLink(wake), m_address(address) {}
 
   ~TcpLink() override {
     if (!m_socket.IsOpen())
@@ -73,13 +73,13 @@ public:
   }
 
   LinkOpened Open() override {
-    return ConnectTcp(m_address, *WakeSignal(), [this](const SocketAddress& address, ConnectDeadline deadline) {
+    return ConnectTcp(m_address, WakeSignal(), [this](const SocketAddress& address, LinkClock::time_point deadline) {
       return Connect(address, deadline);
     });
   }
 
 private:
-  LinkOpened Connect(const SocketAddress& address, ConnectDeadline deadline) {
+  LinkOpened Connect(const SocketAddress& address, LinkClock::time_point deadline) {
     Signal connected; // outlives the socket that raises it
     Socket made(WSASocketW(address.family, SOCK_STREAM, IPPROTO_TCP, nullptr, 0,
                            WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT));
@@ -89,7 +89,7 @@ private:
     const auto* const name = reinterpret_cast<const sockaddr*>(address.bytes.data());
     if (connect(made.Get(), name, static_cast<int>(address.size)) != 0 && WSAGetLastError() != WSAEWOULDBLOCK)
       return tl::unexpected(LastFailure());
-    if (WaitForEither(*WakeSignal(), connected, deadline))
+    if (WaitForEither(WakeSignal(), connected, deadline))
       return tl::unexpected(Ended());
     WSANETWORKEVENTS events = {};
     if (WSAEnumNetworkEvents(made.Get(), event, &events) != 0)
@@ -170,14 +170,14 @@ tl::expected<Addresses, LinkFailure> LookUp(const TcpAddress& address) {
   return CopyAddresses(list);
 }
 
-bool WaitForEither(const Signal& end, const Signal& other, ConnectDeadline deadline) {
+bool WaitForEither(const Signal& end, const Signal& other, LinkClock::time_point deadline) {
   const HANDLE handles[] = {reinterpret_cast<HANDLE>(end.Native()), reinterpret_cast<HANDLE>(other.Native())};
-  const auto timeout = static_cast<DWORD>(MillisecondsUntil(deadline));
+  const auto timeout = static_cast<DWORD>(MillisecondsUntil(deadline, kConnectTime));
   return WaitForMultipleObjects(2, handles, FALSE, timeout) == WAIT_OBJECT_0;
 }
 
-std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address) {
-  return std::make_unique<TcpLink>(address);
+std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address, Signal& wake) {
+  return std::make_unique<TcpLink>(address, wake);
 }
 
 } // namespace host
