@@ -1,5 +1,6 @@
 // The sample host's command line. Without a command it opens the windows.
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/PortsCommand.h"
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/commandline/TraceCommand.h"
@@ -85,6 +86,8 @@ int Main(int argc, char** argv) {
     return List();
   case host::Command::kRun:
     return Run(*line);
+  case host::Command::kPorts:
+    return host::ShowPorts(kProgram);
   case host::Command::kTraceShow:
     return host::ShowTrace(kProgram, *line);
   case host::Command::kTraceExport:

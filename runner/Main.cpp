@@ -1,5 +1,6 @@
 // The native runner's command line.
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/PortsCommand.h"
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/RunCommand.h"
 #include "host/commandline/StandardStreams.h"
@@ -65,6 +66,8 @@ int Main(int argc, char** argv) {
     return host::SendCommand(kProgram, *line, Unescape);
   case host::Command::kTerm:
     return host::TermCommand(kProgram, *line, Unescape);
+  case host::Command::kPorts:
+    return host::ShowPorts(kProgram);
   case host::Command::kTraceShow:
     return host::ShowTrace(kProgram, *line);
   case host::Command::kTraceExport:

@@ -4,9 +4,15 @@
 
 #include "frame/contract/OndDeviceClient.h"
 
+#include <functional>
 #include <string>
 
 namespace host {
+
+// What becomes of a line that is opened again by itself when it is lost.
+enum class LineEvent { kLost, kOpenAgain };
+// `reason` tells users why it was lost. Throws nothing.
+using LineWatcher = std::function<void(LineEvent, const std::string& reason)>;
 
 // The contract's interface with an owner: the destructor stands behind the contract's slots and is the host's alone.
 class Channel : public COndDeviceComm_0 {
@@ -32,6 +38,9 @@ public:
   virtual std::string Notice() { return {}; }
   // Whether it is open or was: what a device says before it hangs up can still be read. [any thread]
   virtual bool HasBeenOpen() { return true; }
+  // From now on until the channel's end, tells the watcher what becomes of the line, on any thread, which it must not
+  // hold up. One watcher at a time.
+  virtual void WatchLine(LineWatcher) {}
 };
 
 } // namespace host

@@ -34,6 +34,8 @@ const char* ErrorCodeText(std::int64_t code) {
     return "Device files are not possible over a raw byte stream";
   case kNotOnTape:
     return "The tape has no such call";
+  case kLostWithLine:
+    return "The line was lost, and bytes with it";
   }
   return nullptr;
 }

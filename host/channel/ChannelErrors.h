@@ -21,7 +21,8 @@ enum ChannelError : std::int32_t {
   kNotOpen = 11,      // a channel that is closed tells why instead of the constant text
   kDataNotTaken = 12, // too much waits to be sent, or nothing moves
   kNoDeviceFiles = 13,
-  kNotOnTape = 14, // of a replayed channel; once the run differs from the tape, where and how
+  kNotOnTape = 14,    // of a replayed channel; once the run differs from the tape, where and how
+  kLostWithLine = 15, // bytes that were on their way
 };
 
 // The constant text of a code; null for a code that is none of the above.

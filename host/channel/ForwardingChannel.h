@@ -72,6 +72,10 @@ public:
   bool HasEnded() override { return m_inner->HasEnded(); }
   std::string Notice() override { return m_inner->Notice(); }
   bool HasBeenOpen() override { return m_inner->HasBeenOpen(); }
+  void WatchLine(LineWatcher watcher) override {
+    if (m_inner)
+      m_inner->WatchLine(std::move(watcher));
+  }
 
   const char* GetInfoString(std::uint32_t what, std::int64_t code) override {
     return Pass(ChannelOperation::kGetInfoString, {.number = what, .code = code},

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::string_view kShowDescription = "Prints a trace of a run as text, and what it amounts to";
 constexpr std::string_view kExportDescription = "Writes a trace as a capture file (pcapng), for network analysers";
+constexpr std::string_view kPortsDescription = "Prints the serial ports of this machine, as --channel takes them";
+constexpr std::string_view kPortsCodes = "Exits with 0, or with 4 when there is none.";
 constexpr std::string_view kTraceCodes =
     "Exits with 0, or with 5 when the trace cannot be read or is none, or the result cannot be written.";
 
@@ -62,6 +64,7 @@ constexpr CommandRow kCommands[] = {
      "  ondscript term --channel tcp:192.168.1.20:4000 --end lf --stamps --log bench.log\n"
      "  ondscript term <commands.txt\n",
      kTermNotes},
+    {"ondscript", Command::kPorts, "ports", kPortsDescription, "  ondscript ports\n", kPortsCodes},
     {"ondscript", Command::kTraceShow, "trace show", kShowDescription,
      "  ondscript trace show bench.jsonl\n"
      "  ondscript trace show bench.jsonl --only sent --only received --times last\n",
@@ -85,6 +88,7 @@ constexpr CommandRow kCommands[] = {
      "  ondhost run flash.dcs --fault TransmitFile:2=6\n"
      "  ondhost run power.dcs radio.dcs --answers bench.txt --timeout 60 --report html=A17.html\n",
      kRunCodes},
+    {"ondhost", Command::kPorts, "ports", kPortsDescription, "  ondhost ports\n", kPortsCodes},
     {"ondhost", Command::kTraceShow, "trace show", kShowDescription,
      "  ondhost trace show bench.jsonl\n"
      "  ondhost trace show bench.jsonl --only sent --only received --times last\n",
@@ -115,7 +119,7 @@ std::vector<OptionRow> MakeOptions() {
        Occurrence::kNeededRepeated},
       {kSend, "TEXT", "", "what is sent, one text behind the other", Occurrence::kNeededRepeated},
       {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
-      {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelForms()},
+      {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelFormsWithOptions()},
       {kWithChannel, "--device-dir", "FOLDER", "where the simulated device keeps its files"},
       {kWithChannel, "--block-time", "MS",
        "milliseconds that the simulated device takes for each block of 512 bytes of a transfer"},

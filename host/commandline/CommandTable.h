@@ -18,6 +18,7 @@ enum class Command : unsigned {
   kTraceExport = 64,
   kSend = 128,
   kTerm = 256,
+  kPorts = 512,
 };
 
 struct CommandRow {

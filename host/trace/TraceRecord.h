@@ -113,6 +113,8 @@ inline constexpr std::string_view kTraceEndEvent = "end";              // of the
 inline constexpr std::string_view kTraceOpened = "opened";             // the connection, when a run began
 inline constexpr std::string_view kTraceNotOpened = "notOpened";       // it never was; "code", "reason"
 inline constexpr std::string_view kTraceChannelEnded = "channelEnded"; // for good; "code", "reason"
-inline constexpr std::string_view kTraceNotSent = "notSent";           // at the end of a run; "code", "reason"
+inline constexpr std::string_view kTraceLineLost = "lineLost";         // to be opened again; "reason"
+inline constexpr std::string_view kTraceLineOpenAgain = "lineOpenAgain";
+inline constexpr std::string_view kTraceNotSent = "notSent"; // at the end of a run; "code", "reason"
 
 } // namespace host

@@ -36,7 +36,23 @@ bool TakeGivenBy(const ChannelCall& call, TraceCall& record) noexcept {
   }
 }
 
+void WriteLineEvent(TraceFork& sinks, LineEvent event, const std::string& reason) noexcept {
+  try {
+    if (event == LineEvent::kLost)
+      sinks.Write(TraceEvent{std::string(kTraceLineLost), sinks.Clock().Now(), {{"reason", reason}}});
+    else
+      sinks.Write(TraceEvent{std::string(kTraceLineOpenAgain), sinks.Clock().Now(), {}});
+  } catch (const std::bad_alloc&) {
+    // The line matters more.
+  }
+}
+
 } // namespace
+
+TracingChannel::TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks)
+    : ForwardingChannel(std::move(inner)), m_sinks(sinks), m_looks(looks) {
+  WatchLine([&sinks](LineEvent event, const std::string& reason) { WriteLineEvent(sinks, event, reason); });
+}
 
 void TracingChannel::Around(ChannelCall& call) {
   TraceCall record;

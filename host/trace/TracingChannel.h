@@ -15,8 +15,7 @@ enum class TraceLooks { kTraced, kLeftOut };
 // Goes around all other decorators that have a say in what clients see. The sinks outlive it. [as the channel inside]
 class TracingChannel : public ForwardingChannel {
 public:
-  TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks = TraceLooks::kTraced)
-      : ForwardingChannel(std::move(inner)), m_sinks(sinks), m_looks(looks) {}
+  TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks = TraceLooks::kTraced);
 
   // What a replay has to know beside the calls.
   std::int32_t WaitUntilOpen() override;

@@ -3,12 +3,15 @@
 //   echo BYTES   sends bytes of all values and compares what comes back
 //   flood BYTES  sends to a device that may not read, in pieces of 1 MiB, and ends without waiting
 //   watch MS     reads nothing for so long, then everything until the end of the connection
+//   collect BYTES  reads so many over a line that is opened again and again, and looks at it once more when it is lost
 //   leave        ends the channel at once
+//   ports        prints the serial ports instead; CHANNEL is the folder where the system's files begin
 //
-// All but `flood` also tell what every operation answers in the end. Prints one "NAME VALUE" for a line. No operation
-// waits for the device, so the longest of all calls is among them.
+// All but `flood` and `ports` also tell what every operation answers in the end. Prints one "NAME VALUE" for a line. No
+// operation waits for the device, so the longest of all calls is among them.
 #include "host/channel/ChannelErrors.h"
 #include "host/channel/factory/ChannelFactory.h"
+#include "host/channel/stream/SerialPorts.h"
 
 #include <algorithm>
 #include <chrono>
@@ -159,6 +162,14 @@ void Watch(host::Channel& channel, milliseconds pause) {
   PrintCodes(channel);
 }
 
+void Collect(host::Channel& channel, std::size_t size) {
+  std::string received;
+  WaitFor("all bytes", [&] { return ReceiveAll(channel, received) == 0 && received.size() >= size; });
+  WaitFor("the line to be lost", [&] { return !IsOpen(channel); });
+  Print("received", received.size());
+  PrintCodes(channel);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -167,6 +178,10 @@ int main(int argc, char** argv) {
   host::ChannelOptions options;
   options.text = argv[1];
   const std::string scenario = argv[2];
+  if (scenario == "ports") {
+    std::cout << host::SerialPortLines(host::ListSerialPorts(argv[1]));
+    return 0;
+  }
   const std::size_t number = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 0;
 
   auto made = Timed([&] { return host::MakeChannel(options); });
@@ -181,6 +196,8 @@ int main(int argc, char** argv) {
     Flood(*channel, number);
   else if (scenario == "watch")
     Watch(*channel, milliseconds(number));
+  else if (scenario == "collect")
+    Collect(*channel, number);
   else
     PrintCodes(*channel);
   PrintTime("longest-call", g_longestCall);

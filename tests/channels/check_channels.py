@@ -6,6 +6,7 @@ Windows programs. TCP peers are sockets of this machine, serial ports are pseudo
 the name of a COM port. The commands and the script in PAGE (docs/channels.md) are run as they stand there.
 """
 
+import concurrent.futures
 import contextlib
 import os
 import pathlib
@@ -67,6 +68,14 @@ def script(channel, text, code=0, output=b"", message=b"", options=()):
     fits = got_code == code and same and (message in got_messages if message else not got_messages)
     check(f"a script over {channel}: {text[:60]}", fits, f"  exit code {got_code}, expected {code}\n  output {got_output},"
           f" expected {output}\n  messages {got_messages}, expected {message}")
+
+
+@contextlib.contextmanager
+def running(channel, text):
+    """The same while the caller is the device: a function that waits for exit code, output and messages."""
+    with concurrent.futures.ThreadPoolExecutor() as executor:
+        result = executor.submit(run, launcher + [runner, "run", "-", "--channel", channel], text)
+        yield result.result
 
 
 def check_echo(channel):
@@ -230,7 +239,7 @@ def serial_name(path):
 
 def check_serial():
     with serial_name(os.path.abspath("port")) as name:
-        check_closed(f"serial:{name}:9600", "No such file or directory|File not found", was_open="no")
+        check_closed(f"serial:{name}:9600", "There is no such serial port", was_open="no")
         with peers.serial_echo("."):
             check_echo(f"serial:{name}:115200")
         with peers.serial_echo("."):  # another one at the same place
@@ -246,6 +255,146 @@ def check_serial():
             check("a serial port that vanishes ends", int(told.get("received", 64 * MEGABYTE)) < 64 * MEGABYTE and
                   told.get("same") == told.get("received"), told)
         check_serial_end(name)
+        check_serial_options(name)
+        check_unplugged(name)
+
+
+def check_reconnect():
+    with peers.Server(peers.speak_and_close, clients=20) as server:  # the channel ends while it tries again
+        told = probe(f"tcp:127.0.0.1:{server.port},reconnect", "collect", 20 * len("last words\n"))
+        check("a line that is lost again and again", told.get("received") == "220" and told.get("codes") == "0 0 13 13 13 13 13"
+              and re.fullmatch("(Connection closed by the device|Connection refused); trying again", told.get("text", "")), told)
+    # What is sent to a lost line waits for it.
+    again = LISTEN + rb'delay(300); s = ""; n = 0; transmitstring("y");' + LISTEN.split(b"\n", 1)[1]
+    for keep_going in ((), ("--keep-going",)):
+        with peers.Server(peers.answer_and_close, clients=2) as server:
+            script(f"tcp:127.0.0.1:{server.port},reconnect", again, 0, b"heard answer\n\nheard answer\n\n",
+                   options=("--trace", "again.jsonl", *keep_going))
+        events = re.findall(r'"event":"(line\w+)"(?:,"reason":"(.*?)")?', pathlib.Path("again.jsonl").read_text())
+        check("a reconnection is in the trace", events[:2] == [("lineLost", "Connection closed by the device"),
+                                                               ("lineOpenAgain", "")], events)
+    with peers.Server(peers.talk_and_reset) as server:  # what was on its way is lost
+        script(f"tcp:127.0.0.1:{server.port},reconnect", SEND % 23, 4,
+               message=b",reconnect: not everything was sent: The line was lost, and bytes with it")
+    with peers.Server(peers.answer_and_close) as server:  # what waits for a line that stays away
+        script(f"tcp:127.0.0.1:{server.port},reconnect", LISTEN + b'delay(300); transmitstring("y");', 4,
+               b"heard answer\n\n", b"not everything was sent: Connection refused; trying again")
+    with peers.Server(peers.answer_and_close) as server:  # a stop while it pauses or tries
+        script(f"tcp:127.0.0.1:{server.port},reconnect", LISTEN + b"while (1) { s = receivestring(); delay(10); }", 11,
+               b"heard answer\n\n" + ABORTED, b"longer than --timeout", ("--timeout", "2"))
+    refused = f"tcp:127.0.0.1:{peers.unused_port()},reconnect"  # it was never there
+    script(refused, b'print("not run");', code=4, message=refused.encode() + b": Connection refused")
+
+
+def check_pace():
+    for options, text, pauses in (("chardelay=20", "0123456789", 9 * 0.02),
+                                  ("linedelay=100", r"one\r\ntwo\rthree\nfour", 3 * 0.1),
+                                  ("linedelay=100,chardelay=10", r"ab\r\nc", 3 * 0.01 + 0.1)):
+        with peers.Server(peers.collect_times) as server:
+            script(f"tcp:127.0.0.1:{server.port},{options}", f'transmitstring("{text}");'.encode())
+            time, received = server.answer()
+            check(f"{options} keeps the pauses", received == text.encode().decode("unicode_escape").encode() and
+                  time > pauses - 0.02, (time, received))
+    with peers.tcp_echo(".") as port:
+        told = probe(f"tcp:127.0.0.1:{port},chardelay=10", "echo", 100)
+        check("a pace holds no call up", told.get("same") == "100", told)
+
+
+# A pseudo terminal drops what nobody has read yet when its other end is closed.
+STAY = b' s = ""; while (s == "") { s = receivestring(); }'
+
+
+def check_serial_options(name):
+    channel = f"serial:{name}:115200,"
+    for flow in ("none", "xonxoff", "rtscts"):
+        with peers.Terminal(".") as terminal, running(channel + f"flow={flow},break=50", ASK + b'transmitstring("more");' + STAY) as result:
+            check(f"flow={flow}: the script asks", terminal.read() == b"ask\n")
+            check(f"flow={flow} is set", terminal.flow() == flow, terminal.flow())
+            hold = b"\x13" if flow == "xonxoff" else b""
+            terminal.write(hold + b"go\n")
+            if hold:
+                check("a device holds the host up", terminal.read(0.5) == b"")
+                terminal.write(b"\x11")
+            check(f"flow={flow}: the rest comes", terminal.read() == b"more")
+            terminal.write(b"bye\n")
+            check(f"flow={flow}: the script ends", result() == (0, b"go\n", b""), result())
+    with peers.Terminal(".") as terminal, running(channel + "linedelay=200", b'var string s; transmitstring("a\\rb\\rc");' + STAY) as result:
+        begun, text, part = peers.time.monotonic(), b"", b"first"
+        while part and not text.endswith(b"c"):
+            part = terminal.read()
+            text += part
+        time = peers.time.monotonic() - begun  # from before the first line
+        terminal.write(b"bye\n")
+        check("a serial line keeps the pauses", text == b"a\rb\rc" and time > 0.4 and result()[0] == 0, (text, time))
+    if not launcher:  # a pseudo terminal has no such line, which Wine does not tell
+        with peers.Terminal("."):
+            script(channel + "dtr=off", b"", 4, message=b"The serial port cannot set DTR")
+        with peers.Terminal(".") as terminal:
+            peers.fcntl.flock(terminal.device, peers.fcntl.LOCK_EX)
+            script(channel + "reconnect", b"", 4, message=b"The serial port is in use by another program")
+
+
+def check_unplugged(name):
+    waits = ASK + b"while (1) { s = receivestring(); delay(10); }"
+    with peers.Terminal(".") as terminal, running(f"serial:{name}:115200", waits) as result:
+        terminal.read()
+        terminal.write(b"go\n")
+        terminal.vanish()
+        begun = peers.time.monotonic()
+        code, output, messages = result()
+        time = peers.time.monotonic() - begun
+        check("a port that is pulled out is noticed", code == 4 and time < 2, f"{code} {output} {messages}, after {time} s")
+    with peers.Terminal(".") as terminal, running(f"serial:{name}:115200,reconnect", ASK) as result:
+        check("the script asks", terminal.read() == b"ask\n")
+        terminal.vanish()
+        with peers.Terminal(".") as same:  # plugged in again
+            same.write(b"go\n")
+            code, output, messages = result()
+        check("a port that is plugged in again goes on", (code, output) == (0, b"go\n"), f"{code} {output} {messages}")
+
+
+PORT_LINES = rb"(serial:\S+:BAUD(  +\S.*)?\r?\n)+"
+
+
+def check_ports():
+    """Of a made-up system with two USB ports, a built-in one, an empty place and a terminal that is no port."""
+    def write(path, text=""):
+        path = pathlib.Path("system", path)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+
+    def link(path, target):
+        path = pathlib.Path("system", path)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.symlink_to(os.path.relpath(pathlib.Path("system", target), path.parent))
+
+    usb = "sys/devices/pci0/usb1"
+    for place, name, facts in (
+            (f"{usb}/1-1/1-1:1.0/ttyUSB2", "ttyUSB2", {"manufacturer": "Maker", "product": "USB UART", "serial": "A17"}),
+            (f"{usb}/1-2/1-2:1.0/ttyUSB10", "ttyUSB10", {"product": "Adapter"}),
+            ("sys/devices/platform/serial8250/0", "ttyS0", {}), ("sys/devices/platform/serial8250/1", "ttyS1", {})):
+        write(f"sys/bus/drivers/{name[:-1]}/name")
+        write(f"{place}/uevent")
+        link(f"{place}/driver", f"sys/bus/drivers/{name[:-1]}")
+        for fact, text in facts.items():
+            write(f"{usb}/1-{1 if name == 'ttyUSB2' else 2}/{fact}", text + "\n")
+        write(f"sys/class/tty/{name}/type", "0\n" if name == "ttyS1" else "4\n")
+        link(f"sys/class/tty/{name}/device", place)
+    write("sys/class/tty/tty0/dev", "4:0\n")
+    link("dev/serial/by-id/usb-Maker_A17", "dev/ttyUSB2")
+    code, output, _ = run(launcher + [probe_program, "system", "ports"])
+    check("ports are listed", code == 0 and output.decode().splitlines() == [
+        "serial:/dev/ttyS0:BAUD     driver ttyS",
+        "serial:/dev/ttyUSB2:BAUD   Maker USB UART, serial number A17; always /dev/serial/by-id/usb-Maker_A17",
+        "serial:/dev/ttyUSB10:BAUD  Adapter"], output.decode())
+
+
+def check_ports_of_this_machine():
+    code, output, messages = run(launcher + [runner, "ports"])
+    name = os.path.basename(runner).removesuffix(".exe").encode()
+    found = code == 0 and re.fullmatch(PORT_LINES, output) and not messages
+    none = code == 4 and not output and messages.strip() == name + b": no serial port found"
+    check("ports of this machine", found or none, (code, output, messages))
 
 
 def check_texts():
@@ -255,11 +404,28 @@ def check_texts():
         ("tcp:host:65536", b'the port "65536" is not a number from 1 to 65535'),
         ("serial:COM3", b"expected serial:PORT:BAUD"),
         ("serial:COM3:9600:4N1", b'"4N1" is neither a speed nor a format'),
+        ("serial:COM3:9600,chardelay=-1", b"chardelay=-1: expected milliseconds, 0 to 60000"),
+        ("serial:COM3:9600,linedelay=60001", b"linedelay=60001: expected milliseconds, 0 to 60000"),
+        ("serial:COM3:9600:8N1,dtr=maybe", b"dtr=maybe: expected on or off"),
+        ("serial:COM3:9600,rts=", b"rts=: expected on or off"),
+        ("serial:COM3:9600,break", b"break: expected milliseconds, 1 to 5000"),
+        ("serial:COM3:9600,break=0", b"break=0: expected milliseconds, 1 to 5000"),
+        ("serial:COM3:9600,break=5001", b"break=5001: expected milliseconds, 1 to 5000"),
+        ("serial:COM3:9600,flow=all", b"flow=all: expected none, xonxoff or rtscts"),
+        ("serial:COM3:9600,flow=rtscts,rts=off", b"rts does not go with flow=rtscts"),
+        ("serial:COM3:9600,reconnect=5", b"reconnect takes no value"),
+        ("serial:COM3:9600,dtr=on,reconnect,dtr=on", b"dtr is given twice"),
+        ("serial:COM3:9600,", b'"" is no option; there are: reconnect, chardelay=MS, linedelay=MS, dtr=on|off, '),
+        ("serial:COM3:9600,CHARDELAY=1", b'"CHARDELAY=1" is no option'),
+        ("tcp:[::1]:4000,dtr=on", b"dtr is for serial ports only"),
+        ("tcp:host:1,speed=9600", b'"speed=9600" is no option; there are: reconnect, chardelay=MS, linedelay=MS'),
         ("serial:COM3:4294967296", b'the speed "4294967296" is not a number of bits per second'),
     ):
         script(channel, b"", code=2, message=b'--channel: "' + channel.encode() + b'": ' + message)
+    script("sim,reconnect", b"", code=2, message=b'--channel: unknown channel "sim,reconnect"; there are: sim')
     # Understood, though there is nothing.
-    for channel in ("tcp:[fe80::1%none]:22", "serial:/dev/pci-0:14.0:1:115200:7e2", "serial:\\\\.\\COM12:4294967295"):
+    for channel in ("tcp:[fe80::1%none]:22", "serial:/dev/pci-0:14.0:1:115200:7e2", "serial:\\\\.\\COM12:4294967295",
+                    "serial:a,b:9600,linedelay=60000,flow=none,reconnect"):
         script(channel, b"", code=4, message=channel.encode() + b": ")
 
 
@@ -270,8 +436,10 @@ def check_page():
     def blocks(language):
         return re.findall(rf"^```{language}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
 
-    tcp_device, tcp_run, serial_device, serial_run = (shlex.split(block) for block in blocks("sh"))
-    (lines,), (output,) = blocks("dcs"), blocks("text")
+    tcp_device, tcp_run, serial_device, serial_run, tcp_paced, serial_again = (shlex.split(block) for block in blocks("sh"))
+    (lines,), (output, paced, ports, again) = blocks("dcs"), blocks("text")
+    check(f"{page}: every run prints the same", paced == output and again == output)
+    check(f"{page}: ports look so", re.fullmatch(PORT_LINES, ports.encode()))
     pathlib.Path("ask.dcs").write_text(lines)
     shutil.copytree(pathlib.Path(page).parent.parent / "lib", "lib")
 
@@ -282,9 +450,11 @@ def check_page():
 
     with peers.tcp_server(".", *(part.replace(":4000", ":0") for part in tcp_device[1:])) as port:
         run_as_shown(tcp_run, ":4000", f":{port}")
+        run_as_shown(tcp_paced, ":4000", f":{port}")
     with serial_name(os.path.abspath("port")) as name:
         with peers.serial_port(".", *(part.replace("/tmp/bench", os.path.abspath("port")) for part in serial_device[1:])):
             run_as_shown(serial_run, "/tmp/bench", name)
+            run_as_shown(serial_again, "/tmp/bench", name)
 
 
 page, probe_program, runner, *launcher = [os.path.abspath(argument) for argument in sys.argv[1:]]
@@ -296,6 +466,11 @@ with tempfile.TemporaryDirectory() as folder:
     check_tcp_end()
     check_tcp_that_waits()
     check_last_bytes()
+    check_reconnect()
+    check_pace()
     check_serial()
+    if not launcher:  # Windows does not show its ports as files
+        check_ports()
+    check_ports_of_this_machine()
     check_page()
 sys.exit(1 if failures else 0)

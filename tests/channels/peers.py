@@ -2,13 +2,19 @@
 names what it waits for."""
 
 import contextlib
+import fcntl
+import os
 import pathlib
+import pty
 import re
+import select
 import socket
 import struct
 import subprocess
+import termios
 import threading
 import time
+import tty
 
 PATIENCE = 30  # seconds
 
@@ -77,10 +83,49 @@ def serial_echo(folder):
     return serial_port(folder, f"PTY,link={folder}/port,raw,echo=0", "PIPE")
 
 
-class Server:
-    """A TCP server for one client, which `serve(connection)` handles on a thread of its own."""
+class Terminal:
+    """A serial port `folder`/port whose other end is this object, so that its settings can be seen."""
 
-    def __init__(self, serve):
+    def __init__(self, folder):
+        self.link = pathlib.Path(folder, "port")
+
+    def __enter__(self):
+        self.end, self.device = pty.openpty()
+        tty.setraw(self.device)
+        self.link.unlink(missing_ok=True)
+        self.link.symlink_to(os.ttyname(self.device))
+        return self
+
+    def __exit__(self, *_):
+        self.vanish()
+        os.close(self.device)
+        self.link.unlink(missing_ok=True)
+
+    def vanish(self):
+        """As a device does that is pulled out."""
+        if self.end is not None:
+            os.close(self.end)
+            self.end = None
+
+    def read(self, patience=PATIENCE):
+        """What comes next; nothing when nothing does."""
+        return os.read(self.end, 4096) if select.select([self.end], [], [], patience)[0] else b""
+
+    def write(self, text):
+        os.write(self.end, text)
+
+    def flow(self):
+        """The flow control that is set, as channels call it."""
+        iflag, _, cflag, *_ = termios.tcgetattr(self.end)
+        return "rtscts" if cflag & termios.CRTSCTS else "xonxoff" if iflag & termios.IXON and iflag & termios.IXOFF else "none"
+
+
+class Server:
+    """A TCP server for one client after the other, which `serve(connection)` handles on a thread of its own; behind the last of
+    them, nobody listens any more."""
+
+    def __init__(self, serve, clients=1):
+        self.clients = clients
         self.listener = socket.create_server(("127.0.0.1", 0))
         self.listener.settimeout(PATIENCE)
         self.port = self.listener.getsockname()[1]
@@ -91,10 +136,13 @@ class Server:
 
     def run(self):
         try:
-            connection, _ = self.listener.accept()
-            with connection:
-                connection.settimeout(PATIENCE)
-                self.result = self.serve(connection, self.ended)
+            for left in reversed(range(self.clients)):
+                connection, _ = self.listener.accept()
+                if left == 0:
+                    self.listener.close()
+                with connection:
+                    connection.settimeout(PATIENCE)
+                    self.result = self.serve(connection, self.ended)
         except OSError as error:
             self.result = error
 
@@ -132,6 +180,16 @@ def collect_slowly(connection, ended):
     return b"".join(parts)
 
 
+def collect_times(connection, _):
+    """When the first and the last byte came, and all of them."""
+    first, parts = None, []
+    while part := connection.recv(65536):
+        last = time.monotonic()
+        first = first or last
+        parts.append(part)
+    return last - first, b"".join(parts)
+
+
 def never_read(_, ended):
     ended.wait(PATIENCE)
 
@@ -149,15 +207,16 @@ def collect_and_talk(connection, ended):
 
 
 TALK = 64 << 20  # bytes; more than a client and the system keep for later
+WORDS = memoryview(pattern(TALK))  # made before somebody waits for them
 
 
 def talk_and_close(connection, _):
     """Talks until nobody takes it any more; how much that was."""
     connection.settimeout(1)
-    words, taken = memoryview(pattern(TALK)), 0
+    taken = 0
     with contextlib.suppress(TimeoutError):
         while taken < TALK:
-            taken += connection.send(words[taken:])
+            taken += connection.send(WORDS[taken:])
     return taken
 
 

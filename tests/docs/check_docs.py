@@ -3,7 +3,7 @@
 
 The picture of a run in README.md is the output of examples/hello.dcs, the code of docs/host-guide.md stands in the host that
 the tests build, links lead to files of the project and to headings of its pages, and docs/channels.md names the kinds of
-channels, operations and codes that there are.
+channels, their options, operations and codes that there are.
 """
 
 import pathlib
@@ -64,7 +64,9 @@ def check_channels(root, ondscript):
         return re.split(", ", re.search(r"there are:? (.*)$", run.stderr, re.MULTILINE)[1])
 
     page = (root / "docs/channels.md").read_text()
-    kinds = re.findall(r"^\| `([^`]+)` \|", page, re.MULTILINE)
+    kinds_table, options_table = page.split("\n## Options of lines\n")
+    kinds = re.findall(r"^\| `([^`]+)` \|", kinds_table, re.MULTILINE)
+    options = re.findall(r"^\| `(\w+)", options_table, re.MULTILINE)
     operations = re.findall(r"`(\w+)`", re.search(r"The operations are (.*?)\. ", page, re.DOTALL)[1])
     codes = re.findall(r"^\| (\d+) \| ([^;|]+?)(?:;.*)? \|$", page, re.MULTILINE)
     source = (root / "host/channel/ChannelErrors").with_suffix
@@ -72,6 +74,7 @@ def check_channels(root, ondscript):
     texts = re.findall(r'case (k\w+):\s+return "(.*?)";', source(".cpp").read_text())
     for name, shown, wanted in (
         ("kinds", kinds, known("--channel", "?")),
+        ("options", options, [form.split("=")[0] for form in known("--channel", "serial:PORT:9600,?")]),
         ("operations", operations, known("--fault", "?=1")),
         ("codes", codes, [(numbers[code], text) for code, text in texts]),
     ):

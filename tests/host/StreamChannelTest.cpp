@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <new>
+#include <vector>
 
 using namespace host;
 using std::chrono::steady_clock;
@@ -24,10 +25,10 @@ struct Wire {
 
 class FakeLink : public Link {
 public:
-  explicit FakeLink(Wire& wire) : m_wire(wire) {}
+  FakeLink(Wire& wire, Signal& wake) : Link(wake), m_wire(wire) {}
 
   LinkOpened Open() override { return {}; }
-  Movement Move(std::string_view toSend, bool) override {
+  Movement Move(std::string_view toSend, bool, LinkClock::time_point) override {
     std::this_thread::sleep_for(kPause); // instead of waiting for the signal
     if (m_wire.outOfMemory)
       throw std::bad_alloc();
@@ -45,8 +46,8 @@ private:
 // A channel over a wire, connected.
 struct Stream {
   Wire wire;
-  std::unique_ptr<Channel> channel =
-      std::make_unique<StreamChannel>("Fake", "settings", std::make_unique<FakeLink>(wire));
+  std::unique_ptr<Channel> channel = std::make_unique<StreamChannel>(
+      "Fake", "settings", [this](Signal& wake) { return std::make_unique<FakeLink>(wire, wake); }, LineOptions());
 
   Stream() { REQUIRE(channel->WaitUntilOpen() == kChannelOk); }
 
@@ -117,4 +118,47 @@ TEST_CASE("stream: an end with nothing to send does not wait") {
     quickest = std::min(quickest, steady_clock::now() - start);
   }
   CHECK(quickest < StreamChannel::kFarewellTime);
+}
+
+TEST_CASE("stream: what a pace lets through, and when") {
+  using std::chrono::milliseconds;
+  const LinkClock::time_point start{};
+  const std::string_view text = "ab\r\nc\n\rd";
+  struct Row {
+    Pace pace;
+    std::vector<std::string_view> pieces;
+    std::vector<int> times; // ms, of each piece
+  };
+  const Row rows[] = {
+      {{}, {text}, {0}},
+      {{milliseconds(0), milliseconds(50)}, {"ab\r\n", "c\n", "\r", "d"}, {0, 50, 100, 150}},
+      {{milliseconds(10), milliseconds(50)},
+       {"a", "b", "\r", "\n", "c", "\n", "\r", "d"},
+       {0, 10, 20, 30, 80, 90, 140, 190}},
+      {{milliseconds(10), milliseconds(0)},
+       {"a", "b", "\r", "\n", "c", "\n", "\r", "d"},
+       {0, 10, 20, 30, 40, 50, 60, 70}},
+      {{milliseconds(0), milliseconds(50), milliseconds(1)}, {"ab\r\n", "c\n", "\r", "d"}, {0, 54, 106, 157}},
+  };
+  for (const Row& row : rows) {
+    Pacer pacer(row.pace);
+    std::size_t sent = 0;
+    auto now = start;
+    for (std::size_t i = 0; i < row.pieces.size(); ++i) {
+      CAPTURE(i);
+      const std::string_view unsent = text.substr(sent);
+      if (i != 0)
+        CHECK(pacer.LetThrough(unsent, now - milliseconds(1)).empty());
+      CHECK(pacer.LetThrough(unsent, now) == row.pieces[i]);
+      CHECK(now == start + milliseconds(row.times[i]));
+      if (row.pace.characterTime.count() != 0) { // nothing more may go before this is sent
+        CHECK(pacer.NextTime(unsent) == LinkClock::time_point::max());
+        CHECK(pacer.LetThrough(unsent, now + std::chrono::hours(1)) == row.pieces[i]);
+      }
+      pacer.Sent(row.pieces[i].size());
+      sent += row.pieces[i].size();
+      now = pacer.NextTime(text.substr(sent));
+    }
+    CHECK(now == LinkClock::time_point::max());
+  }
 }

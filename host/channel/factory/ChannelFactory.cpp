@@ -26,20 +26,39 @@ Made MakeSimulated(ChannelOptions& options, const std::string& settings) {
   return std::make_unique<SimulatedDevice>(std::move(*parts));
 }
 
+// ",a,b" as part of a sentence.
+std::string Shown(const std::string& optionText) {
+  std::string shown;
+  for (const char c : optionText)
+    shown.append(c == ',' ? ", " : std::string(1, c));
+  return shown;
+}
+
 Made MakeTcp(ChannelOptions& options, const std::string& settings) {
-  const auto address = ParseTcpAddress(settings);
+  const auto [form, optionText] = SplitLineOptions(settings);
+  const auto address = ParseTcpAddress(form);
   if (!address)
     return BadText(Quoted(options.text) + ": " + address.error());
-  return std::make_unique<StreamChannel>("TCP connection to " + address->Text(), "raw bytes",
-                                         [address = *address](Signal& wake) { return MakeTcpLink(address, wake); });
+  const auto line = ParseLineOptions(LineKind::kTcp, optionText);
+  if (!line)
+    return BadText(Quoted(options.text) + ": " + line.error());
+  return std::make_unique<StreamChannel>(
+      "TCP connection to " + address->Text(), "raw bytes" + Shown(optionText),
+      [address = *address](Signal& wake) { return MakeTcpLink(address, wake); }, *line);
 }
 
 Made MakeSerial(ChannelOptions& options, const std::string& settings) {
-  const auto line = ParseSerialLine(settings);
+  const auto [form, optionText] = SplitLineOptions(settings);
+  const auto port = ParseSerialLine(form);
+  if (!port)
+    return BadText(Quoted(options.text) + ": " + port.error());
+  auto line = ParseLineOptions(LineKind::kSerial, optionText);
   if (!line)
     return BadText(Quoted(options.text) + ": " + line.error());
-  return std::make_unique<StreamChannel>("Serial port " + line->port, line->Settings(),
-                                         [line = *line](Signal& wake) { return MakeSerialLink(line, wake); });
+  line->pace.characterTime = port->CharacterTime();
+  return std::make_unique<StreamChannel>(
+      "Serial port " + port->port, port->Settings() + Shown(optionText),
+      [port = *port, how = line->serial](Signal& wake) { return MakeSerialLink(port, how, wake); }, *line);
 }
 
 Made MakeReplay(ChannelOptions& options, const std::string& settings) {
@@ -81,6 +100,11 @@ std::string ChannelForms() {
   for (const ChannelKind& kind : kKinds)
     forms.append(forms.empty() ? "" : ", ").append(kind.form);
   return forms;
+}
+
+std::string ChannelFormsWithOptions() {
+  return ChannelForms() + "; behind tcp, each with a comma, " + LineOptionForms(LineKind::kTcp) + "; behind serial " +
+         LineOptionForms(LineKind::kSerial);
 }
 
 Made MakeChannel(const ChannelOptions& wanted) {

@@ -26,6 +26,8 @@ struct ChannelFailure {
 
 // The forms of ChannelOptions::text, one for each kind of channel, for users: "sim, tcp:HOST:PORT, …".
 std::string ChannelForms();
+// The same with the options that stand behind the commas of lines.
+std::string ChannelFormsWithOptions();
 
 // Does not wait for a connection: the channel, never null, may still be connecting, see `Channel::WaitUntilOpen`.
 tl::expected<std::unique_ptr<Channel>, ChannelFailure> MakeChannel(const ChannelOptions& options);

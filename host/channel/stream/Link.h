@@ -64,7 +64,7 @@ private:
 using LinkMaker = std::function<std::unique_ptr<Link>(Signal& wake)>;
 
 std::unique_ptr<Link> MakeTcpLink(const TcpAddress& address, Signal& wake);
-std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, Signal& wake);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, const SerialOptions& options, Signal& wake);
 
 // --- for the bodies
 

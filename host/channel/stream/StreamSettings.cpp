@@ -46,6 +46,11 @@ std::string SerialLine::Settings() const {
   return std::to_string(baud) + " baud, " + std::to_string(dataBits) + parity + std::to_string(stopBits);
 }
 
+std::chrono::nanoseconds SerialLine::CharacterTime() const {
+  const int bits = 1 + dataBits + (parity == 'N' ? 0 : 1) + stopBits;
+  return bits * std::chrono::nanoseconds(std::chrono::seconds(1)) / baud;
+}
+
 tl::expected<TcpAddress, std::string> ParseTcpAddress(const std::string& text) {
   const auto parts = SplitAtLastColon(text);
   // The last colon of "[::1]" belongs to the address.

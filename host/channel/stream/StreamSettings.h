@@ -3,7 +3,9 @@
 
 #include <tl/expected.hpp>
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -25,6 +27,18 @@ struct SerialLine {
 
   // "115200 baud, 8N1"
   std::string Settings() const;
+  // What one character takes on the line.
+  std::chrono::nanoseconds CharacterTime() const;
+};
+
+enum class FlowControl { kNone, kXonXoff, kRtsCts };
+
+// How a serial port is opened.
+struct SerialOptions {
+  std::optional<bool> dtr;                // nothing: as the system likes it
+  std::optional<bool> rts;                // the same; nothing with FlowControl::kRtsCts
+  std::chrono::milliseconds breakTime{0}; // a break is sent first; 0: none
+  FlowControl flow = FlowControl::kNone;
 };
 
 // How users write them.

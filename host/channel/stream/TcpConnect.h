@@ -39,6 +39,9 @@ Addresses CopyAddresses(const AddressInfo* list) {
 LinkOpened ConnectTcp(const TcpAddress& address, const Signal& end,
                       const std::function<LinkOpened(const SocketAddress&, LinkClock::time_point)>& connect);
 
+// A device that does not answer its system for so long is gone. As far as the system can be told.
+inline constexpr std::chrono::seconds kGoneAfter{20};
+
 // For an attempt that was ended; nobody sees it.
 inline LinkFailure Ended() {
   return "Ended";

@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <iterator>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -25,8 +27,8 @@ constexpr Speed kSpeeds[] = {
     {3000000, B3000000}, {3500000, B3500000}, {4000000, B4000000},
 };
 
-// A raw line of this kind, without flow control, that ignores the modem's lines.
-void Describe(const SerialLine& line, speed_t speed, termios& settings) {
+// A raw line of this kind, that ignores the modem's lines but for flow control.
+void Describe(const SerialLine& line, FlowControl flow, speed_t speed, termios& settings) {
   cfmakeraw(&settings);
   settings.c_cc[VMIN] = 1; // so that nothing to read and the end of the stream look different
   settings.c_cc[VTIME] = 0;
@@ -38,13 +40,35 @@ void Describe(const SerialLine& line, speed_t speed, termios& settings) {
     settings.c_cflag |= CSTOPB;
   if (line.parity != 'N')
     settings.c_cflag |= line.parity == 'O' ? PARENB | PARODD : PARENB;
+  if (flow == FlowControl::kXonXoff)
+    settings.c_iflag |= IXON | IXOFF;
+  if (flow == FlowControl::kRtsCts)
+    settings.c_cflag |= CRTSCTS;
   cfsetispeed(&settings, speed);
   cfsetospeed(&settings, speed);
 }
 
+// Why a port could not be opened, in words that tell what to do where the system's do not.
+LinkFailure OpenFailure(int error) {
+  switch (error) {
+  case ENOENT:
+  case ENXIO:
+  case ENODEV:
+    return "There is no such serial port";
+  case EBUSY:
+  case EWOULDBLOCK:
+    return "The serial port is in use by another program";
+  case EACCES:
+    return "No permission to use the serial port; its group is dialout on most systems";
+  default:
+    return SystemErrorText(error);
+  }
+}
+
 class SerialLink : public DescriptorLink {
 public:
-  SerialLink(const SerialLine& line, Signal& wake) : DescriptorLink(wake), m_line(line) {}
+  SerialLink(const SerialLine& line, const SerialOptions& options, Signal& wake)
+      : DescriptorLink(wake), m_line(line), m_options(options) {}
 
   // Without the flush, closing would wait until the line has taken what is left.
   ~SerialLink() override {
@@ -63,28 +87,58 @@ public:
     Descriptor port(open(m_line.port.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     termios settings = {};
     if (!port.IsOpen())
-      return tl::unexpected(SystemErrorText(errno));
+      return tl::unexpected(OpenFailure(errno));
     if (tcgetattr(port.Number(), &settings) != 0)
       return tl::unexpected(m_line.port + " is not a serial port");
-    Describe(m_line, speed->code, settings);
-    // Two programs on one port would each get a part of the answers.
-    if (tcsetattr(port.Number(), TCSANOW, &settings) != 0 || ioctl(port.Number(), TIOCEXCL) != 0)
+    Describe(m_line, m_options.flow, speed->code, settings);
+    // Two programs on one port would each get a part of the answers. A lock shows in the programs that look for one,
+    // and also to the superuser; the rest is told by the system.
+    if (flock(port.Number(), LOCK_EX | LOCK_NB) != 0 || ioctl(port.Number(), TIOCEXCL) != 0)
+      return tl::unexpected(OpenFailure(errno));
+    if (tcsetattr(port.Number(), TCSANOW, &settings) != 0)
       return tl::unexpected(SystemErrorText(errno));
     Attach(std::move(port));
-    return {};
+    return SetModemLines().and_then([this] { return SendBreak(); });
   }
 
 private:
+  LinkOpened SetModemLines() const {
+    const std::pair<int, std::optional<bool>> wanted[] = {{TIOCM_DTR, m_options.dtr}, {TIOCM_RTS, m_options.rts}};
+    for (const auto& [line, on] : wanted) {
+      if (on && ioctl(Attached().Number(), *on ? TIOCMBIS : TIOCMBIC, &line) != 0) {
+        return tl::unexpected(std::string("The serial port cannot set ") + (line == TIOCM_DTR ? "DTR" : "RTS") + ": " +
+                              SystemErrorText(errno));
+      }
+    }
+    return {};
+  }
+
+  // Of just this length, which `tcsendbreak` does not promise; the channel's end cuts it short.
+  LinkOpened SendBreak() {
+    if (m_options.breakTime.count() == 0)
+      return {};
+    const auto end = LinkClock::now() + m_options.breakTime;
+    pollfd wait = {static_cast<int>(WakeSignal().Native()), POLLIN, 0};
+    bool done = ioctl(Attached().Number(), TIOCSBRK) == 0;
+    while (done && poll(&wait, 1, MillisecondsUntil(end, m_options.breakTime)) < 0 && errno == EINTR) {
+    }
+    done = done && ioctl(Attached().Number(), TIOCCBRK) == 0;
+    if (!done)
+      return tl::unexpected("The serial port cannot send a break: " + SystemErrorText(errno));
+    return {};
+  }
+
   std::ptrdiff_t Write(const char* bytes, std::size_t size) override { return write(Attached().Number(), bytes, size); }
   const char* EndOfStream() const override { return "The serial port is gone"; }
 
   const SerialLine m_line;
+  const SerialOptions m_options;
 };
 
 } // namespace
 
-std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, Signal& wake) {
-  return std::make_unique<SerialLink>(line, wake);
+std::unique_ptr<Link> MakeSerialLink(const SerialLine& line, const SerialOptions& options, Signal& wake) {
+  return std::make_unique<SerialLink>(line, options, wake);
 }
 
 } // namespace host

@@ -18,13 +18,16 @@ void SetOption(const Descriptor& socket, int level, int option, Value value) {
   setsockopt(socket.Number(), level, option, &value, sizeof value); // all of them are wishes
 }
 
-// Commands are short and wait for answers; and a device that was switched off shall not look open for hours.
+// Commands are short and wait for answers; and a device that was switched off shall not look open for hours. A device
+// that is busy with itself for some seconds answers nothing either, so it has kGoneAfter.
 void SetOptions(const Descriptor& socket) {
   SetOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
   SetOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
-  SetOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, 10); // seconds
+  SetOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, 5);  // seconds
   SetOption(socket, IPPROTO_TCP, TCP_KEEPINTVL, 5); // seconds
   SetOption(socket, IPPROTO_TCP, TCP_KEEPCNT, 3);
+  // The same for bytes that it does not acknowledge, after which the system asks nothing.
+  SetOption(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, static_cast<int>(std::chrono::milliseconds(kGoneAfter).count()));
 }
 
 class TcpLink : public DescriptorLink {

@@ -9,8 +9,8 @@
 namespace host {
 namespace {
 
-// Of a wait that only an event ends: nobody notices that it begins anew.
-constexpr std::chrono::hours kLongestWait{1};
+// After which the device is asked whether it is there.
+constexpr std::chrono::milliseconds kLongestWait{400};
 
 LinkFailure FailureOf(DWORD error) {
   return error != 0 ? SystemErrorText(static_cast<int>(error)) : LinkFailure();
@@ -55,7 +55,7 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive, LinkCloc
     start(m_sending, [&](OVERLAPPED* record) { return StartSending(toSend.data(), size, record); });
   }
   if (movement.failure.empty())
-    Wait(until);
+    movement.failure = Wait(until) ? LinkFailure() : CheckDevice();
   // What has arrived counts also when sending has just failed.
   FinishReceiving(movement);
   FinishSending(movement);
@@ -68,7 +68,7 @@ Movement OverlappedLink::Move(std::string_view toSend, bool mayReceive, LinkCloc
   return movement;
 }
 
-void OverlappedLink::Wait(LinkClock::time_point until) {
+bool OverlappedLink::Wait(LinkClock::time_point until) {
   const auto wake = reinterpret_cast<HANDLE>(WakeSignal().Native());
   HANDLE handles[4] = {wake};
   DWORD count = 1;
@@ -79,8 +79,10 @@ void OverlappedLink::Wait(LinkClock::time_point until) {
   if (m_receiving.pending && EndEvent())
     handles[count++] = EndEvent();
   const auto timeout = static_cast<DWORD>(MillisecondsUntil(until, kLongestWait));
-  if (WaitForMultipleObjects(count, handles, FALSE, timeout) == WAIT_OBJECT_0)
+  const DWORD ended = WaitForMultipleObjects(count, handles, FALSE, timeout);
+  if (ended == WAIT_OBJECT_0)
     WakeSignal().Clear();
+  return ended != WAIT_TIMEOUT;
 }
 
 void OverlappedLink::FinishReceiving(Movement& movement) {

@@ -58,9 +58,13 @@ protected:
   // the end was; nothing when bytes are still to be read before it. Null, the default: there is no such event.
   virtual HANDLE EndEvent() const { return nullptr; }
   virtual LinkFailure CheckEnd() { return {}; }
+  // For drivers that leave pending operations alone when the device is gone: asked while nothing moves, several times a
+  // second. The failure to report, or nothing.
+  virtual LinkFailure CheckDevice() { return {}; }
 
 private:
-  void Wait(LinkClock::time_point until);
+  // False when nothing has happened for a while.
+  bool Wait(LinkClock::time_point until);
   void FinishReceiving(Movement& movement);
   void FinishSending(Movement& movement);
 

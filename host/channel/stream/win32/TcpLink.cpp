@@ -13,6 +13,10 @@ namespace {
 
 constexpr int kParting = 50; // ms
 
+// Of the system's; the headers do not have them yet.
+constexpr int kKeepAliveCount = 16;   // TCP_KEEPCNT
+constexpr int kRetransmitSeconds = 5; // TCP_MAXRT
+
 LinkFailure LastFailure() {
   return SystemErrorText(WSAGetLastError());
 }
@@ -52,13 +56,19 @@ private:
   SOCKET m_socket;
 };
 
-// Commands are short and wait for answers; and a device that was switched off shall not look open for hours.
+// Commands are short and wait for answers; and a device that was switched off shall not look open for hours. A device
+// that is busy with itself for some seconds answers nothing either, so it has kGoneAfter.
 void SetOptions(const Socket& socket) {
   const BOOL on = TRUE;
   setsockopt(socket.Get(), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
-  tcp_keepalive keepalive = {1, 10000, 5000}; // ms
+  tcp_keepalive keepalive = {1, 5000, 5000}; // ms
   DWORD ignored = 0;
   WSAIoctl(socket.Get(), SIO_KEEPALIVE_VALS, &keepalive, sizeof keepalive, nullptr, 0, &ignored, nullptr, nullptr);
+  const DWORD attempts = 3; // unknown before Windows 10, which makes ten of it
+  setsockopt(socket.Get(), IPPROTO_TCP, kKeepAliveCount, reinterpret_cast<const char*>(&attempts), sizeof attempts);
+  // The same for bytes that it does not acknowledge.
+  const auto seconds = static_cast<DWORD>(kGoneAfter.count());
+  setsockopt(socket.Get(), IPPROTO_TCP, kRetransmitSeconds, reinterpret_cast<const char*>(&seconds), sizeof seconds);
 }
 
 class TcpLink : public OverlappedLink {
