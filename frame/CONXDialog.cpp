@@ -3,6 +3,7 @@
 #include "frame/COndDeviceClientApp.h"
 #include "util/ChannelText.h"
 #include "window/CWinApp.h"
+#include "window/Clipboard.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,21 +20,6 @@ bool HasAll(DWORD flags, DWORD wanted) {
 
 const char* OrEmpty(const char* text) {
   return text ? text : "";
-}
-
-// Hands a text to the clipboard, which then owns the memory. Failures are silent. The system makes the last byte of the
-// memory zero, whatever it was and however the memory gets there, so there is one more than the text has.
-void PutOnClipboard(HWND owner, const std::string& text) {
-  CGlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, text.size() + 1));
-  if (!memory)
-    return;
-  std::memcpy(GlobalLock(memory.get()), text.c_str(), text.size() + 1);
-  GlobalUnlock(memory.get());
-  if (!OpenClipboard(owner))
-    return;
-  if (EmptyClipboard() && SetClipboardData(CF_TEXT, memory.get()))
-    static_cast<void>(memory.release());
-  CloseClipboard();
 }
 
 } // namespace

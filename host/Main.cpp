@@ -64,15 +64,8 @@ int Run(const host::CommandLine& line) {
 }
 
 int ShowWindows(const host::CommandLine& line) {
-  const auto options = host::ReadChannelOptions(line);
-  if (!options)
-    return UsageError(options.error());
-  const auto path = host::ReadTracePath(line);
-  if (!path)
-    return UsageError(path.error());
-  host::TraceFork records;
-  const auto trace = path->empty() ? nullptr : host::OpenTrace(kProgram, *path, options->text, records);
-  return path->empty() || trace ? host::RunWindows(kProgram, *options, records) : host::kExitStream;
+  const auto arguments = host::ReadWindowsArguments(line);
+  return arguments ? host::RunWindows(kProgram, *arguments) : UsageError(arguments.error());
 }
 
 int Main(int argc, char** argv) {

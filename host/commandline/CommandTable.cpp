@@ -76,6 +76,7 @@ constexpr CommandRow kCommands[] = {
      "  ondhost\n"
      "  ondhost --device-dir C:\\bench\\device\n"
      "  ondhost --channel serial:COM3:115200:8N1\n"
+     "  ondhost sweep.dcs --log C:\\bench\\log.txt\n"
      "  ondhost run sweep.dcs\n",
      "Without a command, the windows open, on the channel that the options describe.\n"
      "`ondhost COMMAND --help` tells about a command."},
@@ -109,6 +110,7 @@ constexpr unsigned operator|(unsigned a, Command b) {
 std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kRun = static_cast<unsigned>(Command::kRun);
   constexpr unsigned kCheck = static_cast<unsigned>(Command::kCheck);
+  constexpr unsigned kWindows = static_cast<unsigned>(Command::kWindows);
   constexpr unsigned kShow = static_cast<unsigned>(Command::kTraceShow);
   constexpr unsigned kSend = static_cast<unsigned>(Command::kSend);
   constexpr unsigned kTerm = static_cast<unsigned>(Command::kTerm);
@@ -119,6 +121,7 @@ std::vector<OptionRow> MakeOptions() {
        Occurrence::kNeededRepeated},
       {kSend, "TEXT", "", "what is sent, one text behind the other", Occurrence::kNeededRepeated},
       {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
+      {kWindows, "FILE", "", "a script to run in the windows"},
       {kWithChannel, "--channel", "CHANNEL", "the device (otherwise sim): " + ChannelFormsWithOptions()},
       {kWithChannel, "--device-dir", "FOLDER", "where the simulated device keeps its files"},
       {kWithChannel, "--block-time", "MS",
@@ -126,6 +129,9 @@ std::vector<OptionRow> MakeOptions() {
       {kWithChannel, "--fault", "OPERATION[:N]=CODE",
        "the N-th call (without N: every call) of a channel operation answers CODE", Occurrence::kRepeated},
       {kWithChannel, "--trace", "FILE", "write each call of the channel to this file; an older trace is replaced"},
+      {kWindows, "--log", "FILE", "write what happens at the windows behind what is in this file"},
+      {kWindows, "--settings", "FILE",
+       "remember windows, channels and scripts in this file; none: nowhere (otherwise in %APPDATA%\\OndHost)"},
       {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
        "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
       {Command::kTraceShow | Command::kTraceExport, "FILE", "", "the trace, as --trace of run has written it",

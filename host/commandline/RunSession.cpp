@@ -3,6 +3,7 @@
 #include "host/channel/WatchedChannel.h"
 #include "host/commandline/Deadline.h"
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/QuestionEvent.h"
 #include "host/report/Verdict.h"
 #include "host/support/StreamSetup.h"
 
@@ -111,14 +112,7 @@ void RunSession::Run(ScriptRecord& record) {
 void RunSession::Note(const AnsweredQuestion& answered, Clock::time_point begun) {
   const Microseconds took = Since(answered.asked, answered.answered);
   m_reports.Add(TimedAnswer{Since(begun, answered.asked), took, answered});
-  TraceEvent event;
-  event.name = "question";
-  event.start = m_records.Clock().Now() - static_cast<std::uint64_t>(took.count());
-  event.fields = {{"caption", answered.question.caption}, {"prompt", answered.question.prompt}};
-  if (answered.answer)
-    event.fields.emplace_back("answer", *answered.answer);
-  event.fields.emplace_back("by", answered.by);
-  m_records.Write(event);
+  m_records.Write(QuestionEvent(answered, m_records.Clock()));
 }
 
 void RunSession::PrintOutput(void* context, const char* text) {

@@ -42,6 +42,8 @@ std::string ScriptPath(const std::string& typed);
 std::string PathInFolder(const std::string& folder, const std::string& name);
 // Whether a file is there, and no folder, device or pipe, whose end may never come.
 bool IsRegularFile(const std::string& path);
+// Whether anything has that name, as far as the system tells: of what it hides, yes.
+bool IsAnythingAt(const std::string& path);
 // Where the bytes of a file have to be put, behind links; nothing when something that may not be replaced lies there.
 std::optional<std::string> ReplaceablePath(const std::string& path);
 // A new file to write to; null when there cannot be one, with EEXIST in errno when something has that name.

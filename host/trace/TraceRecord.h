@@ -115,6 +115,12 @@ inline constexpr std::string_view kTraceNotOpened = "notOpened";       // it nev
 inline constexpr std::string_view kTraceChannelEnded = "channelEnded"; // for good; "code", "reason"
 inline constexpr std::string_view kTraceLineLost = "lineLost";         // to be opened again; "reason"
 inline constexpr std::string_view kTraceLineOpenAgain = "lineOpenAgain";
-inline constexpr std::string_view kTraceNotSent = "notSent"; // at the end of a run; "code", "reason"
+inline constexpr std::string_view kTraceNotSent = "notSent";   // at the end of a run; "code", "reason"
+inline constexpr std::string_view kTraceQuestion = "question"; // "caption", "prompt", "answer" (none: Cancel), "by"
+// From the windows, whose channels come and go.
+inline constexpr std::string_view kTraceConnect = "connect";       // to "channel"; owners count anew
+inline constexpr std::string_view kTraceLost = "lost";             // it is not open any more, or never was; "reason"
+inline constexpr std::string_view kTraceDisconnect = "disconnect"; // by the user
+inline constexpr std::string_view kTraceOwner = "owner";           // "number" is "name"
 
 } // namespace host

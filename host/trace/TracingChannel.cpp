@@ -49,8 +49,8 @@ void WriteLineEvent(TraceFork& sinks, LineEvent event, const std::string& reason
 
 } // namespace
 
-TracingChannel::TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks)
-    : ForwardingChannel(std::move(inner)), m_sinks(sinks), m_looks(looks) {
+TracingChannel::TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks, NameOfOwner nameOf)
+    : ForwardingChannel(std::move(inner)), m_sinks(sinks), m_looks(looks), m_nameOf(std::move(nameOf)) {
   WatchLine([&sinks](LineEvent event, const std::string& reason) { WriteLineEvent(sinks, event, reason); });
 }
 
@@ -89,8 +89,10 @@ std::uint64_t TracingChannel::OwnerOf(const ChannelCall& call) {
   if (!call.arguments.owner)
     return m_holder;
   auto known = std::find(m_owners.begin(), m_owners.end(), call.arguments.owner);
-  if (known == m_owners.end())
+  if (known == m_owners.end()) {
     known = m_owners.insert(known, call.arguments.owner);
+    WriteName(call.arguments.owner, m_owners.size());
+  }
   const auto owner = static_cast<std::uint64_t>(known - m_owners.begin()) + 1;
   if (call.operation == ChannelOperation::kLock && call.answer == kChannelOk) {
     m_holder = owner;
@@ -110,6 +112,13 @@ std::int32_t TracingChannel::WaitUntilOpen() {
   if (!told && (code == kChannelOk || !HasBeenOpen()))
     WriteEvent(code == kChannelOk ? kTraceOpened : kTraceNotOpened, code);
   return code;
+}
+
+void TracingChannel::WriteName(const void* owner, std::size_t number) {
+  const std::string name = m_nameOf(owner);
+  if (!name.empty())
+    m_sinks.Write(TraceEvent{
+        std::string(kTraceOwner), m_sinks.Clock().Now(), {{"number", std::to_string(number)}, {"name", name}}});
 }
 
 std::int32_t TracingChannel::WaitUntilSent() {

@@ -4,7 +4,9 @@
 #include "host/channel/ForwardingChannel.h"
 #include "host/trace/TraceFork.h"
 
+#include <functional>
 #include <mutex>
+#include <string>
 #include <vector>
 
 namespace host {
@@ -15,7 +17,12 @@ enum class TraceLooks { kTraced, kLeftOut };
 // Goes around all other decorators that have a say in what clients see. The sinks outlive it. [as the channel inside]
 class TracingChannel : public ForwardingChannel {
 public:
-  TracingChannel(std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks = TraceLooks::kTraced);
+  using NameOfOwner = std::function<std::string(const void* owner)>;
+
+  // `nameOf` tells what users call an owner, empty when it has no name.
+  TracingChannel(
+      std::unique_ptr<Channel> inner, TraceFork& sinks, TraceLooks looks = TraceLooks::kTraced,
+      NameOfOwner nameOf = [](const void*) { return std::string(); });
 
   // What a replay has to know beside the calls.
   std::int32_t WaitUntilOpen() override;
@@ -27,9 +34,11 @@ private:
   void Trace(const ChannelCall& call, TraceCall& record) noexcept;
   std::uint64_t OwnerOf(const ChannelCall& call);
   void WriteEvent(std::string_view name, std::int32_t code) noexcept;
+  void WriteName(const void* owner, std::size_t number);
 
   TraceFork& m_sinks;
   const TraceLooks m_looks;
+  const NameOfOwner m_nameOf;
   std::mutex m_mutex;                // guards the fields below
   std::vector<const void*> m_owners; // as they appeared
   std::uint64_t m_holder = 0;        // who has the lock; 0: nobody

@@ -3,7 +3,7 @@
 
 #include "host/channel/ChannelSlot.h"
 #include "host/channel/factory/ChannelFactory.h"
-#include "host/trace/TraceFork.h"
+#include "host/notes/Notes.h"
 
 #include <string>
 #include <windows.h>
@@ -14,9 +14,9 @@ namespace host {
 class ChannelPanel {
 public:
   // `options` are the command line's; its text is what the user finds typed in.
-  // What tools do with a channel goes to `trace`.
-  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options, TraceFork& records)
-      : m_slot(slot), m_options(options), m_records(records) {}
+  // What tools do with a channel, and what becomes of it, goes to `notes`.
+  ChannelPanel(ChannelSlot& slot, const ChannelOptions& options, Notes& notes)
+      : m_slot(slot), m_options(options), m_notes(notes) {}
   ChannelPanel(const ChannelPanel&) = delete;
   ChannelPanel& operator=(const ChannelPanel&) = delete;
 
@@ -32,20 +32,26 @@ public:
   // the kind has happened.
   std::string TakeFailure();
 
-  // Shows the channel's texts and state as they are now.
+  // Shows the channel's texts and state as they are now, and notes when the state has changed.
   void Refresh();
+  // Lets the field offer the channels that are remembered.
+  void ShowHistory();
 
 private:
+  enum class State { kNone, kConnecting, kOpen, kClosed };
+
+  State StateNow();
+  void NoteState();
   bool Release();
   void ShowConnected();
   std::string ReasonForClosed() const;
   std::string StateText() const;
-  void SetText(int control, const std::string& text);
 
   ChannelSlot& m_slot;
   ChannelOptions m_options;
-  TraceFork& m_records;
+  Notes& m_notes;
   HWND m_window = nullptr;
+  State m_noted = State::kNone;
   bool m_connected = false;  // a channel is plugged in
   bool m_connecting = false; // and has neither been seen open nor failed
 };

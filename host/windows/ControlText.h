@@ -12,4 +12,11 @@ inline std::string ControlText(HWND control) {
   return text;
 }
 
+// Leaves a text that is right alone, so that it does not flicker and what the user has selected in it stays.
+inline void SetControlText(HWND dialog, int control, const std::string& text) {
+  const HWND window = GetDlgItem(dialog, control);
+  if (ControlText(window) != text)
+    SetWindowTextA(window, text.c_str());
+}
+
 } // namespace host

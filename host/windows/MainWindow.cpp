@@ -1,10 +1,13 @@
 #include "host/windows/MainWindow.h"
 
 #include "host/windows/Boxes.h"
+#include "host/windows/SettingsCommands.h"
+#include "host/windows/WindowIcon.h"
 #include "host/windows/WindowPlaces.h"
 #include "host/windows/resource.h"
 
 #include <exception>
+#include <utility>
 
 namespace host {
 namespace {
@@ -12,16 +15,12 @@ namespace {
 // A tool's window wants to be closed: wParam is the object, lParam the event (ONX_DLGEVENT_…).
 constexpr UINT kToolEvent = WM_APP + 1;
 constexpr UINT kRefresh = WM_APP + 2;
+constexpr UINT kScriptEnded = WM_APP + 3;
+
+constexpr const char* kName = "Device host"; // in the settings
 
 constexpr UINT_PTR kRefreshTimer = 1;
 constexpr UINT kRefreshMs = 250;
-
-void SetIcon(HWND window, WPARAM which, int width, int height) {
-  // Shared: the system keeps it and frees it.
-  const HANDLE icon =
-      LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_HOST), IMAGE_ICON, width, height, LR_SHARED);
-  SendMessageA(window, WM_SETICON, which, reinterpret_cast<LPARAM>(icon));
-}
 
 } // namespace
 
@@ -41,10 +40,12 @@ bool MainWindow::Create() {
 
 void MainWindow::UseModule(const Module& module) {
   m_tools.Attach(m_window, module, kToolEvent);
+  m_scripts.UseModule(module);
 }
 
 void MainWindow::DoWithoutModule(const std::string& problem) {
   m_tools.AttachProblem(m_window, problem);
+  m_notes.log.Add(LogTopic::kError, "the tools are missing: " + problem);
   ShowError(m_window, "The tools are missing: " + problem + ".");
 }
 
@@ -53,9 +54,9 @@ void MainWindow::ConnectChannel() {
   ConnectTools();
 }
 
-bool MainWindow::TakeKey(MSG& message) const {
+bool MainWindow::TakeKey(MSG& message) {
   return TranslateAcceleratorA(m_window, m_accelerators, &message) != 0 || m_trace.TakeKey(message) ||
-         IsDialogMessageA(m_window, &message) != FALSE;
+         m_log.TakeKey(message) || IsDialogMessageA(m_window, &message) != FALSE;
 }
 
 // --- messages
@@ -97,6 +98,13 @@ bool MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     PostMessageA(m_window, kRefresh, 0, 0);
     m_answer = 1;
     return true;
+  case kScriptEnded:
+    m_scripts.OnEnded();
+    return true;
+  case WM_DROPFILES:
+    if (m_scripts.RunDropped(reinterpret_cast<HDROP>(wParam)))
+      ShowRows(m_log);
+    return true;
   case WM_SIZE:
     m_layout.Apply();
     m_tools.Layout();
@@ -123,17 +131,21 @@ bool MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void MainWindow::OnInit() {
-  SetIcon(m_window, ICON_SMALL, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
-  SetIcon(m_window, ICON_BIG, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
+  SetWindowIcon(m_window);
   RECT place{};
   GetWindowRect(m_window, &place);
   m_smallest = {place.right - place.left, place.bottom - place.top};
-  PlaceMainWindow(m_window);
   m_layout.Attach(m_window,
                   {IDC_CHANNEL_GROUP, IDC_CHANNEL_TEXT, IDC_CHANNEL_FORMS, IDC_CHANNEL_DESCRIPTION,
-                   IDC_CHANNEL_CONFIGURATION, IDC_CHANNEL_STATE, IDC_TOOLS_GROUP, IDC_TOOLS_PROBLEM},
-                  {IDM_CONNECT});
+                   IDC_CHANNEL_CONFIGURATION, IDC_CHANNEL_STATE, IDC_USE_HOLDER, IDC_USE_TRAFFIC, IDC_USE_CALLS,
+                   IDC_TOOLS_GROUP, IDC_TOOLS_PROBLEM},
+                  {IDM_CONNECT, IDM_RESET_COUNTERS});
+  if (!PutBack(m_notes.settings.Get(), kName, m_window))
+    PlaceMainWindow(m_window);
   m_channel.Attach(m_window);
+  m_use.Attach(m_window);
+  m_scripts.Attach(m_window, kScriptEnded);
+  ShowSettingsCommands(m_window, m_notes.settings);
   SetTimer(m_window, kRefreshTimer, kRefreshMs, nullptr);
 }
 
@@ -148,8 +160,19 @@ bool MainWindow::OnCommand(UINT command, UINT notification) {
       ConnectChannel();
     return true;
   case IDM_TRACE:
-    m_trace.Toggle(m_window);
-    Refresh();
+    ToggleRows(m_trace);
+    return true;
+  case IDM_LOG:
+    ToggleRows(m_log);
+    return true;
+  case IDM_RESET_COUNTERS:
+    m_use.ResetCounters();
+    return true;
+  case IDM_OPEN_SETTINGS:
+    OpenSettingsFolder(m_window, m_notes.settings);
+    return true;
+  case IDM_FORGET:
+    ForgetEverything();
     return true;
   case IDM_EXIT:
     Close();
@@ -161,8 +184,17 @@ bool MainWindow::OnCommand(UINT command, UINT notification) {
     OnEnter();
     return true;
   default:
-    return m_tools.OnCommand(command);
+    return OnOtherCommand(command);
   }
+}
+
+// Of scripts and tools.
+bool MainWindow::OnOtherCommand(UINT command) {
+  bool started = false;
+  const bool isScripts = m_scripts.OnCommand(command, started);
+  if (started)
+    ShowRows(m_log);
+  return isScripts || m_tools.OnCommand(command);
 }
 
 // Enter does what the focus is on. There is no default button, which the tools' buttons would press.
@@ -171,8 +203,8 @@ void MainWindow::OnEnter() {
   const HWND text = GetDlgItem(m_window, IDC_CHANNEL_TEXT);
   if (focus == text || IsChild(text, focus))
     ConnectChannel();
-  else
-    m_tools.OnCommand(static_cast<UINT>(GetDlgCtrlID(focus)));
+  else if (GetParent(focus) == m_window)
+    OnCommand(static_cast<UINT>(GetDlgCtrlID(focus)), 0);
 }
 
 // Only the width has a use for more room.
@@ -189,24 +221,76 @@ void MainWindow::DisconnectChannel() {
 }
 
 void MainWindow::ConnectTools() {
-  m_tools.Connect(m_channel.IsConnected() ? &m_slot : nullptr);
+  m_tools.Connect(m_channel.IsConnected());
+  m_scripts.Connect(m_channel.IsConnected());
 }
 
 void MainWindow::Refresh() {
   const std::string failure = m_channel.TakeFailure();
   m_channel.Refresh();
+  m_use.Refresh();
   m_tools.Refresh();
-  CheckMenuItem(GetMenu(m_window), IDM_TRACE, m_trace.IsShown() ? MF_CHECKED : MF_UNCHECKED);
-  if (failure.empty())
+  m_scripts.Refresh();
+  m_notes.log.Flush();
+  const HMENU menu = GetMenu(m_window);
+  CheckMenuItem(menu, IDM_TRACE, m_trace.IsShown() ? MF_CHECKED : MF_UNCHECKED);
+  CheckMenuItem(menu, IDM_LOG, m_log.IsShown() ? MF_CHECKED : MF_UNCHECKED);
+  if (!failure.empty()) {
+    ConnectTools();
+    ShowChannelError(m_window, failure);
+  }
+  RunFirstScript();
+}
+
+void MainWindow::RunFirstScript() {
+  if (m_firstScript.empty() || m_slot.IsConnecting())
     return;
-  ConnectTools();
-  ShowChannelError(m_window, failure);
+  if (m_scripts.Run(std::exchange(m_firstScript, {})))
+    ShowRows(m_log);
+}
+
+void MainWindow::ShowRows(RowsWindow& window) {
+  if (window.Show(m_window) && !PutBack(m_notes.settings.Get(), window.Name(), window.Handle()))
+    PlaceBeside(m_window, window.Handle());
+  Refresh();
+}
+
+void MainWindow::ToggleRows(RowsWindow& window) {
+  if (window.IsShown()) {
+    window.Hide();
+    Refresh();
+  } else {
+    ShowRows(window);
+    SetActiveWindow(window.Handle());
+  }
+}
+
+void MainWindow::ForgetEverything() {
+  if (!AskToForget(m_window, m_notes))
+    return;
+  m_channel.ShowHistory();
+  m_scripts.ShowRecent();
+  ShowSettingsCommands(m_window, m_notes.settings);
+}
+
+void MainWindow::RememberPlaces() {
+  if (!m_window)
+    return;
+  m_notes.settings.Change([this](Settings& settings) {
+    RememberPlace(settings, kName, m_window);
+    for (const RowsWindow* const window : {&m_trace, &m_log})
+      RememberPlace(settings, window->Name(), window->Handle());
+    m_tools.RememberPlaces(settings);
+  });
 }
 
 void MainWindow::Close() {
+  RememberPlaces();
+  m_scripts.End();
   m_tools.End();
   m_slot.Replace(nullptr); // nobody is left to use it
   m_trace.End();
+  m_log.End();
   if (m_window)
     DestroyWindow(m_window);
 }

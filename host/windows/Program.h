@@ -2,13 +2,24 @@
 #pragma once
 
 #include "host/channel/factory/ChannelFactory.h"
-#include "host/trace/TraceFork.h"
+#include "host/commandline/CommandLine.h"
 
 namespace host {
 
+// What the command line asks the windows for.
+struct WindowsArguments {
+  ChannelOptions channel;
+  std::string script;   // to be run; empty: none
+  std::string trace;    // the file; empty: none
+  std::string log;      // the same
+  std::string settings; // the same
+};
+
+// Otherwise what is wrong.
+tl::expected<WindowsArguments, std::string> ReadWindowsArguments(const CommandLine& line);
+
 // Opens the main window and returns the process's exit code when it has been closed. `program` begins the messages on
 // standard error.
-// What goes over the channel goes to the sinks of `records`, which must stay.
-int RunWindows(const char* program, const ChannelOptions& options, TraceFork& records);
+int RunWindows(const char* program, const WindowsArguments& arguments);
 
 } // namespace host

@@ -13,7 +13,7 @@ namespace host {
 namespace {
 
 // Letters that the menu bar and the channel's controls use, "Disconnect" included.
-constexpr const char* kTakenMnemonics = "pohacd";
+constexpr const char* kTakenMnemonics = "ipohacdr";
 // In dialog units: the group box's inner edges, and the space between buttons.
 constexpr RECT kGroupMargins = {7, 13, 7, 8};
 constexpr int kGap = 4;
@@ -71,7 +71,8 @@ void ToolPanel::Add(const Module::Kind& kind, Module::Object object) {
   SendMessageA(button, WM_SETFONT, static_cast<WPARAM>(SendMessageA(m_window, WM_GETFONT, 0, 0)), FALSE);
   const std::string item = title + "\tCtrl+" + std::to_string(m_tools.size() + 1);
   AppendMenuA(ToolsMenu(m_window), MF_STRING, command, item.c_str());
-  m_tools.push_back({kind.name, std::move(object), button, command, nullptr});
+  auto port = std::make_unique<ClientPort>(kind.name, m_channel, m_notes.use);
+  m_tools.push_back({kind.name, std::move(port), std::move(object), button, command, nullptr});
 }
 
 void ToolPanel::AttachProblem(HWND window, const std::string& problem) {
@@ -79,9 +80,14 @@ void ToolPanel::AttachProblem(HWND window, const std::string& problem) {
   ShowWindow(GetDlgItem(window, IDC_TOOLS_PROBLEM), SW_SHOW);
 }
 
-void ToolPanel::Connect(COndDeviceComm_0* channel) {
+void ToolPanel::Connect(bool connected) {
   for (const Tool& tool : m_tools)
-    tool.object->Connect(channel);
+    tool.object->Connect(connected ? tool.port.get() : nullptr);
+}
+
+void ToolPanel::RememberPlaces(Settings& settings) const {
+  for (const Tool& tool : m_tools)
+    RememberPlace(settings, tool.name, tool.window);
 }
 
 bool ToolPanel::OnCommand(UINT command) {
@@ -105,8 +111,10 @@ void ToolPanel::Toggle(Tool& tool) {
   }
   const EONX_ERR_ERRCODE_ result = open ? tool.object->CloseDialogNonModal() : Show(tool);
   Refresh();
-  if (result != EONX_ERR_NONE)
-    ShowError(m_window, name + ": " + ResultText(result) + ".");
+  if (result == EONX_ERR_NONE)
+    return;
+  m_notes.log.Add(LogTopic::kError, name + ": " + ResultText(result));
+  ShowError(m_window, name + ": " + ResultText(result) + ".");
 }
 
 EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
@@ -115,7 +123,8 @@ EONX_ERR_ERRCODE_ ToolPanel::Show(Tool& tool) {
   for (const HWND window : OwnedWindows(m_window)) {
     if (IsWindowVisible(window) && std::find(before.begin(), before.end(), window) == before.end()) {
       tool.window = window;
-      PlaceBeside(m_window, window);
+      if (!PutBack(m_notes.settings.Get(), tool.name, window))
+        PlaceBeside(m_window, window);
     }
   }
   return result;

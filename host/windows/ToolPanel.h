@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/console/Module.h"
+#include "host/notes/Notes.h"
 
 #include <string>
 #include <vector>
@@ -13,7 +14,8 @@ namespace host {
 // show which it is. [user-interface thread]
 class ToolPanel {
 public:
-  ToolPanel() = default;
+  // Both outlive this.
+  ToolPanel(Channel& channel, Notes& notes) : m_channel(channel), m_notes(notes) {}
   ToolPanel(const ToolPanel&) = delete;
   ToolPanel& operator=(const ToolPanel&) = delete;
 
@@ -22,8 +24,8 @@ public:
   // Says in the buttons' place why there are none.
   void AttachProblem(HWND window, const std::string& problem);
 
-  // Connects all objects; null disconnects them.
-  void Connect(COndDeviceComm_0* channel);
+  // Connects all objects to the channel, or disconnects them.
+  void Connect(bool connected);
   // Shows the window of a tool or hides it; one that waits for an answer comes to the front. False: `command` is none
   // of a tool's.
   bool OnCommand(UINT command);
@@ -31,12 +33,15 @@ public:
   void Refresh();
   // Fits the buttons into the group box, side by side.
   void Layout();
+  // Notes where the tools' windows are.
+  void RememberPlaces(Settings& settings) const;
   // Ends all objects, their windows with them, and what these are doing. Safe at any time, and again.
   void End();
 
 private:
   struct Tool {
     std::string name;
+    std::unique_ptr<ClientPort> port; // its way to the channel
     Module::Object object;
     HWND button;
     UINT command;
@@ -44,9 +49,12 @@ private:
   };
   void Add(const Module::Kind& kind, Module::Object object);
   void Toggle(Tool& tool);
-  // A window that comes up for the first time gets a place where it covers nothing.
+  // A window that comes up for the first time goes where it was when the host ended last, or else gets a place where it
+  // covers nothing.
   EONX_ERR_ERRCODE_ Show(Tool& tool);
 
+  Channel& m_channel;
+  Notes& m_notes;
   HWND m_window = nullptr;
   std::vector<Tool> m_tools;
   std::string m_mnemonics; // letters in use, lower case

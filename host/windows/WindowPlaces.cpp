@@ -72,6 +72,32 @@ POINT FreePlace(POINT start, int aside, const Corners& taken) {
   return start;
 }
 
+// Whether so much of a window's title lies in some screen's work area that it can be taken hold of.
+bool CanBeTakenHold(const Place& place) {
+  const RECT title{place.left, place.top, place.left + place.width, place.top + GetSystemMetrics(SM_CYCAPTION)};
+  const HMONITOR screen = MonitorFromRect(&title, MONITOR_DEFAULTTONULL);
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  RECT seen{};
+  return screen && GetMonitorInfoA(screen, &monitor) && IntersectRect(&seen, &title, &monitor.rcWork) &&
+         seen.right - seen.left >= 2 * Step() && seen.bottom - seen.top >= (title.bottom - title.top) / 2;
+}
+
+// Of a minimised window, where it goes back to; that is told in coordinates of the work area.
+RECT NormalPlaceOf(HWND window) {
+  if (!IsIconic(window))
+    return PlaceOf(window);
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof placement;
+  GetWindowPlacement(window, &placement);
+  RECT place = placement.rcNormalPosition;
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
+  OffsetRect(&place, monitor.rcWork.left - monitor.rcMonitor.left, monitor.rcWork.top - monitor.rcMonitor.top);
+  return place;
+}
+
 } // namespace
 
 void PlaceMainWindow(HWND window) {
@@ -101,6 +127,22 @@ void PlaceBeside(HWND mainWindow, HWND window) {
   // A title at least that can be seen, whatever is larger than the screen.
   const POINT place = FreePlace({std::max(farthest.x, screen.left), screen.top}, -Step(), taken);
   Move(window, std::max(place.x, screen.left), place.y);
+}
+
+bool PutBack(const Settings& settings, const std::string& name, HWND window) {
+  const auto known = settings.windows.find(name);
+  if (known == settings.windows.end() || !CanBeTakenHold(known->second))
+    return false;
+  const Place& place = known->second;
+  SetWindowPos(window, nullptr, place.left, place.top, place.width, place.height, SWP_NOZORDER | SWP_NOACTIVATE);
+  return true;
+}
+
+void RememberPlace(Settings& settings, const std::string& name, HWND window) {
+  if (!IsWindow(window))
+    return;
+  const RECT place = NormalPlaceOf(window);
+  settings.windows[name] = {place.left, place.top, place.right - place.left, place.bottom - place.top};
 }
 
 } // namespace host

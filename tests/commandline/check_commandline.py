@@ -138,7 +138,7 @@ def check_usage():
         expect(arguments, 2, message=message)
     # Each command's help is its own: what it takes, and what it does not.
     helps = {"ondscript": [([], "check", "--set"), (["run"], "--block-time MS", "ondscript check"), (["check"], "--set", "--get")],
-             "ondhost": [([], "--channel CHANNEL", "--set"), (["run"], "--get NAME", "ondhost list"), (["list"], "list", "--get")]}
+             "ondhost": [([], "--channel CHANNEL", "--get"), (["run"], "--get NAME", "ondhost list"), (["list"], "list", "--get")]}
     for words, told, untold in helps[name]:
         code, output, messages = Call(words + ["--help"]).end()
         output = output.decode()

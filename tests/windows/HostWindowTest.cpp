@@ -262,6 +262,8 @@ TEST_CASE("the keyboard alone") {
   main.Activate();
   main.Control(IDM_CONNECT).WaitForFocus(); // the channel's text cannot be changed now
   TypeKey(VK_TAB);
+  main.Control(IDM_RESET_COUNTERS).WaitForFocus();
+  TypeKey(VK_TAB);
   main.Control(kTerminal).WaitForFocus();
   TypeKey(VK_RETURN);
   const Window terminal = host.WaitForTop("Terminal");
@@ -291,12 +293,12 @@ TEST_CASE("the Trace window shows what the tools do, keeps the last of a flood a
   const RunningScript run("print(\"begun\\n\"); while (1 == 1) { transmitstring(\"x\"); }");
   run.host.Main().Send(WM_COMMAND, IDM_TRACE);
   const Window trace = run.host.WaitForTop("Trace");
-  const auto rows = [&] { return trace.Control(IDC_TRACE_LIST).Send(LVM_GETITEMCOUNT); };
+  const auto rows = [&] { return trace.Control(IDC_ROWS_LIST).Send(LVM_GETITEMCOUNT); };
   constexpr LRESULT kMostRows = 20000;
   WaitFor("the list to be full", [&] { return rows() == kMostRows; });
-  trace.PressControl(IDC_TRACE_CLEAR);
+  trace.PressControl(IDC_ROWS_CLEAR);
   WaitFor("the list to fill again", [&] { return rows() == kMostRows; });
-  const auto last = [&] { return trace.Control(IDC_TRACE_LIST).Send(LVM_GETTOPINDEX); };
+  const auto last = [&] { return trace.Control(IDC_ROWS_LIST).Send(LVM_GETTOPINDEX); };
   WaitFor("the list to follow", [&] { return last() > kMostRows / 2; });
   trace.PressCloseBox();
   WaitFor("its close box to hide it", [&] { return !trace.Visible(); });

@@ -58,6 +58,11 @@ bool IsRegularFile(const std::string& path) {
   return stat(SystemPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+bool IsAnythingAt(const std::string& path) {
+  struct stat status = {};
+  return lstat(SystemPath(path).c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
 std::optional<std::string> ReplaceablePath(const std::string& path) {
   constexpr int kMostLinks = 40; // as the system itself follows
   std::filesystem::path place = SystemPath(path);

@@ -35,6 +35,13 @@ bool IsRegularFile(const std::string& path) {
   return file.IsOpen() && GetFileType(file.Get()) == FILE_TYPE_DISK;
 }
 
+bool IsAnythingAt(const std::string& path) {
+  if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES)
+    return true;
+  const DWORD error = GetLastError();
+  return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND && error != ERROR_INVALID_NAME;
+}
+
 std::optional<std::string> ReplaceablePath(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());
   constexpr DWORD kKept = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;

@@ -1,0 +1,8 @@
+// Text for other programs.
+#pragma once
+
+#include <string>
+#include <windows.h>
+
+// Hands a text to the clipboard. Failures are silent.
+void PutOnClipboard(HWND owner, const std::string& text);
