@@ -77,7 +77,7 @@ bool SimulatedDevice::IsOpen() {
 }
 
 const char* SimulatedDevice::DescribeError(std::int64_t code) {
-  return code == kNotOpen ? "The cable is cut" : ChannelSource::DescribeError(code);
+  return code == kNotOpen && !IsOpen() ? "The cable is cut" : ChannelSource::DescribeError(code);
 }
 
 bool SimulatedDevice::Hear(std::size_t most) {
