@@ -6,10 +6,9 @@
 #include "host/commandline/TraceCommand.h"
 #include "host/console/Module.h"
 #include "host/console/ModuleProcessor.h"
+#include "host/support/Interrupt.h"
 #include "host/support/StreamSetup.h"
 #include "host/windows/Program.h"
-
-#include <windows.h>
 
 #include <cstdio>
 #include <exception>
@@ -90,17 +89,10 @@ int Main(int argc, char** argv) {
   }
 }
 
-// For a Ctrl+C that nobody takes. Wine's own handler would end the process as if all had gone well.
-BOOL WINAPI EndProcess(DWORD control) {
-  if (control == CTRL_C_EVENT || control == CTRL_BREAK_EVENT)
-    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
-  return FALSE;
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
-  SetConsoleCtrlHandler(EndProcess, TRUE);
+  host::LetInterruptsEndProcess();
   try {
     return Main(argc, argv);
   } catch (const std::bad_alloc&) {

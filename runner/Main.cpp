@@ -1,10 +1,11 @@
-// The native runner's command line.
+// The runner's command line.
 #include "host/commandline/ExitCodes.h"
 #include "host/commandline/PortsCommand.h"
 #include "host/commandline/RunArguments.h"
 #include "host/commandline/RunCommand.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/commandline/TraceCommand.h"
+#include "host/support/Interrupt.h"
 #include "host/support/StreamSetup.h"
 #include "host/talk/SendCommand.h"
 #include "host/talk/TermCommand.h"
@@ -80,6 +81,7 @@ int Main(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+  host::LetInterruptsEndProcess();
   try {
     return Main(argc, argv);
   } catch (const std::bad_alloc&) {

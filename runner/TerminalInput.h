@@ -1,4 +1,4 @@
-// Lines from standard input, as somebody types them. Body: posix/.
+// Lines from standard input, as somebody types them.
 #pragma once
 
 #include "host/support/Signal.h"
@@ -9,8 +9,8 @@
 
 class TerminalInput {
 public:
-  // The next line without its end; nothing when there is none. On a terminal the key for the end of the input (Ctrl+D)
-  // says so once, whatever was typed in front of it, and the next call reads on. At the end of a file or pipe every
+  // The next line without its end; nothing when there is none. On a terminal the key for the end of the input says so
+  // once, whatever was typed in front of it, and the next call reads on. At the end of a file or pipe every
   // call says so. `interrupted` is called when the input has been interrupted, once in each call. [one thread]
   std::optional<std::string> ReadLine(const std::function<void()>& interrupted);
   // [any thread, also a signal handler]
@@ -23,6 +23,9 @@ public:
   bool IsDeserted() const { return m_deserted; }
 
 private:
+  // At the end of the input: what it had behind its last line end.
+  std::optional<std::string> TakeRest();
+
   host::Signal m_interrupted;
   host::Signal m_closed;
   bool m_hasSpoken = false;

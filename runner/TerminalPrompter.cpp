@@ -2,16 +2,20 @@
 
 #include "host/answers/ItemAnswer.h"
 #include "host/support/Text.h"
+#include "runner/StandardInput.h"
 #include "scriptrt/question/NumberAnswer.h"
 
 #include <iostream>
 
 namespace {
 
-constexpr const char* kCancel = "Ctrl+D cancels";
-
 void ShowHeading(const std::string& caption, const std::string& hint) {
   std::cerr << caption << (caption.empty() ? "(" : " (") << hint << ")\n";
+}
+
+// How a question is cancelled.
+std::string Cancelling() {
+  return std::string(EndKeys()) + " cancels";
 }
 
 // "PROMPT (remark) [initial]: "
@@ -59,7 +63,7 @@ void TerminalPrompter::ShowMessage(const std::string& caption, const std::string
 }
 
 std::optional<std::uint64_t> TerminalPrompter::AskNumber(const NumberQuestion& question) {
-  ShowHeading(question.caption, std::string("Enter takes the value in brackets, ") + kCancel);
+  ShowHeading(question.caption, "Enter takes the value in brackets, " + Cancelling());
   const std::string initial = NumberForPrompt(question, question.initial);
   return AskUntil<std::uint64_t>(Prompt(question.prompt, "Enter information", LimitsForPrompt(question), initial),
                                  [&](const std::string& line, std::string& complaint) {
@@ -73,9 +77,9 @@ std::optional<std::uint64_t> TerminalPrompter::AskNumber(const NumberQuestion& q
 std::optional<std::string> TerminalPrompter::AskText(const std::string& caption, const std::string& prompt,
                                                      const std::string& initial) {
   constexpr const char* kEmptyText = "\"\"";
-  ShowHeading(caption, initial.empty() ? std::string("Enter takes the empty text, ") + kCancel
+  ShowHeading(caption, initial.empty() ? "Enter takes the empty text, " + Cancelling()
                                        : std::string("Enter takes the text in brackets, ") + kEmptyText +
-                                             " the empty one, " + kCancel);
+                                             " the empty one, " + Cancelling());
   const std::optional<std::string> line = ReadAnswer(Prompt(prompt, "Enter information", {}, initial));
   if (!line || initial.empty())
     return line;
@@ -92,7 +96,7 @@ std::optional<std::size_t> TerminalPrompter::AskItem(const std::string& caption,
   std::string hint = inBrackets.empty() ? "" : "Enter takes the item whose number is in brackets, ";
   if (host::HasTextLikeNumber(items))
     hint += "a text that looks like a number stands in \"quotes\", ";
-  ShowHeading(caption, hint + kCancel);
+  ShowHeading(caption, hint + Cancelling());
   for (std::size_t i = 0; i < items.size(); ++i)
     std::cerr << "  " << i << "  " << items[i] << '\n';
   return AskUntil<std::size_t>(Prompt(prompt, "Select an item", "number or text", inBrackets),

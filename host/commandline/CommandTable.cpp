@@ -41,6 +41,7 @@ constexpr CommandRow kCommands[] = {
      "`ondscript COMMAND --help` tells about a command."},
     {"ondscript", Command::kRun, "run", "Runs scripts and prints their output",
      "  ondscript run sweep.dcs\n"
+     "  ondscript -e 'print(1 + 1, \"\\n\");'\n"
      "  echo 'print(\"hello\\n\");' | ondscript run -\n"
      "  ondscript run flash.dcs --device-dir /tmp/device --set unit:string=A17\n"
      "  ondscript run count.dcs --set rounds:dword=5 --set total:int64=0 --get total\n"
@@ -118,7 +119,8 @@ std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kWithChannel = Command::kWindows | Command::kRun | Command::kSend | Command::kTerm;
   return {
       {kRun, "FILE", "", "the scripts, run one after the other; - reads one from standard input",
-       Occurrence::kNeededRepeated},
+       Occurrence::kRepeated},
+      {kRun, "-e", "TEXT", "run this text instead of a file; several are its lines", Occurrence::kRepeated},
       {kSend, "TEXT", "", "what is sent, one text behind the other", Occurrence::kNeededRepeated},
       {kCheck, "FILE", "", "the scripts; - reads standard input", Occurrence::kNeededRepeated},
       {kWindows, "FILE", "", "a script to run in the windows"},

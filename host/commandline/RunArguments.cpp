@@ -10,6 +10,8 @@
 namespace host {
 namespace {
 
+constexpr const char* kTextName = "<command line>"; // in messages and reports
+
 // Otherwise null.
 const Variable* FindVariable(const std::vector<Variable>& variables, const std::string& name) {
   const auto found = std::find_if(variables.begin(), variables.end(),
@@ -21,6 +23,16 @@ const Variable* FindVariable(const std::vector<Variable>& variables, const std::
 
 std::string ReadScripts(const CommandLine& line, RunArguments& arguments) {
   arguments.scripts = line.All("FILE");
+  if (line.Has("-e")) {
+    if (line.Has("FILE"))
+      return "-e and FILE: a call runs one or the other";
+    arguments.scripts = {kTextName};
+    arguments.text.emplace();
+    for (const std::string& text : line.All("-e"))
+      *arguments.text += text + '\n';
+  }
+  if (arguments.scripts.empty())
+    return "FILE is required; --help tells more";
   if (std::count(arguments.scripts.begin(), arguments.scripts.end(), "-") > 1)
     return "FILE: standard input is one script only";
   return {};

@@ -13,7 +13,9 @@ namespace host {
 
 // What `run` was asked to do.
 struct RunArguments {
-  std::vector<std::string> scripts; // paths as typed, or "-" for standard input, once at most; one at least
+  // Paths as typed, or "-" for standard input, once at most; one at least. With a text, its name alone.
+  std::vector<std::string> scripts;
+  std::optional<std::string> text; // a script from the command line itself
   ChannelOptions channel;
   std::string trace;               // a path as typed; empty: no trace is wanted
   std::vector<Variable> variables; // no two of the same name

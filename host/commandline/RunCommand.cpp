@@ -11,11 +11,12 @@
 namespace host {
 namespace {
 
-// The script when it comes from standard input. Otherwise the process's exit code; what is wrong has been told.
-tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program,
-                                                         const std::vector<std::string>& scripts) {
-  if (std::find(scripts.begin(), scripts.end(), "-") == scripts.end())
-    return std::nullopt;
+// The script when it comes from the command line or standard input. Otherwise the process's exit code; what is wrong
+// has been told.
+tl::expected<std::optional<std::string>, int> ReadScript(std::string_view program, const RunArguments& arguments) {
+  const std::vector<std::string>& scripts = arguments.scripts;
+  if (arguments.text || std::find(scripts.begin(), scripts.end(), "-") == scripts.end())
+    return arguments.text;
   ReadResult text = ReadStandardInput();
   if (!text && text.error() == ReadFailure::kTooLarge) {
     PrintMessage(program, "standard input is too long for a script: 4 GiB or more");
@@ -57,7 +58,7 @@ int Finish(std::string_view program, const RunArguments& arguments, SessionRecor
 } // namespace
 
 int RunCommand(std::string_view program, const RunArguments& arguments, ScriptProcessor& processor) {
-  const auto input = ReadScript(program, arguments.scripts);
+  const auto input = ReadScript(program, arguments);
   if (!input)
     return input.error();
   SessionRecord record = NewRecord(program, arguments);

@@ -137,8 +137,9 @@ RunSession::End RunSession::Execute(const std::string& script, OutputWatch& watc
   });
   m_processor.Prepare();
   const Interrupt interrupt([this](const InterruptCause& cause) { m_processor.StopFor(cause); });
-  const EONX_ERR_ERRCODE_ result = script == "-" ? m_processor.Execute(*m_input, PrintOutput, &context)
-                                                 : m_processor.ExecuteFile(ScriptPath(script), PrintOutput, &context);
+  const bool isFile = !m_arguments.text && script != "-";
+  const EONX_ERR_ERRCODE_ result = !isFile ? m_processor.Execute(*m_input, PrintOutput, &context)
+                                           : m_processor.ExecuteFile(ScriptPath(script), PrintOutput, &context);
   m_line.Flush();
   m_output.Show(); // may wait for its reader
   watch.Finish();

@@ -14,7 +14,7 @@ namespace host {
 
 class RunSession {
 public:
-  // All must outlive this. `input` is the script that "-" stands for; `records` are the channel's, the questions go to
+  // All must outlive this. `input` is the script that is no file; `records` are the channel's, the questions go to
   // their sinks too.
   RunSession(std::string_view program, const RunArguments& arguments, const std::optional<std::string>& input,
              ScriptProcessor& processor, std::unique_ptr<Channel> channel, TraceFork& records, RunReports& reports);

@@ -12,6 +12,10 @@ struct InterruptCause {
   bool isKey = false; // pressed by somebody who is there; otherwise nobody may be
 };
 
+// Sees to it that the key that interrupts ends the process, with an exit code that says so, where nothing else takes
+// it. To be called once, at the start.
+void LetInterruptsEndProcess();
+
 // While one exists, the first of these is this object's. After it, the key that interrupts ends the process as usual;
 // the others are only taken note of, since they like to come twice. What is ignored when the object is made, as `nohup`
 // and shells without job control have it, stays ignored. One object at a time.

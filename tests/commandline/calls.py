@@ -1,6 +1,7 @@
 """Starting a command line and looking at it from outside; what the checks in this folder share.
 
-Each of them is called as  check_….py NAME COMMAND...,  where NAME is ondscript or ondhost and COMMAND what starts it.
+Each of them is called as  check_….py NAME COMMAND...,  where NAME is ondscript or ondhost and COMMAND what starts it; both are
+Windows programs in one build, ondscript alone is native in the other.
 """
 
 import fcntl
@@ -17,6 +18,7 @@ import time
 TIMEOUT = 60  # seconds, for anything that should end
 failures = 0
 name, *command = sys.argv[1:]
+is_native = not command[-1].endswith(".exe")
 
 
 def check(what, condition, details=""):

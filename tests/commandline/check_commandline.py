@@ -10,7 +10,7 @@ import resource
 import subprocess
 import time
 
-from calls import TIMEOUT, Call, check, command, expect, name, run_checks
+from calls import TIMEOUT, Call, check, command, expect, is_native, name, run_checks
 
 
 def check_results():
@@ -28,13 +28,27 @@ def check_results():
     expect(["run", "none.dcs"], 8, message=b"none.dcs: the file cannot be opened")
     expect(["run", "s.dcs", "--fault", "Lock=1"] + values, 20, b"n=-2\nS=C:\\\\x\n", b"s.dcs: the channel is locked")
     expect(["run", "s.dcs", "--device-dir", "none/device"] + values, 4, message=b"cannot use the folder none/device")
-    if name == "ondscript":
+    if is_native:
         for baud in (300, 600, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400, 460800, 500000, 576000, 921600,
                      1000000, 1152000, 1500000, 2000000, 2500000, 3000000, 3500000, 4000000):
             expect(["run", "s.dcs", "--channel", f"serial:/dev/null:{baud}"] + values, 4,
                    message=b"/dev/null is not a serial port")
         expect(["run", "s.dcs", "--channel", "serial:/dev/null:9601"] + values, 4, message=b"no speed of 9601 baud")
         expect(["run", "s.dcs", "--channel", "serial:s.dcs:9600"] + values, 4, message=b"s.dcs is not a serial port")
+
+
+def check_text():
+    """A script on the command line itself."""
+    first = ["-e", 'print("a\\n");']
+    values = ["--set", "n:int32=-2", "--get", "n"]
+    expect(["run", *first, *values, "-e", "n = n + 1; # a remark", "--channel", "sim", "-e", "n = n + 1;"], 0, b"a\nn=0\n")
+    expect(["run", *first, "-e", "n = 1;"], 21, b"Unknown identifier near line 1/column 14 (offset 13) during parsing\n",
+           b"<command line>: the script failed")
+    pathlib.Path("beside.txt").write_text("here")
+    expect(["run", "-e", 'print(readstringfromfile("beside.txt"));'], 0, b"here")
+    expect(["run", *first, "s.dcs"], 2, message=b"-e and FILE")
+    if name == "ondscript":
+        expect(["-e", "print(-1);"], 0, b"-1")
 
 
 def check_values():
@@ -127,14 +141,14 @@ USAGE_ERRORS += [(["run", "a", "--block-time", text], f"--block-time {text}: exp
 SET_ERRORS |= {f"a{sign}:dword=1": f'"a{sign}" is not a variable\'s name' for sign in "-/@[`{\xe4"}
 USAGE_ERRORS += [(["run", "a", "--set", text], f"--set {text}: {error}".encode()) for text, error in SET_ERRORS.items()]
 # ondhost without a command opens its windows.
-WINDOWS_ERRORS = [
+WINDOWS_ERRORS = {"ondscript": [([], b"--help")], "ondhost": [
     (["--fault", "Send=1"], b'--fault Send=1: unknown operation "Send"'),
     (["--device-dir", "d", "list"], b"options stand behind the command"),
-]
+]}
 
 
 def check_usage():
-    for arguments, message in USAGE_ERRORS if name == "ondscript" else USAGE_ERRORS[:3] + WINDOWS_ERRORS:
+    for arguments, message in USAGE_ERRORS if is_native else USAGE_ERRORS[:3] + WINDOWS_ERRORS[name]:
         expect(arguments, 2, message=message)
     # Each command's help is its own: what it takes, and what it does not.
     helps = {"ondscript": [([], "check", "--set"), (["run"], "--block-time MS", "ondscript check"), (["check"], "--set", "--get")],
@@ -187,7 +201,7 @@ def check_device():
     begin = time.monotonic()
     expect(["run", "-", "--block-time", "300"], 0, b"#" * 40 + b" -> OK\n", text=b'transmitfilefromstring("a", 1, 1, 0);')
     check("--block-time takes time", time.monotonic() - begin >= 0.3)
-    if name == "ondscript":
+    if is_native:
         os.mkfifo("pipe")  # reading it would never end
         expect(["run", "-"], 0, b"\nLocal file cannot be read during TransmitFile (pipe)\n8",
                text=b'print(transmitfile("pipe", 1, 1, 0, 1));')
@@ -245,6 +259,8 @@ def check_checker():
         expect(["check", "-"], code, output and b"<stdin>:" + output, text=text)
     pathlib.Path("open.dcs").write_bytes(b"while (1) {\n  print(1);\n\n")
     expect(["check", "open.dcs"], 1, b"open.dcs:2:12: error: Unexpected token\n")
+    if not is_native:
+        return
     os.mkfifo("fifo.dcs")
     expect(["check", "fifo.dcs"], 5, message=b"fifo.dcs: the file cannot be read: there is none, or it is no regular one")
     expect(["check", "/dev/zero"], 5, message=b"/dev/zero: the file cannot be read")
@@ -281,5 +297,5 @@ def check_list():
     expect(["list"], 0, b"0x1000 Terminal\n0x1001 File Manager\n0x1002 Script Processor\n")
 
 
-run_checks(check_results, check_values, check_usage, check_device, check_device_file,
-           *([check_checker, check_starts] if name == "ondscript" else [check_list]))
+run_checks(check_results, check_text, check_values, check_usage, check_device, check_device_file,
+           *([check_list] if name == "ondhost" else [check_checker]), *([check_starts] if is_native else []))

@@ -11,7 +11,7 @@ import socket
 import threading
 import time
 
-from calls import TIMEOUT, Call, Terminal, check, command, expect, name, run_checks, wait_for_file
+from calls import TIMEOUT, Call, Terminal, check, command, expect, is_native, name, run_checks, wait_for_file
 
 
 def check_output_and_stop():
@@ -138,7 +138,7 @@ def check_interrupt_too_late():
 def check_second_interrupt():
     """A run that cannot end, because nobody takes its output, is ended by the second Ctrl+C, and by nothing else."""
     call, reading = held_up_call(b"while (1) { print(s); }")
-    if name == "ondscript":
+    if is_native:
         for _ in range(2):  # service managers like to ask twice
             call.process.send_signal(signal.SIGTERM)
             time.sleep(0.2)
@@ -149,7 +149,7 @@ def check_second_interrupt():
         time.sleep(0.2)  # signals that come together count once
     code, _, _ = call.end()
     # Wine passes on the last byte of what Windows calls an end by Ctrl+C, 0xC000013A.
-    ended = -signal.SIGINT if name == "ondscript" else 0x3A
+    ended = -signal.SIGINT if is_native else 0x3A
     check("the second Ctrl+C ends the process", code == ended, f"  exit code {code}")
     os.close(reading)
 
@@ -240,7 +240,7 @@ def check_bars():
     failures = b"\nLocal file cannot be read during TransmitFile (none.dcs)\n%s\nUnknown file mode during TransmitFileFromString\n"
     after = b"\r................................ " + empty
     expect(["run", "bars.dcs"], 0, before + b"\n" + full + b" -> OK\nbars.dcs " + full + b" -> OK\n" + failures % empty + after)
-    if name == "ondscript":
+    if is_native:
         def drawn(title):
             return b"".join(b"\r" + title + b"#" * steps + b"." * (40 - steps) for steps in range(41)) + b" -> OK\n"
 
@@ -250,5 +250,5 @@ def check_bars():
 
 
 run_checks(check_output_and_stop, check_second_interrupt, check_lost_output, check_closed_streams, check_bars,
-           check_shown_before_waiting, *([check_signals, check_interrupt_too_late, check_signal_at_the_end] if name == "ondscript"
+           check_shown_before_waiting, *([check_signals, check_interrupt_too_late, check_signal_at_the_end] if is_native
                                          else [check_console_events]))

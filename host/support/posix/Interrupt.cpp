@@ -46,6 +46,9 @@ void OnSignal(int signalNumber) {
 
 } // namespace
 
+// The system does so by itself.
+void LetInterruptsEndProcess() {}
+
 struct Interrupt::Body {
   std::function<void(const InterruptCause&)> stop;
 };

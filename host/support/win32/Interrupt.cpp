@@ -53,7 +53,18 @@ void Install() {
   static_cast<void>(installed);
 }
 
+// Wine's own handler would end the process as if all had gone well.
+BOOL WINAPI EndProcess(DWORD control) {
+  if (CauseOf(control).isKey)
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(STATUS_CONTROL_C_EXIT));
+  return FALSE;
+}
+
 } // namespace
+
+void LetInterruptsEndProcess() {
+  SetConsoleCtrlHandler(EndProcess, TRUE);
+}
 
 struct Interrupt::Body {
   explicit Body(std::function<void(const InterruptCause&)> wanted) : stop(std::move(wanted)) {}
