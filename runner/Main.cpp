@@ -11,8 +11,12 @@
 #include "host/talk/TermCommand.h"
 #include "runner/CheckCommand.h"
 #include "runner/NativeProcessor.h"
+#include "runner/PromptCommand.h"
+#include "runner/StandardInput.h"
+#include "runner/describe/Descriptions.h"
 #include "util/EscapedString.h"
 
+#include <algorithm>
 #include <exception>
 #include <new>
 
@@ -31,6 +35,34 @@ int Run(const host::CommandLine& line) {
     return UsageError(arguments.error());
   NativeProcessor processor;
   return host::RunCommand(kProgram, *arguments, processor);
+}
+
+int Print(const std::string& text) {
+  host::StandardOutput output;
+  output.Write(text);
+  return host::ExitCodeOf(kProgram, output);
+}
+
+int Complete(const std::string& shell) {
+  if (shell == "bash")
+    return Print(BashCompletion(kProgram));
+  if (shell == "zsh")
+    return Print(ZshCompletion(kProgram));
+  if (shell == "fish")
+    return Print(FishCompletion(kProgram));
+  return UsageError("SHELL " + shell + ": there are bash, zsh, fish");
+}
+
+// Whether somebody at a terminal has named nothing to be done, but at most the prompt's options.
+bool WantsPrompt(const host::CommandLine& line) {
+  const auto isOfPrompt = [](const auto& value) {
+    const auto options = host::Options();
+    return std::any_of(options.begin(), options.end(), [&](const host::OptionRow& row) {
+      return row.name == value.first && row.IsOf(host::Command::kPrompt);
+    });
+  };
+  return (line.isImplied || line.command == host::Command::kHelp) && IsInputTerminal() &&
+         std::all_of(line.values.begin(), line.values.end(), isOfPrompt);
 }
 
 int Check(const host::CommandLine& line) {
@@ -58,9 +90,17 @@ int Main(int argc, char** argv) {
   const auto line = host::ParseCommandLine(kProgram, argc, argv);
   if (!line)
     return line.error();
+  if (WantsPrompt(*line))
+    return PromptCommand(kProgram, *line);
   switch (line->command) {
   case host::Command::kRun:
     return Run(*line);
+  case host::Command::kPrompt:
+    return PromptCommand(kProgram, *line);
+  case host::Command::kCompletion:
+    return Complete(line->Value("SHELL", ""));
+  case host::Command::kManual:
+    return Print(ManualPage(kProgram));
   case host::Command::kCheck:
     return Check(*line);
   case host::Command::kSend:

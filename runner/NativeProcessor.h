@@ -22,6 +22,9 @@ public:
   void StopFor(const host::InterruptCause& cause) override;
   void DismissQuestion() override { m_prompter.Leave(); }
 
+  // What runs the scripts, for what a host cannot ask for.
+  ScriptSession& Session() { return m_session; }
+
 private:
   TerminalPrompter m_prompter;
   AnsweringPrompter m_answering{m_prompter, [this] { return m_prompter.IsDeserted(); }};

@@ -17,8 +17,11 @@ public:
   void Interrupt() { m_interrupted.Raise(); }
   // From now on there are no lines any more; ends a call that waits. [any thread, also a signal handler]
   void Close() { m_closed.Raise(); }
-  // Again there may be lines. [the thread of ReadLine]
-  void Reopen() { m_closed.Clear(); }
+  // Again there may be lines, and nothing has been interrupted. [the thread of ReadLine]
+  void Reopen() {
+    m_closed.Clear();
+    m_interrupted.Clear();
+  }
   // Whether nobody is there: standard input is no terminal, and ended before it gave a single line.
   bool IsDeserted() const { return m_deserted; }
 

@@ -39,13 +39,7 @@ ScriptError WithoutExceptions(Operation operation) {
   }
 }
 
-// How far a run came.
-struct Reached {
-  RunPhase phase = RunPhase::kParsing;
-  std::uint32_t offset = 0; // of the token that was read last
-};
-
-ScriptError RunProgram(const RunSetup& setup, Reached* reached) {
+ScriptError RunProgram(const RunSetup& setup, RunFailure* reached) {
   setup.context.SetBaseDirectory(setup.baseDirectory.empty() ? platform::CurrentFolder() : setup.baseDirectory);
   CONXScriptVariable version;
   if (const ScriptError error = version.SetText(kLanguageVersion))
@@ -69,10 +63,13 @@ ScriptError RunProgram(const RunSetup& setup, Reached* reached) {
 } // namespace
 
 ScriptError RunScript(const RunSetup& setup) noexcept {
-  Reached reached;
+  RunFailure reached;
   const ScriptError error =
       platform::FreeStack() == 0 ? kOutOfMemory : WithoutExceptions([&] { return RunProgram(setup, &reached); });
-  if (CodeWithinClass(error) != 0)
+  reached.error = error;
+  if (setup.failure)
+    *setup.failure = reached;
+  else if (CodeWithinClass(error) != 0)
     NoThrow([&] { setup.output.Write(DiagnosticLine(error, setup.text, reached.offset, reached.phase).data()); });
   return error;
 }

@@ -29,6 +29,13 @@ struct ScriptOutput {
   explicit operator bool() const { return function != nullptr; }
 };
 
+// How a run failed.
+struct RunFailure {
+  ScriptError error = kScriptOk;
+  std::uint32_t offset = 0; // of the token that was read last
+  RunPhase phase = RunPhase::kParsing;
+};
+
 // A function of the running program to start instead of its main program.
 struct FunctionStart {
   std::string name;
@@ -47,6 +54,7 @@ struct RunSetup {
   FunctionStart* function = nullptr;    // null: the main program
   CONXScriptVariable* result = nullptr; // untyped; receives the value of the function that is run
   ScriptWatcher* watcher = nullptr;     // looks on
+  RunFailure* failure = nullptr;        // receives what otherwise ends the output: the diagnostic of a failed run
 };
 
 // Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line, also one that

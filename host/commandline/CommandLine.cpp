@@ -87,10 +87,12 @@ bool IsFirst(std::string_view program, std::string_view word) {
   return word == "-h" || word == "--help" || word == "--version" || IsCommand(program, word);
 }
 
-// From the last word to the first, as the library wants them.
-std::vector<std::string> Words(const CommandRow& program, int argc, const char* const* argv) {
+// From the last word to the first, as the library wants them. `isImplied` tells that the command is none of the words
+// typed.
+std::vector<std::string> Words(const CommandRow& program, int argc, const char* const* argv, bool& isImplied) {
   std::vector<std::string> words(argv + 1, argv + argc);
-  if (program.command == Command::kHelp && !words.empty() && !IsFirst(program.program, words.front()))
+  isImplied = program.command == Command::kHelp && !words.empty() && !IsFirst(program.program, words.front());
+  if (isImplied)
     words.insert(words.begin(), "run");
   std::reverse(words.begin(), words.end());
   return words;
@@ -173,10 +175,10 @@ std::string CommandLine::Value(std::string_view name, std::string_view otherwise
 tl::expected<CommandLine, int> ParseCommandLine(std::string_view program, int argc, const char* const* argv) {
   const auto isAlone = [&](const CommandRow& row) { return row.program == program && row.name.empty(); };
   const CommandRow& alone = *std::find_if(Commands().begin(), Commands().end(), isAlone);
-  std::vector<std::string> words = Words(alone, argc, argv);
   CLI::App app(std::string(alone.description), std::string(program));
   CommandLine line{};
   line.command = alone.command;
+  std::vector<std::string> words = Words(alone, argc, argv, line.isImplied);
   for (const CommandRow& row : Commands()) {
     if (row.program != program || !IsWanted(row, words))
       continue;

@@ -12,6 +12,7 @@ namespace host {
 
 struct CommandLine {
   Command command;
+  bool isImplied = false; // no command was named, but something else, which makes it that of a script
   // By the names of the table's rows, as typed and in order; what was not said is not there. An option without an
   // argument stands with one empty text.
   std::map<std::string, std::vector<std::string>, std::less<>> values;

@@ -50,6 +50,11 @@ constexpr CommandRow kCommands[] = {
      "  ondscript run flash.dcs --fault TransmitFile:2=6\n"
      "  ondscript run power.dcs radio.dcs --answers bench.txt --timeout 60 --report html=A17.html\n",
      kRunCodes},
+    {"ondscript", Command::kPrompt, "prompt", "Runs lines as they are typed, to try things on a device",
+     "  ondscript\n"
+     "  ondscript --channel serial:/dev/ttyUSB0:115200:8N1\n"
+     "  echo 'receivestring()' | ondscript prompt --channel tcp:192.168.1.20:4000\n",
+     "`ondscript` without a script or command does the same at a terminal."},
     {"ondscript", Command::kCheck, "check", "Prints the first problem of each script as FILE:LINE:COLUMN: error: TEXT",
      "  ondscript check *.dcs\n"
      "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
@@ -72,6 +77,11 @@ constexpr CommandRow kCommands[] = {
      kTraceCodes},
     {"ondscript", Command::kTraceExport, "trace export", kExportDescription,
      "  ondscript trace export bench.jsonl bench.pcapng\n", kTraceCodes},
+    {"ondscript", Command::kCompletion, "completion", "Prints what completes this program's command line in a shell",
+     "  . <(ondscript completion bash)\n"
+     "  ondscript completion fish > ~/.config/fish/completions/ondscript.fish\n",
+     ""},
+    {"ondscript", Command::kManual, "manual", "Prints the manual page", "  ondscript manual | man -l -\n", ""},
     {"ondhost", Command::kWindows, "",
      "Works with a device through OndDeviceClient.dll: with windows, or from a script.",
      "  ondhost\n"
@@ -116,7 +126,8 @@ std::vector<OptionRow> MakeOptions() {
   constexpr unsigned kSend = static_cast<unsigned>(Command::kSend);
   constexpr unsigned kTerm = static_cast<unsigned>(Command::kTerm);
   constexpr unsigned kTalk = kSend | kTerm;
-  constexpr unsigned kWithChannel = Command::kWindows | Command::kRun | Command::kSend | Command::kTerm;
+  constexpr unsigned kWithChannel =
+      Command::kWindows | Command::kRun | Command::kPrompt | Command::kSend | Command::kTerm;
   return {
       {kRun, "FILE", "", "the scripts, run one after the other; - reads one from standard input",
        Occurrence::kRepeated},
@@ -134,7 +145,7 @@ std::vector<OptionRow> MakeOptions() {
       {kWindows, "--log", "FILE", "write what happens at the windows behind what is in this file"},
       {kWindows, "--settings", "FILE",
        "remember windows, channels and scripts in this file; none: nowhere (otherwise in %APPDATA%\\OndHost)"},
-      {Command::kRun | Command::kCheck, "--set", "NAME:TYPE=VALUE",
+      {Command::kRun | Command::kCheck | Command::kPrompt, "--set", "NAME:TYPE=VALUE",
        "a variable for the script (" + VariableTypes() + ")", Occurrence::kRepeated},
       {Command::kTraceShow | Command::kTraceExport, "FILE", "", "the trace, as --trace of run has written it",
        Occurrence::kNeeded},
@@ -144,13 +155,17 @@ std::vector<OptionRow> MakeOptions() {
        Occurrence::kRepeated},
       {kShow, "--times", "WHICH",
        "time stamps: absolute (UTC), start (since the start, the default) or last (since the "
-       "line before)"},
+       "line before)",
+       Occurrence::kOnce, "absolute start last"},
+      {static_cast<unsigned>(Command::kCompletion), "SHELL", "", "bash, zsh or fish", Occurrence::kNeeded,
+       "bash zsh fish"},
       {kShow, "--gap", "MS", "milliseconds of silence that end a block of bytes (otherwise 20)"},
       {kSend, "--wait", "TEXT", "print the answer until this text, with escapes too, has come"},
       {kSend, "--timeout", "SECONDS", "wait no longer than this (with --wait otherwise 5)"},
       {kSend, "--silence", "SECONDS",
        "without --wait, the answer is over when nothing came for so long (otherwise 0.5)"},
-      {kTerm, "--end", "END", "what follows a typed line: cr (otherwise), lf, crlf or none"},
+      {kTerm, "--end", "END", "what follows a typed line: cr (otherwise), lf, crlf or none", Occurrence::kOnce,
+       "cr lf crlf none"},
       {kTerm, "--stamps", "", "show the time in front of each line"},
       {kTalk, "--hex", "", "show bytes"},
       {kTalk, "--raw", "", "on a terminal, do not replace control characters"},

@@ -1,5 +1,6 @@
 // What can be said on the command lines of both programs, as data: their commands, and the files and options that each
-// takes. Parser and help are made from it; whatever else describes the command lines belongs here too.
+// takes. Parser, help, completions and manual page are made from it; whatever else describes the command lines belongs
+// here too.
 #pragma once
 
 #include <span>
@@ -19,6 +20,9 @@ enum class Command : unsigned {
   kSend = 128,
   kTerm = 256,
   kPorts = 512,
+  kPrompt = 1024,
+  kCompletion = 2048,
+  kManual = 4096,
 };
 
 struct CommandRow {
@@ -41,6 +45,7 @@ struct OptionRow {
   std::string argument; // what its value looks like; empty: it has none
   std::string description;
   Occurrence occurrence = Occurrence::kOnce;
+  std::string choices{}; // the values that there are, with blanks between; empty: they are not known
 
   bool IsOf(Command command) const { return (commands & static_cast<unsigned>(command)) != 0; }
   bool IsOption() const { return name.starts_with('-'); }

@@ -2,6 +2,7 @@
 
 #include "util/AsciiCase.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -65,6 +66,14 @@ std::uint64_t ExternalVariables::Get(TONXSCRIPTVARIABLE* records, std::size_t co
     }
   }
   return found;
+}
+
+void ExternalVariables::Declare(std::string_view name, DataType type) {
+  const auto found = std::find_if(m_variables.begin(), m_variables.end(),
+                                  [&](const Variable& variable) { return EqualsIgnoringCase(variable.name, name); });
+  Variable& variable = found != m_variables.end() ? *found : m_variables.emplace_back();
+  variable.name = name;
+  variable.value.Reset(type);
 }
 
 std::vector<std::pair<std::string_view, CONXScriptVariable*>> ExternalVariables::ByName() {

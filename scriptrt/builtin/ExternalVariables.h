@@ -22,6 +22,9 @@ public:
   // Returns how many matches were written; duplicates each count, the last one stands.
   std::uint64_t Get(TONXSCRIPTVARIABLE* records, std::size_t count) const;
 
+  // Makes a variable of this name and type, zero or empty, of one that is there if need be.
+  void Declare(std::string_view name, DataType type);
+
   // In the order in which they were set.
   std::vector<std::pair<std::string_view, CONXScriptVariable*>> ByName();
 

@@ -15,7 +15,9 @@ ScriptError SetUpAndRun(const RunServices& services, const RunRequest& request) 
                        builtIns.ByName(),
                        request.variables ? request.variables->ByName() : decltype(RunSetup::externalVariables){},
                        request.function,
-                       request.result};
+                       request.result,
+                       nullptr,
+                       request.failure};
   return RunScript(setup);
 }
 

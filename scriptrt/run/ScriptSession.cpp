@@ -67,7 +67,7 @@ struct ScriptSession::Body {
   explicit Body(void* owner) : lockOwner(owner) {}
 
   EONX_ERR_ERRCODE_ Run(COndDeviceComm_0& channel, std::string_view text, const char* baseDirectory,
-                        ScriptOutput output);
+                        ScriptOutput output, SessionRun* run = nullptr);
   EONX_ERR_ERRCODE_ RunFile(COndDeviceComm_0& channel, const char* path, ScriptOutput output);
 
   void* lockOwner;
@@ -81,15 +81,22 @@ struct ScriptSession::Body {
 };
 
 EONX_ERR_ERRCODE_ ScriptSession::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
-                                           const char* baseDirectory, ScriptOutput anyOutput) {
+                                           const char* baseDirectory, ScriptOutput anyOutput, SessionRun* run) {
   if (severed)
     return EONX_ERR_SCRIPT;
   const ChannelLock lock(usedChannel, lockOwner);
   if (!lock)
     return EONX_ERR_LOCKED;
   OutputGate gate{severed, showBeforeWaiting, anyOutput};
-  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter},
-                                            {context, text, baseDirectory ? baseDirectory : "", &variables});
+  FunctionStart start{run && run->function ? run->function : "", {}};
+  const RunRequest request{context,
+                           text,
+                           baseDirectory ? baseDirectory : "",
+                           &variables,
+                           start.name.empty() ? nullptr : &start,
+                           run ? run->result : nullptr,
+                           run ? &run->failure : nullptr};
+  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter}, request);
   return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
 }
 
@@ -151,6 +158,16 @@ EONX_ERR_ERRCODE_ ScriptSession::ExecuteScript(std::string_view text, const char
   return WithoutExceptions([&] { return m_body->Run(*channel, text, baseDirectory, {output, outputContext}); });
 }
 
+EONX_ERR_ERRCODE_ ScriptSession::Execute(SessionRun& run, OndScriptOutput output, void* outputContext) {
+  COndDeviceComm_0* channel = m_body->channel;
+  if (!channel)
+    return EONX_ERR_NO_CHANNEL;
+  const RunningMark mark(m_body->running);
+  if (!mark)
+    return EONX_ERR_LOCKED;
+  return WithoutExceptions([&] { return m_body->Run(*channel, run.text, nullptr, {output, outputContext}, &run); });
+}
+
 EONX_ERR_ERRCODE_ ScriptSession::ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext) {
   if (!path || *path == '\0')
     return EONX_ERR_EMPTY_PATH;
@@ -182,6 +199,10 @@ EONX_ERR_ERRCODE_ ScriptSession::GetVariables(TONXSCRIPTVARIABLE* records, std::
       *foundCount = found;
     return EONX_ERR_NONE;
   });
+}
+
+ExternalVariables& ScriptSession::Variables() {
+  return m_body->variables;
 }
 
 void ScriptSession::PrepareRun() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "frame/contract/OndDeviceClient.h"
+#include "script/RunScript.h"
 #include "scriptrt/builtin/ExternalVariables.h"
 
 #include <cstddef>
@@ -12,6 +13,14 @@
 #include <string_view>
 
 class Prompter;
+
+// What is run of a text, and what becomes of it.
+struct SessionRun {
+  std::string_view text;                // followed by a zero byte
+  const char* function = nullptr;       // without parameters; null: the main program
+  CONXScriptVariable* result = nullptr; // untyped; receives the function's value
+  RunFailure failure{};                 // how the run ended, which its output does not tell then
+};
 
 // [one thread at a time, but for StopScript]
 class ScriptSession {
@@ -38,9 +47,15 @@ public:
   // The same for a file; its folder is the base directory. Also EONX_ERR_EMPTY_PATH, _FILE_OPEN, _FILE_READ.
   EONX_ERR_ERRCODE_ ExecuteScriptFile(const char* path, OndScriptOutput output, void* outputContext);
 
+  // The same for a text that is a part of what the caller shows, with the current directory for a folder.
+  EONX_ERR_ERRCODE_ Execute(SessionRun& run, OndScriptOutput output, void* outputContext);
+
   // Variables that every run sees, and that keep what the script left in them. See ONX_CALL_SET_VARIABLES.
   EONX_ERR_ERRCODE_ SetVariables(const TONXSCRIPTVARIABLE* records, std::size_t count, ExistingVariables existing);
   EONX_ERR_ERRCODE_ GetVariables(TONXSCRIPTVARIABLE* records, std::size_t count, std::uint64_t* foundCount);
+
+  // The variables themselves. [while nothing runs]
+  ExternalVariables& Variables();
 
   // Forgets stop requests made before this moment. Called where a run is asked for, by whoever asks for it.
   void PrepareRun();
