@@ -104,7 +104,11 @@ bool Prompt::Run(const std::string& greeting) {
 }
 
 host::Typed Prompt::ReadLine() {
-  const host::Interrupt interrupt([this](const host::InterruptCause&) { m_editor.Stop(); });
+  // The key is one of the editor's; Wine's console tells of it here too.
+  const host::Interrupt interrupt([this](const host::InterruptCause& cause) {
+    if (!cause.isKey)
+      m_editor.Stop();
+  });
   return m_editor.Read(m_input.empty() ? kFirstPrompt : kNextPrompt);
 }
 

@@ -69,6 +69,16 @@ def check_session():
     check("help names every function", b"Strings and numbers\n  strlen substr instr" in output.replace(b"\r", b""), output)
 
 
+def check_page():
+    """The session in the page about the prompt, line for line."""
+    page = (pathlib.Path(__file__).resolve().parents[2] / "docs/prompt.md").read_text(encoding="utf-8")
+    first, _, *lines = page.partition("```console\n")[2].partition("```")[0].splitlines(keepends=True)
+    check("the page starts the prompt", first == "$ ondscript --channel sim\n", first)
+    typed = [line[2:] for line in lines if line.startswith(("> ", ". "))]
+    shown = [line for line in lines if not line.startswith(("> ", ". "))]
+    expect(["prompt", "--channel", "sim"], 0, "".join(shown).encode(), text="".join(typed).encode())
+
+
 def check_terminal():
     os.environ["XDG_STATE_HOME"] = str(pathlib.Path("state").resolve())
     terminal = Terminal(["--channel", "sim"], with_output=True)
@@ -102,4 +112,4 @@ def check_terminal():
     expect(["--channel", "sim"], 2, message=b"FILE is required")
 
 
-run_checks(check_session, *([check_terminal] if is_native else []))
+run_checks(check_session, check_page, *([check_terminal] if is_native else []))
