@@ -1,10 +1,12 @@
 #include "runner/CheckCommand.h"
 
+#include "host/commandline/Diagnostic.h"
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/ExpectedVariables.h"
 #include "host/commandline/StandardStreams.h"
 #include "host/support/Files.h"
 #include "runner/EncodingHint.h"
-#include "scriptrt/run/CheckScript.h"
+#include "scriptrt/check/CheckScript.h"
 
 namespace {
 
@@ -21,11 +23,23 @@ tl::expected<std::string, std::string> ReadScript(const std::string& file) {
       });
 }
 
-// `found` is a ScriptProblem or an EncodingHint.
-template <class Found>
-std::string Line(const std::string& file, const char* kind, const Found& found) {
-  return (file == "-" ? "<stdin>" : file) + ":" + std::to_string(found.line) + ":" + std::to_string(found.column) +
-         ": " + kind + ": " + found.text + "\n";
+// What is wrong with the script, and with what it says about its variables.
+std::vector<host::Diagnostic> Problems(const std::string& shown, const std::string& text,
+                                       std::vector<std::string> names) {
+  const host::ExpectedVariables expected = host::ReadExpectedVariables(text);
+  for (const host::Variable& variable : expected.variables)
+    names.push_back(variable.name);
+  std::vector<host::Diagnostic> problems;
+  for (const ScriptProblem& problem : CheckScript(text, names))
+    problems.push_back(host::DiagnosticOf(shown, problem));
+  for (const auto& malformed : expected.malformed)
+    problems.push_back(
+        {shown, "error", malformed.reason, "", malformed.begin, {malformed.begin, malformed.end}, std::nullopt});
+  return problems;
+}
+
+std::string Line(const std::string& file, const EncodingHint& hint) {
+  return file + ":" + std::to_string(hint.line) + ":" + std::to_string(hint.column) + ": note: " + hint.text + "\n";
 }
 
 } // namespace
@@ -41,10 +55,11 @@ int CheckFiles(std::string_view program, const std::vector<std::string>& files, 
       unreadable = true;
       continue;
     }
+    const std::string shown = file == "-" ? "<stdin>" : file;
     if (const auto hint = FindEncodingHint(*text))
-      output.Write(Line(file, "note", *hint));
-    for (const ScriptProblem& problem : CheckScript(*text, names)) {
-      output.Write(Line(file, "error", problem));
+      output.Write(Line(shown, *hint));
+    for (const host::Diagnostic& found : Problems(shown, *text, names)) {
+      output.Write(host::DiagnosticText(found, *text, host::ColoursOfOutput()));
       problems = true;
     }
   }

@@ -57,6 +57,10 @@ ScriptError RunProgram(const RunSetup& setup, RunFailure* reached) {
     return Execute(*machine, setup);
   });
   reached->offset = machine ? machine->Place() : program.Place();
+  if (setup.failures && CodeWithinClass(error) != 0)
+    NoThrow([&] {
+      setup.failures->RunFailed({setup, error, reached->offset, program, machine ? &*machine : nullptr});
+    });
   return error;
 }
 

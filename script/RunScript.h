@@ -1,6 +1,7 @@
 // The one way a script text is run.
 #pragma once
 
+#include "script/FailureObserver.h"
 #include "script/machine/ScriptWatcher.h"
 #include "script/program/CONXScriptFunc.h"
 #include "script/program/RunContext.h"
@@ -55,6 +56,8 @@ struct RunSetup {
   CONXScriptVariable* result = nullptr; // untyped; receives the value of the function that is run
   ScriptWatcher* watcher = nullptr;     // looks on
   RunFailure* failure = nullptr;        // receives what otherwise ends the output: the diagnostic of a failed run
+  std::string_view file = {};           // the text's, for messages; empty: none
+  FailureObserver* failures = nullptr;  // is told
 };
 
 // Reads and runs a script on the calling thread. A failed run ends its output with the diagnostic line, also one that

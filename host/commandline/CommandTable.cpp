@@ -55,7 +55,8 @@ constexpr CommandRow kCommands[] = {
      "  ondscript --channel serial:/dev/ttyUSB0:115200:8N1\n"
      "  echo 'receivestring()' | ondscript prompt --channel tcp:192.168.1.20:4000\n",
      "`ondscript` without a script or command does the same at a terminal."},
-    {"ondscript", Command::kCheck, "check", "Prints the first problem of each script as FILE:LINE:COLUMN: error: TEXT",
+    {"ondscript", Command::kCheck, "check",
+     "Prints the problems of scripts as FILE:LINE:COLUMN: error: TEXT, with the line",
      "  ondscript check *.dcs\n"
      "  ondscript check test.dcs --set unit:string= --set limit:dword=0\n"
      "  generate | ondscript check -\n",

@@ -1,6 +1,7 @@
 #include "host/commandline/RunCommand.h"
 
 #include "host/commandline/ExitCodes.h"
+#include "host/commandline/ExpectedVariables.h"
 #include "host/commandline/OpenChannel.h"
 #include "host/commandline/RunSession.h"
 #include "host/report/Verdict.h"
@@ -33,6 +34,19 @@ tl::expected<std::optional<std::string>, int> ReadScript(std::string_view progra
   return std::move(*text);
 }
 
+// Whether every script gets the variables that it says it expects; what is wrong has been told. Before anything runs: a
+// wrong call shall do nothing to a device.
+bool HasExpectedVariables(std::string_view program, const RunArguments& arguments, const std::string& input) {
+  bool has = true;
+  for (const std::string& script : arguments.scripts) {
+    const std::string misfit = MisfitOf(ReadExpectedVariablesOf(script, input), arguments.variables);
+    if (!misfit.empty())
+      PrintMessage(program, (script == "-" ? "<stdin>" : script) + ": " + misfit);
+    has &= misfit.empty();
+  }
+  return has;
+}
+
 SessionRecord NewRecord(std::string_view program, const RunArguments& arguments) {
   SessionRecord session;
   session.program = program;
@@ -61,6 +75,8 @@ int RunCommand(std::string_view program, const RunArguments& arguments, ScriptPr
   const auto input = ReadScript(program, arguments);
   if (!input)
     return input.error();
+  if (!HasExpectedVariables(program, arguments, input->value_or("")))
+    return kExitUsage;
   SessionRecord record = NewRecord(program, arguments);
   TraceFork records;
   RunReports reports(record, arguments.reports, [program](const std::string& text) { PrintMessage(program, text); });

@@ -32,6 +32,8 @@ public:
   // Where the questions of scripts are answered from now on; null: as if there were no desk. The desk stays the
   // caller's.
   virtual void UseDesk(AnswerDesk* desk) = 0;
+  // Why the last script failed, in lines for standard error; empty where nothing more is known than its output says.
+  virtual std::string TakeFailure() { return {}; }
   // Asks the running script to end. [any thread]
   virtual void Stop() = 0;
   // The same when the process has been asked to end. A processor that asks its questions itself tells the user, or

@@ -191,6 +191,10 @@ bool RunSession::HasBadResult() {
 
 void RunSession::TellEnd(ScriptRecord& record, const End& end) {
   std::string text = ResultText(end.result);
+  const std::string failure = m_processor.TakeFailure();
+  const bool failedByItself = m_desk.Failed() == AnswerDesk::Failure::kNone && !end.interrupted && !end.timedOut;
+  if (end.result == EONX_ERR_SCRIPT && failedByItself && !end.stopped)
+    PrintLines(failure);
   if (m_desk.Failed() != AnswerDesk::Failure::kNone)
     text = "stopped: " + m_desk.FailureText();
   else if (end.interrupted && end.result == EONX_ERR_SCRIPT)

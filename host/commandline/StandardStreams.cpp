@@ -106,6 +106,10 @@ ReadResult ReadStandardInput() {
   return ReadToEnd(stdin, kLongestScript);
 }
 
+void PrintLines(std::string_view lines) {
+  std::fwrite(lines.data(), 1, lines.size(), stderr);
+}
+
 void PrintMessage(std::string_view program, std::string_view text) {
   std::fprintf(stderr, "%.*s: %.*s\n", static_cast<int>(program.size()), program.data(), static_cast<int>(text.size()),
                text.data());

@@ -72,6 +72,9 @@ inline constexpr std::uint64_t kLongestScript = 0xFFFFFFFF;
 // A script from standard input, until its end; no more than the longest.
 ReadResult ReadStandardInput();
 
+// Lines, each with its end, on standard error.
+void PrintLines(std::string_view lines);
+
 // "PROGRAM: TEXT" on a line of standard error.
 void PrintMessage(std::string_view program, std::string_view text);
 

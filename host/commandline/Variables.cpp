@@ -134,15 +134,14 @@ std::string VariableTypes() {
   return names;
 }
 
-tl::expected<Variable, std::string> ParseVariable(const std::string& text) {
-  const std::string_view all = text;
-  const std::size_t equals = all.find('=');
-  const std::size_t colon = all.substr(0, equals).find(':');
-  if (equals == std::string_view::npos || colon == std::string_view::npos)
-    return tl::unexpected<std::string>("expected NAME:TYPE=VALUE, as in count:dword=5");
-  const std::string_view name = all.substr(0, colon);
-  const std::string_view typeName = all.substr(colon + 1, equals - colon - 1);
-  const std::string_view value = all.substr(equals + 1);
+std::string_view NameOfType(std::uint32_t type) {
+  for (const TypeName& known : kTypes)
+    if (known.type == type)
+      return known.name;
+  return "dword";
+}
+
+tl::expected<Variable, std::string> DeclareVariable(std::string_view name, std::string_view typeName) {
   if (!IsIdentifier(name))
     return tl::unexpected(Quoted(name) + " is not a variable's name (letters, digits and _, no digit in front)");
   if (IsKeyword(name))
@@ -153,13 +152,26 @@ tl::expected<Variable, std::string> ParseVariable(const std::string& text) {
   Variable variable;
   variable.name = name;
   variable.type = *type;
-  if (variable.type == ONX_TYPE_STRING) {
-    variable.text = value;
+  return variable;
+}
+
+tl::expected<Variable, std::string> ParseVariable(const std::string& text) {
+  const std::string_view all = text;
+  const std::size_t equals = all.find('=');
+  const std::size_t colon = all.substr(0, equals).find(':');
+  if (equals == std::string_view::npos || colon == std::string_view::npos)
+    return tl::unexpected<std::string>("expected NAME:TYPE=VALUE, as in count:dword=5");
+  auto variable = DeclareVariable(all.substr(0, colon), all.substr(colon + 1, equals - colon - 1));
+  if (!variable)
+    return variable;
+  const std::string_view value = all.substr(equals + 1);
+  if (variable->type == ONX_TYPE_STRING) {
+    variable->text = value;
     return variable;
   }
-  return ParseValue(value, variable.type).map([&](std::uint64_t number) {
-    variable.number = number;
-    return variable;
+  return ParseValue(value, variable->type).map([&](std::uint64_t number) {
+    variable->number = number;
+    return *variable;
   });
 }
 

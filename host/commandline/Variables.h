@@ -6,6 +6,7 @@
 #include <tl/expected.hpp>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host {
@@ -20,6 +21,11 @@ struct Variable {
 // The names of the types, with commas.
 std::string VariableTypes();
 
+// The usual name of an ONX_TYPE_….
+std::string_view NameOfType(std::uint32_t type);
+
+// A variable of this name and type, without a value. Otherwise says what is wrong.
+tl::expected<Variable, std::string> DeclareVariable(std::string_view name, std::string_view type);
 // Reads "NAME:TYPE=VALUE". Types are those of the language, in any case; numbers are decimal, hexadecimal (0x1F) or
 // binary (0b101), with a sign where the type has one. Otherwise says what is wrong.
 tl::expected<Variable, std::string> ParseVariable(const std::string& text);

@@ -48,6 +48,20 @@ ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit) {
   return bytes;
 }
 
+std::string ShownPath(const std::string& scriptPath) {
+  const std::string path = FromScriptPath(scriptPath);
+  std::error_code failed;
+  const std::string folder = PathInFolder(std::filesystem::current_path(failed).string(), "");
+  return !failed && path.size() > folder.size() && path.starts_with(folder) ? path.substr(folder.size()) : path;
+}
+
+std::string ReadBeginning(const std::string& path, std::size_t most) {
+  const OpenFile file(IsRegularFile(path) ? std::fopen(SystemPath(path).c_str(), "rb") : nullptr);
+  std::string bytes(file ? most : 0, '\0');
+  bytes.resize(file ? std::fread(bytes.data(), 1, most, file.get()) : 0);
+  return bytes;
+}
+
 ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit) {
   if (!IsRegularFile(path))
     return tl::unexpected(ReadFailure::kUnreadable);

@@ -21,6 +21,8 @@ using ReadResult = tl::expected<std::string, ReadFailure>;
 ReadResult ReadToEnd(std::FILE* file, std::uint64_t limit);
 // The same of a whole file; folders, devices and pipes, whose end may never come, count as unreadable.
 ReadResult ReadWholeFile(const std::string& path, std::uint64_t limit);
+// The first bytes of a file, `most` of them at most; empty when it is no regular one or cannot be read.
+std::string ReadBeginning(const std::string& path, std::size_t most);
 // Writes beside the file and then puts the result in its place: a file that was there before is unharmed by a failure,
 // and so is whatever else lies there. A link stays one, its file gets the bytes. What is no regular file, or may not be
 // written, stays as it is, and the writing fails.
@@ -38,6 +40,8 @@ std::string SystemPath(const std::string& path);
 std::string FromScriptPath(const std::string& path);
 // A path that a user typed as scripts see paths.
 std::string ScriptPath(const std::string& typed);
+// A full path as scripts see paths, as short as a user in the current folder would type it.
+std::string ShownPath(const std::string& scriptPath);
 // `folder` and a name within it.
 std::string PathInFolder(const std::string& folder, const std::string& name);
 // Whether a file is there, and no folder, device or pipe, whose end may never come.

@@ -11,5 +11,7 @@ bool PrepareStandardStreams();
 
 // Whether somebody looks at standard output on a terminal.
 bool IsOutputTerminal();
+// The same of standard error.
+bool IsMessagesTerminal();
 
 } // namespace host

@@ -78,6 +78,7 @@ Prompt::Prompt(NativeProcessor& processor, const std::string& historyFile, std::
     : m_processor(processor), m_editor(historyFile), m_program(processor.Session().Variables()),
       m_channelState(std::move(channelState)) {
   m_processor.ShowBeforeWaiting([this] { m_output.Show(); });
+  m_processor.Session().SetFailureObserver(nullptr); // the prompt tells failures itself
 }
 
 bool Prompt::Run(const std::string& greeting) {

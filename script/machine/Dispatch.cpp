@@ -639,6 +639,7 @@ ScriptError ScriptMachine::Dispatch(const Code* code, CONXScriptVariable* R) {
 #endif
   failedInside: // where a function that was called back read last
     if (m_calledBack != kNoPlace) {
+      NoteFailure({code, static_cast<std::size_t>(pc - code->instructions.data()), R});
       m_place = m_calledBack;
       return error;
     }
@@ -651,6 +652,7 @@ ScriptError ScriptMachine::Dispatch(const Code* code, CONXScriptVariable* R) {
     error = kSystemFunctionFailed;
   }
 failed:
+  NoteFailure({code, static_cast<std::size_t>(pc - code->instructions.data()), R});
   m_place = code->places[static_cast<std::size_t>(pc - code->instructions.data())];
   return error;
 }

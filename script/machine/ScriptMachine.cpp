@@ -3,6 +3,7 @@
 #include "script/code/Compiler.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 
 namespace {
@@ -159,6 +160,49 @@ ScriptError ScriptMachine::ExecuteFunction(CONXScriptProgramFunc& function, CONX
   if (m_returnPlace != kNoPlace)
     m_calledBack = m_returnPlace;
   return kScriptOk;
+}
+
+// --- what is told of a failure
+
+void ScriptMachine::NoteFailure(const Activation& failed) {
+  if (m_failureCount < kMostFailures)
+    m_failures[m_failureCount++] = failed;
+}
+
+std::vector<ScriptMachine::Activation> ScriptMachine::FailedCalls(std::size_t most, std::size_t* count) const {
+  std::vector<Activation> latest;
+  std::vector<Activation> earliest; // a ring
+  *count = 0;
+  const auto take = [&](const Activation& call) {
+    if (latest.size() < most)
+      latest.push_back(call);
+    else if (earliest.size() < most)
+      earliest.push_back(call);
+    else
+      earliest[*count % most] = call;
+    ++*count;
+  };
+  if (m_failureCount == 0)
+    return {};
+  std::size_t dispatch = 0;
+  take(m_failures[dispatch]);
+  for (auto frame = m_frames.rbegin(); frame != m_frames.rend(); ++frame) {
+    if (frame->next == EndInstruction()) { // what called it back failed too
+      if (++dispatch < m_failureCount)
+        take(m_failures[dispatch]);
+      continue;
+    }
+    const std::vector<Instruction>& instructions = frame->code->instructions;
+    const std::less<> before;
+    const bool isCall =
+        !before(frame->next, instructions.data()) && before(frame->next, instructions.data() + instructions.size());
+    if (isCall) // no mark of a piece of the stack
+      take({frame->code, static_cast<std::size_t>(frame->next - instructions.data()) - 1, frame->base});
+  }
+  if (earliest.size() == most)
+    std::ranges::rotate(earliest, earliest.begin() + static_cast<std::ptrdiff_t>(*count % most));
+  latest.insert(latest.end(), earliest.begin(), earliest.end());
+  return latest;
 }
 
 // --- the stack

@@ -33,6 +33,16 @@ public:
   // Where the error that ended the run is reported.
   std::uint32_t Place() const { return m_place; }
 
+  // An instruction that was running when the run failed.
+  struct Activation {
+    const Code* code;
+    std::size_t instruction; // number
+    const CONXScriptVariable* frame;
+  };
+  // The instruction that failed, and the calls that led there, the latest first; of many only `most` at both ends.
+  // `count` becomes their number. Empty when no code had run. Until the machine runs again.
+  std::vector<Activation> FailedCalls(std::size_t most, std::size_t* count) const;
+
 private:
   struct Frame { // of a function that waits for another one
     const Instruction* next;
@@ -42,6 +52,7 @@ private:
   static constexpr std::size_t kMostFrames = (std::size_t{32} << 20) / sizeof(Frame);
 
   static const Instruction* EndInstruction();
+  void NoteFailure(const Activation& failed);
   ScriptError Dispatch(const Code* code, CONXScriptVariable* base);
   const Code& CodeOf(CONXScriptProgramFunc& function, bool hasReferences = false);
   void EnterMain(std::size_t frameSize);
@@ -68,6 +79,10 @@ private:
   // Where reading was at last in a function that a built-in called back, and so where the built-in's error is reported.
   std::uint32_t m_calledBack = kNoPlace;
   std::uint32_t m_returnPlace = kNoPlace; // of the function that the last such call ran
+  // Of the dispatches that have failed, the innermost first: a function that a built-in called back has one of its own.
+  static constexpr std::size_t kMostFailures = 16;
+  Activation m_failures[kMostFailures] = {};
+  std::size_t m_failureCount = 0;
   std::deque<std::unique_ptr<Code>> m_code;
   std::deque<std::unique_ptr<CONXScriptFunc>> m_adopted; // functions that another run passed in
 };

@@ -16,6 +16,7 @@ enum class DeclarationKind : std::uint8_t {
   kFunctionParameter,  // `func name`
   kFunction,           // of the program, or a built-in
   kPredefinedVariable, // there from the start
+  kUnknown,            // a name that nothing declares, in a text with problems
 };
 
 // What a name leads to.

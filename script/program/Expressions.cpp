@@ -22,8 +22,8 @@ ScriptError ProgramReader::ParseChain(NodeIndex chain) {
       return error;
     if (token.kind == TokenKind::kOperator) { // a leading operator applies to everything behind it
       if (!IsOperatorOf(token, kUnaryOperator))
-        return kUnexpectedToken;
-      Add({NodeKind::kUnary, static_cast<std::uint8_t>(token.op)});
+        return Unexpected(Expectation::kOperand);
+      Add({.kind = NodeKind::kUnary, .op = static_cast<std::uint8_t>(token.op), .place = token.start});
       continue;
     }
     if (const ScriptError error = ParseOperand(token, chain))
@@ -34,7 +34,7 @@ ScriptError ProgramReader::ParseChain(NodeIndex chain) {
       PutBack(token);
       return kScriptOk;
     }
-    Add({NodeKind::kBinary, static_cast<std::uint8_t>(token.op)});
+    Add({.kind = NodeKind::kBinary, .op = static_cast<std::uint8_t>(token.op), .place = token.start});
   }
 }
 
@@ -52,20 +52,20 @@ ScriptError ProgramReader::ParseOperand(const Token& first, NodeIndex chain) {
     return ParseName(first, chain);
   case TokenKind::kPunctuation: {
     if (!IsPunctuation(first, '('))
-      return kUnexpectedToken;
-    Add({NodeKind::kParenthesis});
+      return Unexpected(Expectation::kOperand);
+    Add({.kind = NodeKind::kParenthesis, .place = first.start});
     const NodeIndex inner = Next();
     if (const ScriptError error = ParseExpression())
       return error;
     m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
-    return ExpectToken(')');
+    return ExpectToken(')', Expectation::kParenthesisEnd);
   }
   case TokenKind::kOperator:
   case TokenKind::kEnd:
   case TokenKind::kMalformed:
     break;
   }
-  return kUnexpectedToken;
+  return Unexpected(Expectation::kOperand);
 }
 
 // A name found wins over a type name.
@@ -80,30 +80,32 @@ ScriptError ProgramReader::ParseName(const Token& name, NodeIndex chain) {
     const Declaration& declared = m_program.declarations[found];
     // A built-in changes no variable but through a reference.
     m_program.nodes[chain].hasCalls |= declared.kind == DeclarationKind::kFunctionParameter || declared.body != 0;
-    if (const ScriptError error = ParseArguments(chain))
+    if (const ScriptError error = ParseArguments(name.value, chain))
       return error;
     m_program.nodes[call].end = Next();
     return kScriptOk;
   }
   const DataType type = TypeOfName(name.value);
   if (type == DataType::kNone)
-    return kUnknownIdentifier;
+    return ParseUnknownName(name, chain);
   const NodeIndex conversion = Add(
       {.kind = NodeKind::kConvert, .op = static_cast<std::uint8_t>(type), .place = name.start, .value = name.value});
-  if (const ScriptError error = ExpectToken('('))
+  if (const ScriptError error = ExpectToken('(', Expectation::kConversionBegin))
     return error;
   const NodeIndex inner = Next();
   if (const ScriptError error = ParseExpression())
     return error;
   m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
   m_program.nodes[conversion].end = Next();
-  return ExpectToken(')');
+  return ExpectToken(')', Expectation::kConversionEnd);
 }
 
-ScriptError ProgramReader::ParseArguments(NodeIndex chain) {
-  if (const ScriptError error = ExpectToken('('))
-    return error;
+ScriptError ProgramReader::ParseArguments(NameId callee, NodeIndex chain) {
   Token token;
+  if (const ScriptError error = GetToken(&token))
+    return error;
+  if (!IsPunctuation(token, '('))
+    return Unexpected(Expectation::kArgumentsBegin, callee);
   if (const ScriptError error = GetToken(&token))
     return error;
   if (!IsPunctuation(token, ')')) {
@@ -115,7 +117,7 @@ ScriptError ProgramReader::ParseArguments(NodeIndex chain) {
         return error;
     } while (IsPunctuation(token, ','));
     if (!IsPunctuation(token, ')'))
-      return kUnexpectedToken;
+      return Unexpected(Expectation::kArgumentsGoOn);
   }
   Add({.kind = NodeKind::kArgumentsEnd, .place = token.start});
   return kScriptOk;
@@ -134,11 +136,12 @@ ScriptError ProgramReader::ParseArgument(NodeIndex chain) {
     m_program.nodes[chain].hasCalls |= m_program.nodes[inner].hasCalls;
     return kScriptOk;
   }
-  if (const ScriptError error = ExpectIdentifier(&token))
+  if (const ScriptError error = ExpectIdentifier(&token, Expectation::kReferredName))
     return error;
-  const DeclarationIndex found = m_program.scopes.Find(token.value);
+  DeclarationIndex found = m_program.scopes.Find(token.value);
   if (found == kNoIndex)
-    return kUnknownIdentifier;
+    if (const ScriptError error = TakeUnknown(token, &found))
+      return error;
   Add({.kind = NodeKind::kReference, .place = token.start, .value = found});
   m_program.nodes[chain].hasCalls = true;
   return kScriptOk;

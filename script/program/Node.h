@@ -29,15 +29,15 @@ enum class NodeKind : std::uint8_t {
   kWhile,         // the same
   kFunction,      // value: number of the function; end: behind its body
   kChain,         // value: behind its last node; place: of the token behind it; hasCalls
-  kUnary,         // `op`
-  kBinary,        // `op`
+  kUnary,         // `op`; place
+  kBinary,        // `op`; place
   kNumber,        // type; value: low 32 bits of a number of 32 bits; place
   kConstant,      // value: number of the constant; place
   kMalformed,     // value: the error that evaluating it gives; place
   kName,          // value: the declaration; place
   kCall,          // value: the declaration; end: behind the arguments; place: of the name. Arguments, kArgumentsEnd
   kConvert,       // type; value: NameId; end: behind the chain; place: of the name. A chain
-  kParenthesis,   // a chain
+  kParenthesis,   // place. A chain
   kValueArgument, // place: of the first token. A chain
   kReference,     // value: the declaration; place: of the name
   kArgumentsEnd,  // place: of the closing parenthesis

@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-ProgramReader::ProgramReader(ScriptProgram& program) : m_program(program), m_stopEvent(program.context.StopEvent()) {}
+ProgramReader::ProgramReader(ScriptProgram& program, ProblemSink* problems)
+    : m_program(program), m_stopEvent(program.context.StopEvent()), m_problems(problems) {}
 
 // --- tokens
 
@@ -13,23 +14,46 @@ ScriptError ProgramReader::GetToken(Token* token) {
   *token = m_putBackCount > 0 ? m_putBack[--m_putBackCount] : m_program.scanner.Scan(m_position);
   m_program.place = token->start;
   if (token->kind == TokenKind::kMalformed)
-    return static_cast<ScriptError>(token->value);
+    return PassOver(token);
   m_position = std::max(m_position, token->end);
   return kScriptOk;
 }
 
-ScriptError ProgramReader::ExpectIdentifier(Token* token) {
+ScriptError ProgramReader::ExpectIdentifier(Token* token, Expectation expected) {
   if (const ScriptError error = GetToken(token))
     return error;
-  return token->kind == TokenKind::kIdentifier ? kScriptOk : kUnexpectedToken;
+  return token->kind == TokenKind::kIdentifier ? kScriptOk : Unexpected(expected);
 }
 
 // A malformed token keeps its own error.
-ScriptError ProgramReader::ExpectToken(char punctuation, ScriptError error) {
+ScriptError ProgramReader::ExpectToken(char punctuation, Expectation expected) {
   Token token;
   if (const ScriptError lexerError = GetToken(&token))
     return lexerError;
-  return IsPunctuation(token, punctuation) ? kScriptOk : error;
+  return IsPunctuation(token, punctuation) ? kScriptOk : Unexpected(expected);
+}
+
+ScriptError ProgramReader::ExpectBlockEnd(std::uint32_t opened) {
+  const ScriptError error = ExpectToken('}', Expectation::kBlockEnd);
+  if (error != kScriptOk)
+    m_problem.opened = opened;
+  return error;
+}
+
+ScriptError ProgramReader::Unexpected(Expectation expected, NameId subject) {
+  m_problem.expected = expected;
+  m_problem.subject = subject;
+  switch (expected) {
+  case Expectation::kSemicolon:
+  case Expectation::kDeclarationEnd:
+  case Expectation::kParameter:
+  case Expectation::kParametersGoOn:
+    return kSyntaxError;
+  case Expectation::kDeclaredName:
+    return kUnknownIdentifier;
+  default:
+    return kUnexpectedToken;
+  }
 }
 
 // --- bodies
@@ -58,8 +82,9 @@ ScriptError ProgramReader::ParseBlock(const Body& body, unsigned depth, NodeInde
     return kScriptOk;
   }
   do {
-    if (const ScriptError error = ParseStatement(body, depth, token))
-      return error;
+    if (const ScriptError problem = ParseStatement(body, depth, token))
+      if (const ScriptError error = Recover(body, depth, problem))
+        return error;
     if (const ScriptError error = GetToken(&token))
       return error;
   } while (token.kind != TokenKind::kEnd && !IsPunctuation(token, '}'));
@@ -85,19 +110,21 @@ ScriptError ProgramReader::ParseStatement(const Body& body, unsigned depth, cons
   PutBack(first);
   if (const ScriptError error = ParseSimpleStatement(body))
     return error;
-  return ExpectToken(';', kSyntaxError);
+  return ExpectToken(';', Expectation::kSemicolon);
 }
 
 // --- declarations
 
 ScriptError ProgramReader::ParseTypeAndName(Declaration* declared) {
   Token token;
-  if (const ScriptError error = ExpectIdentifier(&token))
+  if (const ScriptError error = ExpectIdentifier(&token, Expectation::kType))
     return error;
   declared->type = static_cast<std::uint8_t>(TypeOfName(token.value));
-  if (declared->Type() == DataType::kNone)
+  if (declared->Type() == DataType::kNone) {
+    static_cast<void>(Unexpected(Expectation::kType));
     return kUnknownDataType;
-  if (const ScriptError error = ExpectIdentifier(&token))
+  }
+  if (const ScriptError error = ExpectIdentifier(&token, Expectation::kVariableName))
     return error;
   declared->name = token.value;
   declared->place = token.start;
@@ -119,14 +146,15 @@ ScriptError ProgramReader::ParseDeclaration(const Body& body) {
   Declaration declared{DeclarationKind::kVariable};
   if (const ScriptError error = ParseTypeAndName(&declared))
     return error;
-  Declare(declared, body);
+  const DeclarationIndex index = Declare(declared, body);
   body.function.hasTexts |= declared.Type() == DataType::kString;
-  return ExpectToken(';', kSyntaxError);
+  const ScriptError problem = ExpectToken(';', Expectation::kDeclarationEnd);
+  return problem == kScriptOk ? kScriptOk : ParseMoreDeclarations(body, index, problem);
 }
 
 ScriptError ProgramReader::ParseFunction(const Body& body, unsigned depth) {
   Token name;
-  if (const ScriptError error = ExpectIdentifier(&name))
+  if (const ScriptError error = ExpectIdentifier(&name, Expectation::kFunctionName))
     return error;
   CONXScriptProgramFunc& function = m_program.functions.emplace_back(m_program);
   function.name = name.value;
@@ -143,22 +171,25 @@ ScriptError ProgramReader::ParseFunction(const Body& body, unsigned depth) {
       TypeOfName(name.value) != DataType::kNone || (hides != kNoIndex && m_program.declarations[hides].body == 0);
   Declare(declared, body); // in front of its body, so that it can call itself
   const NodeIndex node = Add({.kind = NodeKind::kFunction, .place = name.start, .value = function.number});
-  if (const ScriptError error = ExpectToken('('))
-    return error;
-  if (const ScriptError error = ParseParameters(function))
-    return error;
-  if (const ScriptError error = ExpectToken('{'))
-    return error;
+  const Body inner{.function = function, .block = function.body, .isFunction = true};
+  ScriptError problem = ExpectToken('(', Expectation::kParametersBegin);
+  if (problem == kScriptOk)
+    problem = ParseParameters(function);
+  if (problem == kScriptOk)
+    problem = ExpectToken('{', Expectation::kBlock);
+  if (problem != kScriptOk)
+    if (const ScriptError error = FindBlock(inner, problem))
+      return error;
+  const std::uint32_t opened = m_program.place;
   if (body.isFunction)
     m_program.scopes.HideParameters(body.function.number);
-  if (const ScriptError error =
-          ParseBody({.function = function, .block = function.body, .isFunction = true}, depth + 1))
+  if (const ScriptError error = ParseBody(inner, depth + 1))
     return error;
   m_program.scopes.Leave(function.body);
   if (body.isFunction)
     m_program.scopes.ShowParameters(body.function.number);
   m_program.nodes[node].end = Next();
-  return ExpectToken('}');
+  return ExpectBlockEnd(opened);
 }
 
 ScriptError ProgramReader::ParseParameters(CONXScriptProgramFunc& function) {
@@ -175,7 +206,7 @@ ScriptError ProgramReader::ParseParameters(CONXScriptProgramFunc& function) {
     if (IsPunctuation(token, ')'))
       return kScriptOk;
     if (!IsPunctuation(token, ','))
-      return kSyntaxError;
+      return Unexpected(Expectation::kParametersGoOn);
     if (const ScriptError error = GetToken(&token))
       return error;
   }
@@ -188,13 +219,13 @@ ScriptError ProgramReader::ParseParameter(CONXScriptProgramFunc& function, const
       return error;
   } else if (IsName(first, kNameFunc)) {
     Token name;
-    if (const ScriptError error = ExpectIdentifier(&name))
+    if (const ScriptError error = ExpectIdentifier(&name, Expectation::kFunctionName))
       return error;
     declared.kind = DeclarationKind::kFunctionParameter;
     declared.name = name.value;
     declared.place = name.start;
   } else {
-    return kSyntaxError;
+    return Unexpected(Expectation::kParameter);
   }
   Declare(declared, {function, function.body, true});
   function.AddParameter({declared.kind == DeclarationKind::kFunctionParameter, declared.Type()});
@@ -208,14 +239,13 @@ ScriptError ProgramReader::ParseIf(const Body& body, unsigned depth, const Token
   CONXScriptIfStatement& statement = m_program.ifStatements.emplace_back();
   statement.number = ++m_program.bodyCount;
   const NodeIndex node = Add({.kind = NodeKind::kIf, .place = word.start, .value = number});
-  if (const ScriptError error = ParseCondition())
-    return error;
-  if (const ScriptError error = ExpectToken('{'))
-    return error;
   const Body inner{body.function, statement, false};
+  if (const ScriptError error = ParseCondition(inner))
+    return error;
+  const std::uint32_t opened = m_program.place;
   if (const ScriptError error = ParseBody(inner, depth + 1))
     return error;
-  if (const ScriptError error = ExpectToken('}'))
+  if (const ScriptError error = ExpectBlockEnd(opened))
     return error;
   statement.elseFirst = statement.elseEnd = Next();
   if (const ScriptError error = ParseElse(inner, depth, statement))
@@ -233,11 +263,12 @@ ScriptError ProgramReader::ParseElse(const Body& body, unsigned depth, CONXScrip
     PutBack(token);
     return kScriptOk;
   }
-  if (const ScriptError error = ExpectToken('{'))
-    return error;
+  if (const ScriptError problem = ExpectToken('{', Expectation::kElseBlock))
+    return ParseElseWithoutBlock(body, depth, problem);
+  const std::uint32_t opened = m_program.place;
   if (const ScriptError error = ParseBlock(body, depth + 1, &statement.elseFirst, &statement.elseEnd))
     return error;
-  return ExpectToken('}');
+  return ExpectBlockEnd(opened);
 }
 
 ScriptError ProgramReader::ParseWhile(const Body& body, unsigned depth, const Token& word) {
@@ -245,32 +276,34 @@ ScriptError ProgramReader::ParseWhile(const Body& body, unsigned depth, const To
   CONXScriptWhileStatement& statement = m_program.whileStatements.emplace_back();
   statement.number = ++m_program.bodyCount;
   const NodeIndex node = Add({.kind = NodeKind::kWhile, .place = word.start, .value = number});
-  if (const ScriptError error = ParseCondition())
-    return error;
-  if (const ScriptError error = ExpectToken('{'))
+  const Body inner{.function = body.function, .block = statement, .isFunction = false};
+  if (const ScriptError error = ParseCondition(inner))
     return error;
   statement.brace = m_program.place;
-  if (const ScriptError error =
-          ParseBody({.function = body.function, .block = statement, .isFunction = false}, depth + 1))
+  if (const ScriptError error = ParseBody(inner, depth + 1))
     return error;
   m_program.scopes.Leave(statement);
   m_program.nodes[node].end = Next();
-  return ExpectToken('}');
+  return ExpectBlockEnd(statement.brace);
 }
 
-ScriptError ProgramReader::ParseCondition() {
-  if (const ScriptError error = ExpectToken('('))
-    return error;
-  if (const ScriptError error = ParseExpression())
-    return error;
-  return ExpectToken(')');
+// With the brace that begins the body.
+ScriptError ProgramReader::ParseCondition(const Body& body) {
+  ScriptError problem = ExpectToken('(', Expectation::kConditionBegin);
+  if (problem == kScriptOk)
+    problem = ParseExpression();
+  if (problem == kScriptOk)
+    problem = ExpectToken(')', Expectation::kConditionEnd);
+  if (problem == kScriptOk)
+    problem = ExpectToken('{', Expectation::kBlock);
+  return problem == kScriptOk ? kScriptOk : FindBlock(body, problem);
 }
 
 // The token behind the name is read ahead only when the name is the function's own, so that an unknown name is reported
 // at itself.
 ScriptError ProgramReader::ParseSimpleStatement(const Body& body) {
   Token name;
-  if (const ScriptError error = ExpectIdentifier(&name))
+  if (const ScriptError error = ExpectIdentifier(&name, Expectation::kStatement))
     return error;
   Token next;
   if (name.value == body.function.name) {
@@ -282,7 +315,7 @@ ScriptError ProgramReader::ParseSimpleStatement(const Body& body) {
   }
   const DeclarationIndex found = m_program.scopes.Find(name.value);
   if (found == kNoIndex)
-    return kUnknownIdentifier;
+    return ParseUnknownStatement(body, name);
   if (!m_program.declarations[found].IsVariable()) {
     PutBack(name);
     Add({.kind = NodeKind::kEvaluate, .place = name.start});
@@ -291,7 +324,7 @@ ScriptError ProgramReader::ParseSimpleStatement(const Body& body) {
   if (const ScriptError error = GetToken(&next))
     return error;
   if (!IsOperatorOf(next, kAssignmentOperator))
-    return kUnexpectedToken;
+    return Unexpected(Expectation::kAssignment, name.value);
   return ParseAssignment(NodeKind::kAssign, name, next.op, found);
 }
 

@@ -42,8 +42,8 @@ std::uint32_t ScriptProgram::AddCallable(CONXScriptFunc& function) {
   return static_cast<std::uint32_t>(callables.size() - 1);
 }
 
-ScriptError ScriptProgram::Parse() {
-  ProgramReader reader(*this);
+ScriptError ScriptProgram::Parse(ProblemSink* problems) {
+  ProgramReader reader(*this, problems);
   return reader.ParseProgram();
 }
 

@@ -5,6 +5,7 @@
 #include "script/program/CONXScriptFunc.h"
 #include "script/program/Declaration.h"
 #include "script/program/Node.h"
+#include "script/program/ReadProblem.h"
 #include "script/program/RunContext.h"
 #include "script/program/Scopes.h"
 #include "script/source/Scanner.h"
@@ -25,8 +26,10 @@ public:
   void AddPredefined(std::string_view name, CONXScriptVariable& variable);
   void AddPredefined(std::string_view name, CONXScriptFunc& function);
 
-  // Reads the whole text. Nothing may run if it fails.
-  ScriptError Parse();
+  // Reads the whole text. Nothing may run if it fails. With somebody who takes problems it succeeds all the same,
+  // unless they want no more or memory runs out; nothing may run if there were any. The nodes stand each for itself
+  // then: what leads from one to another (the end of a statement or chain) may be missing.
+  ScriptError Parse(ProblemSink* problems = nullptr);
   // Where reading the last token began: the place of an error in Parse.
   std::uint32_t Place() const { return place; }
 

@@ -43,6 +43,8 @@ public:
   // Where reading the token behind the one at `start` begins; that one is a name, a word or a punctuation character.
   std::uint32_t StartBehind(std::uint32_t start) const;
 
+  std::string_view Text() const { return m_text; }
+
 private:
   // Moves `position` to the next token's first character and `start` behind the last comment in front of it.
   void SkipSpace(std::uint32_t* position, std::uint32_t* start) const;

@@ -74,6 +74,7 @@ public:
 
   // Set once, when the built-in is registered.
   void SetRule(const ArgumentRule& rule) { m_rule = rule; }
+  const ArgumentRule& Rule() const { return m_rule; }
 
 protected:
   bool TakesTypes(std::span<const DataType> types) const;

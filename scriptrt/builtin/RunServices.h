@@ -11,4 +11,5 @@ struct RunServices {
   COndDeviceComm_0* channel =
       nullptr;                  // the host's; locked for the whole run; null only where a script is merely checked
   Prompter* prompter = nullptr; // null: nobody answers
+  FailureObserver* failures = nullptr;
 };

@@ -17,7 +17,9 @@ ScriptError SetUpAndRun(const RunServices& services, const RunRequest& request) 
                        request.function,
                        request.result,
                        nullptr,
-                       request.failure};
+                       request.failure,
+                       request.file,
+                       services.failures};
   return RunScript(setup);
 }
 

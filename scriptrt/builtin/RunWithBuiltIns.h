@@ -15,6 +15,7 @@ struct RunRequest {
   FunctionStart* function = nullptr;      // null: the main program
   CONXScriptVariable* result = nullptr;   // receives the value of the function that is run
   RunFailure* failure = nullptr;          // receives what otherwise ends the output
+  std::string_view file = {};             // for messages; empty: none
 };
 
 // Runs a script with all built-ins. Want of memory during the set-up ends the run as it does later: with the diagnostic

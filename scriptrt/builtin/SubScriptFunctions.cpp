@@ -14,7 +14,8 @@ ScriptError CONXSubScriptOp::RunFile(const SysCall& call, FunctionStart* functio
     return read == ScriptFileResult::kTooLong ? kOutOfMemory : kSystemFunctionFailed;
   RunContext context(call.context);
   const std::string folder = FolderOfScript(*path);
-  const ScriptError error = RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result});
+  const ScriptError error =
+      RunWithBuiltIns(Services(), {context, text, folder, nullptr, function, call.result, nullptr, *path});
   if (error != kScriptOk && Services().output)
     Write(("in subscript \"" + std::string(file.Bytes()) + "\"\n").c_str());
   return error;

@@ -67,7 +67,7 @@ struct ScriptSession::Body {
   explicit Body(void* owner) : lockOwner(owner) {}
 
   EONX_ERR_ERRCODE_ Run(COndDeviceComm_0& channel, std::string_view text, const char* baseDirectory,
-                        ScriptOutput output, SessionRun* run = nullptr);
+                        ScriptOutput output, SessionRun* run = nullptr, std::string_view file = {});
   EONX_ERR_ERRCODE_ RunFile(COndDeviceComm_0& channel, const char* path, ScriptOutput output);
 
   void* lockOwner;
@@ -75,13 +75,15 @@ struct ScriptSession::Body {
   std::atomic<bool> running{false};
   std::atomic<bool> severed{false};
   Prompter* prompter = nullptr;
+  FailureObserver* failures = nullptr;
   std::function<void()> showBeforeWaiting;
   ExternalVariables variables;
   RunContext context;
 };
 
 EONX_ERR_ERRCODE_ ScriptSession::Body::Run(COndDeviceComm_0& usedChannel, std::string_view text,
-                                           const char* baseDirectory, ScriptOutput anyOutput, SessionRun* run) {
+                                           const char* baseDirectory, ScriptOutput anyOutput, SessionRun* run,
+                                           std::string_view file) {
   if (severed)
     return EONX_ERR_SCRIPT;
   const ChannelLock lock(usedChannel, lockOwner);
@@ -95,8 +97,9 @@ EONX_ERR_ERRCODE_ ScriptSession::Body::Run(COndDeviceComm_0& usedChannel, std::s
                            &variables,
                            start.name.empty() ? nullptr : &start,
                            run ? run->result : nullptr,
-                           run ? &run->failure : nullptr};
-  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter}, request);
+                           run ? &run->failure : nullptr,
+                           file};
+  const ScriptError error = RunWithBuiltIns({gate.Output(), &usedChannel, prompter, failures}, request);
   return CodeWithinClass(error) == 0 ? EONX_ERR_NONE : EONX_ERR_SCRIPT;
 }
 
@@ -118,7 +121,7 @@ EONX_ERR_ERRCODE_ ScriptSession::Body::RunFile(COndDeviceComm_0& usedChannel, co
   case ScriptFileResult::kRead:
     break;
   }
-  return Run(usedChannel, text, FolderOfScript(*fullPath).c_str(), output);
+  return Run(usedChannel, text, FolderOfScript(*fullPath).c_str(), output, nullptr, *fullPath);
 }
 
 namespace {
@@ -142,6 +145,9 @@ void ScriptSession::SetChannel(COndDeviceComm_0* channel) {
 }
 void ScriptSession::SetPrompter(Prompter* prompter) {
   m_body->prompter = prompter;
+}
+void ScriptSession::SetFailureObserver(FailureObserver* failures) {
+  m_body->failures = failures;
 }
 void ScriptSession::ShowBeforeWaiting(std::function<void()> show) {
   m_body->showBeforeWaiting = std::move(show);

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+class FailureObserver;
 class Prompter;
 
 // What is run of a text, and what becomes of it.
@@ -36,6 +37,8 @@ public:
   void SetChannel(COndDeviceComm_0* channel);
   // Who answers a script's questions (null: nobody, they count as cancelled). Stays the caller's.
   void SetPrompter(Prompter* op);
+  // Who is told why a run has failed, where wanted. Stays the caller's.
+  void SetFailureObserver(FailureObserver* failures);
   // `show` is called before a script asks or waits, for an output function that holds back what it is given.
   void ShowBeforeWaiting(std::function<void()> show);
 

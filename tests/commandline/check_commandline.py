@@ -5,6 +5,7 @@ files of the simulated device, the ways to start a script.
 
 import os
 import pathlib
+import pty
 import re
 import resource
 import subprocess
@@ -238,15 +239,18 @@ def check_checker():
     pathlib.Path("good.dcs").write_bytes(b"N = 1; print(version, 1 / 0);\n")
     pathlib.Path("bad.dcs").write_bytes(b"var dword n;\nn = 1;\n  y = 2;\n")
     expect(["check", "good.dcs", "--set", "n:dword=0"], 0)
-    expect(["check", "bad.dcs"], 1, b"bad.dcs:3:3: error: Unknown identifier\n")
-    expect(["check", "-"], 1, b"<stdin>:1:1: error: Unknown identifier\n", text=b"z = 1;")
-    expect(["check", "none.dcs", "bad.dcs"], 5, b"bad.dcs:3:3: error: Unknown identifier\n", b"none.dcs: the file cannot be read")
+    unknown = b"error: Unknown identifier: `y` is not known here\n    %d | %by = 2;\n      | %b^\n      = declare it above, `var int32 y;` say; " \
+        b"if the host sets it, write `# expects: y int32`\n"
+    bad = b"bad.dcs:3:3: " + unknown % (3, b"  ", b"  ")
+    expect(["check", "bad.dcs"], 1, bad)
+    expect(["check", "-"], 1, b"<stdin>:1:1: " + unknown % (1, b"", b""), text=b"y = 2;")
+    expect(["check", "none.dcs", "bad.dcs"], 5, bad, b"none.dcs: the file cannot be read")
     for text, code, output in (
         # A note never decides: the first byte may be no token, or a zero byte that ends an empty script.
         (b'\xEF\xBB\xBFprint(1);', 1, b"1:1: note: the script begins with a byte-order mark; save it without one\n"
-         b"<stdin>:1:1: error: Unexpected token\n"),
+         b"<stdin>:1:1: error: Unexpected token: "),
         ('print(1);'.encode("utf-16"), 1, b"1:1: note: the script is saved as UTF-16; it must be 8-bit text\n"
-         b"<stdin>:1:1: error: Unexpected token\n"),
+         b"<stdin>:1:1: error: Unexpected token: "),
         ('print(1);'.encode("utf-16-be"), 0, b"1:1: note: the script is saved as UTF-16; it must be 8-bit text\n"),
         ('# 20 °C\nprint("#\\"20 °C");\n'.encode(), 0, b"2:14: note: this character is saved in UTF-8; Windows reads its "
          b"bytes in its own code page\n"),
@@ -256,9 +260,13 @@ def check_checker():
         (b'print("\0 \\"\0");\n \0 x(;', 0, b"2:2: note: the script ends here, at a zero byte\n"),
         (b'print("\xE9"); # \0 x(;', 0, b"1:15: note: the script ends here, at a zero byte\n"),
     ):
-        expect(["check", "-"], code, output and b"<stdin>:" + output, text=text)
+        got = Call(["check", "-"], text).end()
+        fits = got[1].startswith(b"<stdin>:" + output) if output.endswith(b": ") else got[1] == (output and b"<stdin>:" + output)
+        check(f"check of {text}", got[0] == code and fits and not got[2], got)
     pathlib.Path("open.dcs").write_bytes(b"while (1) {\n  print(1);\n\n")
-    expect(["check", "open.dcs"], 1, b"open.dcs:2:12: error: Unexpected token\n")
+    expect(["check", "open.dcs"], 1, b"open.dcs:2:12: error: Unexpected token: expected `}`: the block that begins in line 1 has no end\n"
+           b"    1 | while (1) {\n      |           ^ the block begins here\n    2 |   print(1);\n      |            ^\n")
+    check_expected_variables()
     if not is_native:
         return
     os.mkfifo("fifo.dcs")
@@ -273,6 +281,40 @@ def check_checker():
     os.remove("huge.dcs")
     expect(["check"], 2, message=b"FILE is required")
     expect(["check", "good.dcs", "--set", "n"], 2, message=b"--set n: expected NAME:TYPE=VALUE")
+
+
+def check_expected_variables():
+    """Remarks that tell which variables a script expects."""
+    pathlib.Path("expects.dcs").write_bytes(b"#!/usr/bin/env ondscript\n# expects: limit int32\r\n  #expects:  unit  string \n\nprint(limit, unit);\n")
+    expect(["check", "expects.dcs"], 0)
+    expect(["run", "expects.dcs"], 2, message=b"expects.dcs: it expects a value: --set limit:int32=...; it expects a value: --set unit:string=...\n")
+    expect(["run", "expects.dcs", "--set", "LIMIT:long=1", "--set", "unit:string=V"], 0, b"1V")
+    expect(["run", "expects.dcs", "--set", "limit:dword=1", "--set", "unit:string=V"], 2,
+           message=b"expects.dcs: it expects limit as int32, not dword\n")
+    expect(["run", "-"], 2, message=b"<stdin>: it expects a value: --set a:dword=...\n", text=b"# expects: a dword\nprint(a);")
+    for remark, line, reason in (("limit", 1, "expected a name and a type, as in `# expects: limit int32`"),
+                                 ("limit int", 1, 'unknown type "int"; there are'), ("2nd int32", 1, '"2nd" is not a variable\'s name'),
+                                 ("if int32", 1, '"if" is a word of the language'), ("a int32, b string", 1, 'unknown type "int32, b string"'),
+                                 ("a int32\n# expects: A string", 2, '"A" is expected twice')):
+        code, output, _ = Call(["check", "-"], f"# expects: {remark}\n".encode()).end()
+        check(f"expects: {remark}", code == 1 and output.startswith(f"<stdin>:{line}:1: error: {reason}".encode()), output)
+    code, output, _ = Call(["check", "-"], b'print(1);\nprint("# expects: a int32"); # expects: b int32\n # expects: c int32').end()
+    check("expects behind a statement", code == 1 and output.startswith(b"<stdin>:3:2: error: this remark must stand in front"), output)
+
+
+def check_messages_on_a_terminal():
+    """Colours for a terminal only, and only where they are wanted."""
+    pathlib.Path("unknown.dcs").write_bytes(b"\t# \xB0\n\tx = 1; # \xB0 \x1B[2J " + b"." * 300)
+    for environment, coloured in (({"TERM": "xterm"}, True), ({"TERM": "dumb"}, False), ({"TERM": "xterm", "NO_COLOR": "1"}, False), ({}, False)):
+        terminal, other_end = pty.openpty()
+        subprocess.run([*command, "check", "unknown.dcs"], stdout=other_end, env=environment, timeout=TIMEOUT)
+        os.close(other_end)
+        said = os.read(terminal, 65536).replace(b"\r\n", b"\n")
+        os.close(terminal)
+        check(f"colours with {environment}", (b"\x1B" in said) == coloured, said)
+    expect(["check", "unknown.dcs"], 1, "unknown.dcs:2:2: error: Unknown identifier: `x` is not known here\n"
+           "    2 | \tx = 1; # ° ?[2J ".encode() + b"." * 37 + b"\n      | \t^\n"
+           b"      = declare it above, `var int32 x;` say; if the host sets it, write `# expects: x int32`\n")
 
 
 def check_starts():
@@ -298,4 +340,4 @@ def check_list():
 
 
 run_checks(check_results, check_text, check_values, check_usage, check_device, check_device_file,
-           *([check_list] if name == "ondhost" else [check_checker]), *([check_starts] if is_native else []))
+           *([check_list] if name == "ondhost" else [check_checker]), *([check_messages_on_a_terminal, check_starts] if is_native else []))

@@ -65,7 +65,10 @@ def main():
         }
     expected = {
         "checked": (0, ""),
-        "a mistake": (1, "test.dcs:3:1: error: Unknown identifier\n"),
+        "a mistake": (
+            1, "test.dcs:5:1: error: Unknown identifier: `reading` is not known here; also in line 6, 7\n"
+            '    5 | reading = strtoint32(executesubscriptfunc("lib\\\\device.dcs", "ask", "adc 1"));\n'
+            "      | ^~~~~~~\n      = did you mean `reding`?\n"),
         "a good part": (0, "A17: passed\n"),
         "a bad part": (0, "A17: failed\n"),
         "values": json.loads(values),

@@ -2,6 +2,8 @@
 // tests/scripts/errors has the first of each kind and the lines of a place, Diagnostics.cases their variations.
 
 #include "script/value/ScriptError.h"
+#include "scriptrt/check/CheckScript.h"
+#include "scriptrt/check/CheckedProgram.h"
 #include "tests/script/ScriptHarness.h"
 #include "tests/support/Cases.h"
 
@@ -46,6 +48,36 @@ TEST_CASE("a malformed token is reported where it stands, wherever that is") {
     CHECK(harness.Run(std::string(program).insert(at, " \"\\q\"")) == "Error in string near line 1/column " +
                                                                           std::to_string(at + 1) + " (offset " +
                                                                           std::to_string(at) + ") during parsing\n");
+  }
+}
+
+TEST_CASE("a check begins with what a run would report, and gets to the end") {
+  const std::string program =
+      "var int32 a ; func f ( var int32 p , func g ) { if ( p > 1 ) { a += g ( - p , & a ) ; } else { f = uint64 ( p ) "
+      "; } \n while ( a ) { var string s ; s = \"x\" ; } } f ( ( 1 ) , & f ) ; \n";
+  const auto compare = [](const std::string& text) {
+    CAPTURE(text);
+    CheckedProgram plain(text, {});
+    const ScriptError error = plain.program.Parse();
+    const std::vector<ScriptProblem> problems = CheckScript(text, {});
+    REQUIRE(problems.empty() == (error == kScriptOk));
+    if (error == kScriptOk)
+      return;
+    CHECK(problems.front().message.starts_with(ErrorText(error)));
+    const Token token = plain.program.scanner.Scan(plain.program.Place());
+    if (token.kind != TokenKind::kEnd)
+      CHECK(problems.front().range.begin == token.begin);
+    for (const ScriptProblem& problem : problems)
+      CHECK(problem.range.end <= text.size());
+  };
+  std::size_t begin = 0;
+  for (std::size_t end = program.find(' '); end != std::string::npos; end = program.find(' ', begin)) {
+    compare(std::string(program).erase(begin, end - begin));
+    for (const std::string word : {";",      "{",     "}",    "(",     ")",   ",",       "=",    "&",           "x",
+                                   "return", "if",    "else", "while", "var", "func",    "for",  "\"open",      "'",
+                                   "// no",  "/* no", "0x",   "1",     "\n",  "else if", "do {", "switch (a) {"})
+      compare(std::string(program).insert(begin, word + " "));
+    begin = end + 1;
   }
 }
 

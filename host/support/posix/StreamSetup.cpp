@@ -30,4 +30,8 @@ bool IsOutputTerminal() {
   return isatty(STDOUT_FILENO) != 0;
 }
 
+bool IsMessagesTerminal() {
+  return isatty(STDERR_FILENO) != 0;
+}
+
 } // namespace host

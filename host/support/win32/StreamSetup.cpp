@@ -6,6 +6,14 @@
 #include <windows.h>
 
 namespace host {
+namespace {
+
+bool IsConsole(DWORD stream) {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(stream), &mode) != FALSE;
+}
+
+} // namespace
 
 // A stream that is closed here keeps its number to itself.
 bool PrepareStandardStreams() {
@@ -15,8 +23,10 @@ bool PrepareStandardStreams() {
 }
 
 bool IsOutputTerminal() {
-  DWORD mode = 0;
-  return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != FALSE;
+  return IsConsole(STD_OUTPUT_HANDLE);
+}
+bool IsMessagesTerminal() {
+  return IsConsole(STD_ERROR_HANDLE);
 }
 
 } // namespace host
