@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/commandline/RunCommand.h"
+#include "host/console/FailureTail.h"
 #include "host/console/Module.h"
 #include "host/console/QuestionWindows.h"
 
@@ -18,12 +19,14 @@ public:
   EONX_ERR_ERRCODE_ SetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   std::uint64_t GetVariables(std::vector<TONXSCRIPTVARIABLE>& records) override;
   void UseDesk(AnswerDesk* desk) override;
+  std::string TakeFailure() override { return m_failure.Explain(); }
   void Stop() override;
   void DismissQuestion() override { m_questions.Dismiss(); }
 
 private:
   Module::Object m_processor;
   QuestionWindows m_questions;
+  FailureTail m_failure;
 };
 
 } // namespace host

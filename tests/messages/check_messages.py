@@ -4,7 +4,7 @@
     check_messages.py NAME COMMAND...             NAME is ondscript or ondhost, COMMAND what starts it
     check_messages.py --accept ondscript COMMAND  writes the file anew from what is said now
 
-ondhost has no `check`; what a run tells is the same.
+ondhost has no `check`, and of what only the engine knows (calls of functions, values) it tells less.
 """
 
 import pathlib
