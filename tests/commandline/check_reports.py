@@ -227,9 +227,9 @@ def check_full_disk():
         resource.setrlimit(resource.RLIMIT_FSIZE, (300, 300))
 
     pathlib.Path(REPORTS["html"]).write_text("an older one")
-    for script, wanted in (("fails.dcs", 21), ("small.dcs", 0)):
-        pathlib.Path("small.dcs").write_text('print("small");')
-        code, _, messages = Call(["run", script, *OPTIONS], prepare=fill_disk).end()
+    pathlib.Path("small.dcs").write_text('print("small");')
+    for verdict, wanted in ((["--fail-on", "small"], 10), ([], 0)):
+        code, _, messages = Call(["run", "small.dcs", *OPTIONS, *verdict], prepare=fill_disk).end()
         told = messages.count(b"report.html: the report cannot be written")
         check("the run's result stays", code == wanted and told == 1 and b"report.tap" not in messages, (code, messages))
         check("so does the growing report", messages.count(b"the report report.jsonl cannot be written any more: File too large") == 1, messages)
