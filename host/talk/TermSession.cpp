@@ -161,14 +161,16 @@ void TermSession::LookAtLine() {
   NoteProblem(m_line.IsOpen() ? 0 : kNotOpen);
 }
 
+// A line may be found closed while bytes of it are still to be read: it has ended when they are.
 void TermSession::NoteProblem(std::int32_t code) {
-  m_lost = code != 0 && m_line.HasEnded();
-  if (code == std::exchange(m_problem, code))
-    return;
-  if (code == 0)
+  const bool wasLost = std::exchange(m_lost, code != 0 && m_line.HasEnded());
+  const bool hasEnded = m_lost && !wasLost;
+  const bool isNew = code != std::exchange(m_problem, code);
+  if (isNew && code == 0)
     return Remark("connected again");
-  Remark(m_line.Reason(code) + (m_lost && m_editor.IsInteractive() ? "; ~reconnect opens the channel again" : ""));
-  if (m_lost && !m_editor.IsInteractive())
+  if (isNew || (hasEnded && m_editor.IsInteractive()))
+    Remark(m_line.Reason(code) + (m_lost && m_editor.IsInteractive() ? "; ~reconnect opens the channel again" : ""));
+  if (hasEnded && !m_editor.IsInteractive())
     End(kExitNoChannel);
 }
 
