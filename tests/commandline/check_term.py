@@ -227,9 +227,10 @@ def check_piped_lines():
         device.hear(b"a\r")
         device.say(b"bye\n")
         device.hang_up()
-    device = Device()
-    device.live(leave)
-    expect(["term", "--silence", "60", "--channel", device.channel, "--log", "term.log"], 4, b"bye\n", device.channel.encode() + b": ", text=b"a\n")
+    for _ in range(20):  # the end may be seen before the last bytes are read, or behind them
+        device = Device()
+        device.live(leave)
+        expect(["term", "--silence", "60", "--channel", device.channel, "--log", "term.log"], 4, b"bye\n", device.channel.encode() + b": ", text=b"a\n")
     check("a log goes on", len(pathlib.Path("term.log").read_text().splitlines()) > len(log))
 
 
